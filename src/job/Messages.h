@@ -20,9 +20,9 @@ void PrintGeneral(const std::string& text);
 void LogSeconds(const FrozenLayerJob& job, const char* label, double seconds);
 
 #if defined(__GNUC__)
-#define QNL_PRINTF_LIKE(format, first) __attribute__((format(printf, format, first)))
+#define QNL_PRINTF_LIKE(text, values) __attribute__((format(printf, text, values)))
 #else
-#define QNL_PRINTF_LIKE(format, first)
+#define QNL_PRINTF_LIKE(text, values)
 #endif
 
 /// Plain formatted printing, past the log file.

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "job/FrozenLayerJob.h"
+
+/// Builds m_pSurfNodeList: the corner nodes of the boundary faces, each at its first appearance in face
+/// and corner order. Part nodes always; the others only when m_nStage is not 1. The marks of an earlier
+/// output time stand during the counting pass, whose count sizes the list only when there is none yet.
+void SelectSurfaceNodes(FrozenLayerJob& job);
+
+/// Class of a node: 1 part, 0 runner, -1 special.
+inline int NodeClass(const FrozenLayerJob& job, int node) {
+    return job.m_pNotRunnerNode[job.p_Node[node].label];
+}

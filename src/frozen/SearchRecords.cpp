@@ -1,0 +1,41 @@
+#include "frozen/SearchRecords.h"
+
+#include "job/Messages.h"
+#include "job/WindowsPath.h"
+#include "platform/HostFiles.h"
+#include "profile/SearchFile.h"
+
+namespace {
+
+/// Corrected mode: rays along smoothed and along raw normals differ and keep files of their own, and a
+/// file older than its mesh is not believed. Gives false when the search must be made again.
+bool ChooseSearchFile(FrozenLayerJob& job) {
+    if (job.m_bHasIntermediateTimes == 1) {
+        job.m_szSurFile.Set(CutExtension(job.m_szMeshFile.View()) + "_s.sur");
+    }
+    return !IsOlder(job.m_szSurFile.View(), job.m_szMeshFile.View());
+}
+
+void CreateSearchRecords(FrozenLayerJob& job) {
+    job.m_pNodeSearchResults =
+        std::make_unique<CSurfNodeSearch[]>(static_cast<std::size_t>(job.m_nSurfaceNodes) + 1);
+    LogLine(job, "new CSurfNodeSearch");
+    if (job.m_options.corrected && !ChooseSearchFile(job)) {
+        job.m_bSearchDone = 0;
+        return;
+    }
+    ReadSearchResult(job);
+}
+
+}  // namespace
+
+void PrepareSearchRecords(FrozenLayerJob& job) {
+    if (job.m_bSearchDone < 1) {
+        return;
+    }
+    const double start = job.m_pCom->Time();
+    if (!job.m_pNodeSearchResults) {
+        CreateSearchRecords(job);
+    }
+    LogSeconds(job, "ReadSearchResult Time: ", job.m_pCom->Time() - start);
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "job/FrozenLayerJob.h"
+
+/// Creates the normal arrays where they are missing, zeroes them and lets the kernel fill in the outward
+/// normals of the boundary nodes. Gives 1.
+int ComputeSurfaceNormals(FrozenLayerJob& job);

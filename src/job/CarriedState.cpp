@@ -1,0 +1,21 @@
+#include "job/CarriedState.h"
+
+#include "mesh/FieldStorage.h"
+
+void DropCarriedState(FrozenLayerJob& job) {
+    constexpr double kNoMaximumYet = -1e8;
+
+    job.m_pSurfTree.reset();
+    job.m_pOutputItems.reset();
+    job.m_pNodeThickness.reset();
+    for (auto& displacement : job.m_pWarpDisplacement) {
+        displacement.reset();
+    }
+    job.m_nWarpEntries = 0;
+    job.m_dMaxValue = kNoMaximumYet;
+    job.m_bIsGasIn = 0;
+    job.m_bGasInCool = 0;
+    job.m_bFillHasCoolingTime = 0;
+    job.m_dKernelScratch = 3.0 * job.m_dGeomTolerance;
+    NewDataStorage(job);
+}

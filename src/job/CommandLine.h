@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "job/FrozenLayerJob.h"
+
+/// Turns the launcher's words into the paths of the job, reads the run file and creates the log tool and
+/// the timer. Gives 1, or the run-file reader's code (log tool and timer are then missing).
+int HandleCommandLine(FrozenLayerJob& job, int argc, char** argv);
+
+/// Takes mesh and material file names from the run file. Gives 1, or 3302 when it cannot be opened.
+int ReadRunFile(FrozenLayerJob& job, std::string_view projectDirectory);
+
+/// Replaces a line by its value: the text after the first "=" without one leading blank, cut at the first
+/// line feed; a line without "=" is only cut.
+void ExtractLineValue(std::string& line);
+
+/// Sets m_szSurFile from m_szMeshFile. Gives 1.
+int BuildSearchResultPath(FrozenLayerJob& job);

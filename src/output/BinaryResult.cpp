@@ -1,0 +1,111 @@
+#include "output/BinaryResult.h"
+
+#include "job/Messages.h"
+#include "output/OutputItems.h"
+#include "platform/CQNL3DResultWriter_Manipulator.h"
+
+namespace {
+
+constexpr int kHeadCode = 1004;
+constexpr int kHeadStamp = 802218888;
+constexpr int kProgramVersion = 1000;
+constexpr float kTimeValue = 0.01F;
+
+bool IsWritten(const FrozenLayerJob& job, int node) {
+    constexpr double kEvaluatedAbove = 1.0;
+    if (!job.m_options.corrected) {
+        return job.m_pCenterTemperature[static_cast<std::size_t>(node)] > kEvaluatedAbove;
+    }
+    return job.m_pNotRunnerNode[job.p_Node[node].label] == 1 && job.m_pHasProfile &&
+           job.m_pHasProfile[static_cast<std::size_t>(node)] == 1;
+}
+
+std::vector<OutputItem*> WrittenItems(FrozenLayerJob& job) {
+    std::vector<OutputItem*> items;
+    for (int i = 0; i < job.m_nItemCount; ++i) {
+        OutputItem& item = job.m_pOutputItems[static_cast<std::size_t>(i)];
+        if (item.bOutput == 1) {
+            items.push_back(&item);
+        }
+    }
+    return items;
+}
+
+void WriteHead(const FrozenLayerJob& job, CQNL3DResultWriter_Manipulator& writer, int nodes) {
+    writer.SetHeadInfo(kHeadCode, kHeadStamp, job.m_szMeshFile.Text(), job.m_szMaterialFile.Text(), ".pro",
+                       job.m_options.corrected ? 1 : 0, job.m_nOutputItemCount);
+    writer.SetFileInfo("QNL3DFrozenLayer", kProgramVersion, kProgramVersion, kProgramVersion);
+    float time = kTimeValue;
+    char unit[] = "--";
+    char* units[] = {unit};
+    writer.SetMultipleTimeStepOutputInfo(0, &time, units);
+    writer.SetResultTypeInfo(nodes, 0, 0, 0, 0, 0, 0, 0);
+    writer.SetResultDataIDMap(QNLRESULT_NODE, true);
+}
+
+void WriteItemInfo(CQNL3DResultWriter_Manipulator& writer, const std::vector<OutputItem*>& items) {
+    std::vector<int> ids;
+    std::vector<int> types;
+    std::vector<char*> names;
+    std::vector<char*> units;
+    std::vector<float> maxima;
+    std::vector<float> minima;
+    for (OutputItem* item : items) {
+        ids.push_back(item->nItemID);
+        types.push_back(item->nDataType);
+        names.push_back(item->szName);
+        units.push_back(item->szUnit);
+        maxima.push_back(static_cast<float>(item->dMax));
+        minima.push_back(static_cast<float>(item->dMin));
+    }
+    writer.SetResultItemInfo(ids.data(), names.data(), units.data(), types.data());
+    writer.SetMaxMinInfo(maxima.data(), minima.data());
+}
+
+void WriteLabels(const FrozenLayerJob& job, CQNL3DResultWriter_Manipulator& writer,
+                 const std::vector<int>& nodes) {
+    std::vector<int> labels(nodes.size() + 1, 0);
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        labels[i + 1] = job.p_Node[nodes[i]].label;
+    }
+    writer.WriteResultDataIDArray(QNLRESULT_NODE, labels.data());
+}
+
+void WriteItems(CQNL3DResultWriter_Manipulator& writer, const std::vector<OutputItem*>& items,
+                const std::vector<int>& nodes) {
+    std::vector<float> values(nodes.size() + 1, 0.0F);
+    for (const OutputItem* item : items) {
+        for (std::size_t i = 0; i < nodes.size(); ++i) {
+            values[i + 1] = static_cast<float>(item->pData[nodes[i]]);
+        }
+        writer.WriteResultItem(item->nItemID, values.data());
+    }
+}
+
+}  // namespace
+
+std::vector<int> SelectOutputNodes(const FrozenLayerJob& job) {
+    std::vector<int> nodes;
+    for (int node = 1; node <= job.m_nNodes; ++node) {
+        if (IsWritten(job, node)) {
+            nodes.push_back(node);
+        }
+    }
+    return nodes;
+}
+
+int WriteBinaryResult(FrozenLayerJob& job) {
+    SetOutputItemInformation(job);
+    LogLine(job, "Write Binary Result");
+    CQNL3DResultWriter_Manipulator writer;
+    writer.BeginWriting(job.m_szResultFile.Text(), "", true);
+    const std::vector<int> nodes = SelectOutputNodes(job);
+    const std::vector<OutputItem*> items = WrittenItems(job);
+    WriteHead(job, writer, static_cast<int>(nodes.size()));
+    WriteItemInfo(writer, items);
+    WriteLabels(job, writer, nodes);
+    WriteItems(writer, items, nodes);
+    writer.EndWriting();
+    LogLine(job, "Output Binary Data end");
+    return 1;
+}
