@@ -7,6 +7,21 @@
 
 #include "platform/CQNLKNLogErrMsgTool.h"
 
+namespace {
+
+std::string FormatPlain(const char* format, std::va_list values) {
+    std::va_list again;
+    va_copy(again, values);
+    const int length = std::vsnprintf(nullptr, 0, format, values);
+    std::string text(static_cast<std::size_t>(length > 0 ? length : 0) + 1, '\0');
+    std::vsnprintf(text.data(), text.size(), format, again);
+    va_end(again);
+    text.pop_back();
+    return text;
+}
+
+}  // namespace
+
 void LogLine(const FrozenLayerJob& job, const std::string& text) {
     if (job.m_nLogLevel > 0) {
         CQNLKNLogErrMsgTool::printLogStringContent(text, "", std::cout);
@@ -35,7 +50,7 @@ void LogPlain(const FrozenLayerJob& job, const char* format, ...) {
     if (job.m_nLogLevel > 0) {
         std::va_list values;
         va_start(values, format);
-        std::vprintf(format, values);
+        std::cout << FormatPlain(format, values);
         va_end(values);
     }
 }
@@ -43,6 +58,6 @@ void LogPlain(const FrozenLayerJob& job, const char* format, ...) {
 void PrintPlain(const char* format, ...) {
     std::va_list values;
     va_start(values, format);
-    std::vprintf(format, values);
+    std::cout << FormatPlain(format, values);
     va_end(values);
 }
