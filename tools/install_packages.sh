@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that building and testing need. Runs as root or through sudo; does nothing
+# when all are there.
+#   tools/install_packages.sh build|test|view ...
+set -euo pipefail
+
+build_packages=(g++ cmake ninja-build libhdf5-dev libcli11-dev libtomlplusplus-dev libboost-dev zlib1g-dev git ca-certificates)
+test_packages=(clang clang-format clang-tidy libomp-dev libgtest-dev libbenchmark-dev python3-h5py python3-numpy)
+
+wanted=()
+for group in "$@"; do
+  case "$group" in
+    build) wanted+=("${build_packages[@]}") ;;
+    test) wanted+=("${test_packages[@]}") ;;
+    *) echo "unknown package group \"$group\": build or test" >&2; exit 2 ;;
+  esac
+done
+
+missing=()
+for package in "${wanted[@]}"; do
+  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+echo "Installing: ${missing[*]}"
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
