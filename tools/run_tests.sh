@@ -16,6 +16,7 @@ if gate format; then
 fi
 if gate layers; then
   python3 tools/check_layers.py
+  python3 tools/check_names.py
 fi
 if gate sanitizers; then
   cmake --preset asan > /dev/null
