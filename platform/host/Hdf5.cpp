@@ -13,6 +13,7 @@ constexpr std::uint64_t kTrustedElements = std::uint64_t{1} << 24;
 constexpr std::uint64_t kLargestCompression = 1100;  // deflate reaches 1032
 constexpr std::uint64_t kLargestAttribute = 64;
 constexpr std::size_t kLongestText = std::size_t{1} << 20;
+constexpr std::size_t kMostNames = std::size_t{1} << 16;
 
 void Silence() {
     H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
@@ -70,6 +71,15 @@ constexpr ValueKind KindOf() {
 H5T_conv_ret_t RefuseOverflow(H5T_conv_except_t exception, hid_t, hid_t, void*, void*, void*) {
     const bool overflow = exception == H5T_CONV_EXCEPT_RANGE_HI || exception == H5T_CONV_EXCEPT_RANGE_LOW;
     return overflow ? H5T_CONV_ABORT : H5T_CONV_UNHANDLED;
+}
+
+bool IsBacked(std::uint64_t elements, std::size_t valueBytes, std::uint64_t storedBytes) {
+    return elements <= kTrustedElements || storedBytes >= elements / kLargestCompression * valueBytes;
+}
+
+herr_t TakeName(hid_t, const char* name, const H5L_info_t*, void* names) {
+    static_cast<std::vector<std::string>*>(names)->emplace_back(name);
+    return 0;
 }
 
 std::string AttributeName(const std::string& object, const std::string& name) {
@@ -147,20 +157,12 @@ std::vector<std::string> InputFile::List(const std::string& group) const {
     if (!id || H5Gget_info(id.Get(), &info) < 0) {
         Fail(group, LibraryReason("cannot be opened as a group"));
     }
+    if (info.nlinks > kMostNames) {
+        Fail(group, "has " + std::to_string(info.nlinks) + " entries");
+    }
     std::vector<std::string> names;
-    for (hsize_t i = 0; i < info.nlinks; ++i) {
-        const auto nameAt = [&](char* buffer, std::size_t size) {
-            return H5Lget_name_by_idx(id.Get(), ".", H5_INDEX_NAME, H5_ITER_INC, i, buffer, size,
-                                      H5P_DEFAULT);
-        };
-        const ssize_t length = nameAt(nullptr, 0);
-        if (length < 0) {
-            Fail(group, LibraryReason("its names cannot be read"));
-        }
-        std::string name(static_cast<std::size_t>(length) + 1, '\0');
-        nameAt(name.data(), name.size());
-        name.pop_back();
-        names.push_back(std::move(name));
+    if (H5Literate(id.Get(), H5_INDEX_NAME, H5_ITER_INC, nullptr, TakeName, &names) < 0) {
+        Fail(group, LibraryReason("its names cannot be read"));
     }
     return names;
 }
@@ -178,7 +180,7 @@ DatasetInfo InputFile::DescribeOpen(const Id& type, const Id& space, const std::
     if (!type || rank < 0) {
         Fail(object, LibraryReason("its type and shape cannot be read"));
     }
-    DatasetInfo info{ValueKind::Other, H5Tget_size(type.Get()), {}, 1};
+    DatasetInfo info{ValueKind::Other, H5Tget_size(type.Get()), {}, 1, true};
     const H5T_class_t valueClass = H5Tget_class(type.Get());
     if (valueClass == H5T_INTEGER) {
         info.kind = ValueKind::Integer;
@@ -200,7 +202,10 @@ DatasetInfo InputFile::DescribeOpen(const Id& type, const Id& space, const std::
 
 DatasetInfo InputFile::Describe(const std::string& dataset) const {
     const Id id = OpenDataset(dataset);
-    return DescribeOpen(Id(H5Dget_type(id.Get()), H5Tclose), Id(H5Dget_space(id.Get()), H5Sclose), dataset);
+    DatasetInfo info =
+        DescribeOpen(Id(H5Dget_type(id.Get()), H5Tclose), Id(H5Dget_space(id.Get()), H5Sclose), dataset);
+    info.backed = IsBacked(info.elements, info.valueBytes, H5Dget_storage_size(id.Get()));
+    return info;
 }
 
 template <typename T>
@@ -217,7 +222,7 @@ std::vector<T> InputFile::Read(const std::string& dataset, std::uint64_t maxElem
                           std::to_string(info.elements));
     }
     const std::uint64_t stored = H5Dget_storage_size(id.Get());
-    if (info.elements > kTrustedElements && stored < info.elements / kLargestCompression * info.valueBytes) {
+    if (!IsBacked(info.elements, info.valueBytes, stored)) {
         Fail(dataset, "announces " + std::to_string(info.elements) + " values, but only " +
                           std::to_string(stored) + " bytes are stored");
     }
@@ -322,6 +327,7 @@ OutputFile::OutputFile(std::string_view path) : path_(path) {
     H5Pset_obj_track_times(creation.Get(), false);
     const Id access(H5Pcreate(H5P_FILE_ACCESS), H5Pclose);
     H5Pset_fapl_core(access.Get(), kGrowth, false);
+    H5Pset_libver_bounds(access.Get(), H5F_LIBVER_EARLIEST, H5F_LIBVER_V18);
     file_ = Id(H5Fcreate(HostPath(path).c_str(), H5F_ACC_TRUNC, creation.Get(), access.Get()), H5Fclose);
     if (!file_) {
         Fail("", LibraryReason("cannot be created"));
@@ -398,6 +404,15 @@ void OutputFile::WriteText(const std::string& object, const std::string& name, c
     H5Tset_strpad(type.Get(), H5T_STR_NULLPAD);
     H5Tset_cset(type.Get(), charset == Charset::Utf8 ? H5T_CSET_UTF8 : H5T_CSET_ASCII);
     WriteAttribute(object, name, type, Id(H5Screate(H5S_SCALAR), H5Sclose), text.c_str());
+}
+
+void OutputFile::WriteVariableText(const std::string& object, const std::string& name,
+                                   const std::string& text) {
+    const Id type(H5Tcopy(H5T_C_S1), H5Tclose);
+    H5Tset_size(type.Get(), H5T_VARIABLE);
+    H5Tset_cset(type.Get(), H5T_CSET_UTF8);
+    const char* value = text.c_str();
+    WriteAttribute(object, name, type, Id(H5Screate(H5S_SCALAR), H5Sclose), &value);
 }
 
 void OutputFile::Close() {

@@ -60,6 +60,7 @@ struct DatasetInfo {
     std::size_t valueBytes;
     std::vector<std::uint64_t> shape;  ///< empty for a scalar
     std::uint64_t elements;            ///< product of the shape
+    bool backed;                       ///< enough bytes are stored for that many elements
 };
 
 /// A file open for reading. Objects are named by absolute path, "/group/dataset".
@@ -70,7 +71,7 @@ public:
     const std::string& Path() const { return path_; }
     /// True when every link on the way exists and the object can be reached.
     bool Exists(const std::string& object) const;
-    /// Names in a group, in the library's ascending order of names.
+    /// Names in a group, in the library's ascending order of names; more than 65,536 are an error.
     std::vector<std::string> List(const std::string& group) const;
     DatasetInfo Describe(const std::string& dataset) const;
 
@@ -124,6 +125,8 @@ public:
     /// A text of fixed length, null-padded; an empty text takes one byte.
     void WriteText(const std::string& object, const std::string& name, const std::string& text,
                    Charset charset = Charset::Utf8);
+    /// A text of variable length, UTF-8.
+    void WriteVariableText(const std::string& object, const std::string& name, const std::string& text);
     /// Writes the file and puts it in place; raises Hdf5Error (with a fault recorded) when that fails.
     void Close();
 
