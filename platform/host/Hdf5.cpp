@@ -4,6 +4,7 @@
 #include <functional>
 #include <utility>
 
+#include "platform/Faults.h"
 #include "platform/HostFiles.h"
 
 namespace qnl::hdf5 {
@@ -74,7 +75,8 @@ H5T_conv_ret_t RefuseOverflow(H5T_conv_except_t exception, hid_t, hid_t, void*, 
 }
 
 bool IsBacked(std::uint64_t elements, std::size_t valueBytes, std::uint64_t storedBytes) {
-    return elements <= kTrustedElements || storedBytes >= elements / kLargestCompression * valueBytes;
+    return elements <= kTrustedElements ||
+           storedBytes / std::max<std::size_t>(valueBytes, 1) >= elements / kLargestCompression;
 }
 
 herr_t TakeName(hid_t, const char* name, const H5L_info_t*, void* names) {
@@ -420,7 +422,9 @@ void OutputFile::Close() {
     const ssize_t size = flushed ? H5Fget_file_image(file_.Get(), nullptr, 0) : -1;
     std::vector<char> image(size < 0 ? 0 : static_cast<std::size_t>(size));
     if (image.empty() || H5Fget_file_image(file_.Get(), image.data(), image.size()) != size) {
-        Fail("", LibraryReason("its content cannot be completed"));
+        const std::string reason = LibraryReason("its content cannot be completed");
+        RecordFault({path_, "", "a file that can be written", reason, "free memory and run again"});
+        Fail("", reason);
     }
     file_.Close();
     ReplacedFile target(path_, "wb");
