@@ -72,8 +72,8 @@ void RecordUnwritten(const std::string& target, const std::string& reason) {
 
 ReplacedFile::ReplacedFile(std::string_view path, const char* mode) : target_(Resolved(HostPath(path))) {
     std::error_code ignored;
-    if (fs::is_directory(target_, ignored)) {
-        RecordUnwritten(target_, "a folder of that name");
+    if (target_.empty() || fs::is_directory(target_, ignored)) {
+        RecordUnwritten(target_, target_.empty() ? "no name" : "a folder of that name");
         return;
     }
     file_ = IsDevice(target_) ? HostFile(target_, mode) : OpenTemporary(target_, mode, temporary_);

@@ -156,8 +156,11 @@ bool CQNL3DResultWriter_Manipulator::EndWriting() {
         return false;
     }
     const auto missing = std::count(written.begin(), written.end(), false);
-    if (missing > 0 || state_->description.hasNodeIds != state_->idsWritten) {
-        return state_->Fail("items", "every announced array", std::to_string(missing) + " items missing");
+    const bool lacksIds = state_->description.hasNodeIds && !state_->idsWritten;
+    if (missing > 0 || lacksIds) {
+        return state_->Fail(
+            "items", "every announced array",
+            std::to_string(missing) + " items" + (lacksIds ? " and the node labels missing" : " missing"));
     }
     const bool placed = state_->output->Close();
     *state_ = State();

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/Faults.h"
-#include "support/temp_folder.h"
+#include "support/scratch_folder.h"
 
 namespace {
 
@@ -26,24 +26,24 @@ TEST(HostPath, TurnsEveryBackslash) {
 }
 
 TEST(HostFile, OpensWindowsStylePaths) {
-    const TempFolder folder;
-    WriteBytes(folder.Path("data.txt"), "x");
-    EXPECT_TRUE(HostFile(folder.Folder() + "\\data.txt", "rb"));
+    const ScratchFolder folder;
+    folder.Write("data.txt", "x");
+    EXPECT_TRUE(HostFile(folder.Path() + "\\data.txt", "rb"));
 }
 #endif
 
 TEST(HostFile, StaysEmptyForAMissingFileAFolderAndATextWithNul) {
-    const TempFolder folder;
-    WriteBytes(folder.Path("data"), "x");
-    EXPECT_FALSE(HostFile(folder.Path("missing"), "rb"));
-    EXPECT_FALSE(HostFile(folder.Folder(), "rb"));
-    EXPECT_FALSE(HostFile(folder.Path("data") + std::string("\0.txt", 5), "rb"));
+    const ScratchFolder folder;
+    folder.Write("data", "x");
+    EXPECT_FALSE(HostFile(folder.File("missing"), "rb"));
+    EXPECT_FALSE(HostFile(folder.Path(), "rb"));
+    EXPECT_FALSE(HostFile(folder.File("data") + std::string("\0.txt", 5), "rb"));
 }
 
 TEST(HostFile, MovesItsStream) {
-    const TempFolder folder;
-    WriteBytes(folder.Path("data"), "x");
-    HostFile first(folder.Path("data"), "rb");
+    const ScratchFolder folder;
+    folder.Write("data", "x");
+    HostFile first(folder.File("data"), "rb");
     HostFile second(std::move(first));
     EXPECT_TRUE(second);
     HostFile third;
@@ -55,14 +55,14 @@ TEST(HostFile, MovesItsStream) {
 }
 
 TEST(ReadAll, GivesEveryByte) {
-    const TempFolder folder;
+    const ScratchFolder folder;
     for (const std::size_t size : {0u, 1u, 65535u, 65536u, 65537u, 300000u}) {
         std::string content(size, 'a');
         for (std::size_t i = 0; i < size; ++i) {
             content[i] = static_cast<char>(i * 31);
         }
-        WriteBytes(folder.Path("data"), content);
-        const HostFile file(folder.Path("data"), "rb");
+        folder.Write("data", content);
+        const HostFile file(folder.File("data"), "rb");
         std::string read = "old";
         ASSERT_TRUE(ReadAll(file.Get(), read));
         EXPECT_EQ(read, content);
@@ -70,13 +70,13 @@ TEST(ReadAll, GivesEveryByte) {
 }
 
 TEST(IsOlder, ComparesTimesOfExistingFilesOnly) {
-    const TempFolder folder;
-    const std::string a = folder.Path("a");
-    const std::string b = folder.Path("b");
-    WriteBytes(a, "a");
+    const ScratchFolder folder;
+    const std::string a = folder.File("a");
+    const std::string b = folder.File("b");
+    folder.Write(a, "a");
     EXPECT_FALSE(IsOlder(a, b));
     EXPECT_FALSE(IsOlder(b, a));
-    WriteBytes(b, "b");
+    folder.Write(b, "b");
     const auto now = fs::file_time_type::clock::now();
     fs::last_write_time(a, now);
     fs::last_write_time(b, now);
@@ -88,8 +88,8 @@ TEST(IsOlder, ComparesTimesOfExistingFilesOnly) {
 }
 
 TEST(ReplacedFile, AppearsAtCommitAndNotBefore) {
-    const TempFolder folder;
-    const std::string target = folder.Path("result.pro");
+    const ScratchFolder folder;
+    const std::string target = folder.File("result.pro");
     {
         ReplacedFile file(target, "wb");
         ASSERT_TRUE(file);
@@ -97,35 +97,35 @@ TEST(ReplacedFile, AppearsAtCommitAndNotBefore) {
         EXPECT_FALSE(fs::exists(target));
         EXPECT_TRUE(file.Commit());
     }
-    EXPECT_EQ(ReadBytes(target), "new");
+    EXPECT_EQ(folder.Read(target), "new");
     EXPECT_EQ(folder.FileCount(), 1u);
 }
 
 TEST(ReplacedFile, WithoutCommitLeavesTheOldFileAndNothingElse) {
-    const TempFolder folder;
-    const std::string target = folder.Path("result.pro");
-    WriteBytes(target, "old");
+    const ScratchFolder folder;
+    const std::string target = folder.File("result.pro");
+    folder.Write(target, "old");
     {
         ReplacedFile file(target, "wb");
         WriteText(file, "new");
-        EXPECT_EQ(ReadBytes(target), "old");
+        EXPECT_EQ(folder.Read(target), "old");
     }
-    EXPECT_EQ(ReadBytes(target), "old");
+    EXPECT_EQ(folder.Read(target), "old");
     EXPECT_EQ(folder.FileCount(), 1u);
 }
 
 TEST(ReplacedFile, TakesTheLongestFileName) {
-    const TempFolder folder;
-    const std::string target = folder.Path(std::string(255, 'n'));
+    const ScratchFolder folder;
+    const std::string target = folder.File(std::string(255, 'n'));
     ReplacedFile file(target, "wb");
     WriteText(file, "new");
     EXPECT_TRUE(file.Commit());
-    EXPECT_EQ(ReadBytes(target), "new");
+    EXPECT_EQ(folder.Read(target), "new");
 }
 
 TEST(ReplacedFile, TakesAPathOf511Bytes) {
-    const TempFolder folder;
-    std::string path = folder.Folder();
+    const ScratchFolder folder;
+    std::string path = folder.Path();
     while (path.size() + 201 < 511 - 2) {
         path += "/" + std::string(200, 'd');
         fs::create_directory(path);
@@ -135,12 +135,12 @@ TEST(ReplacedFile, TakesAPathOf511Bytes) {
     ReplacedFile file(path, "wb");
     WriteText(file, "new");
     EXPECT_TRUE(file.Commit());
-    EXPECT_EQ(ReadBytes(path), "new");
+    EXPECT_EQ(folder.Read(path), "new");
 }
 
 TEST(ReplacedFile, KeepsTwoWritersOfOneTargetApart) {
-    const TempFolder folder;
-    const std::string target = folder.Path("result.pro");
+    const ScratchFolder folder;
+    const std::string target = folder.File("result.pro");
     std::vector<std::thread> threads;
     for (int t = 0; t < 8; ++t) {
         threads.emplace_back([&target, t] {
@@ -155,48 +155,52 @@ TEST(ReplacedFile, KeepsTwoWritersOfOneTargetApart) {
     for (std::thread& thread : threads) {
         thread.join();
     }
-    const std::string content = ReadBytes(target);
+    const std::string content = folder.Read(target);
     EXPECT_EQ(content.size(), 5000u);
     EXPECT_EQ(content, std::string(5000, content.at(0)));
     EXPECT_EQ(folder.FileCount(), 1u);
 }
 
 TEST(ReplacedFile, RecordsWhyItCannotBeOpened) {
-    const TempFolder folder;
+    const ScratchFolder folder;
     TakeFaults();
-    ReplacedFile missing(folder.Path("no/such/folder/file"), "wb");
+    ReplacedFile missing(folder.File("no/such/folder/file"), "wb");
     EXPECT_FALSE(missing);
     EXPECT_FALSE(missing.Commit());
-    ReplacedFile directory(folder.Folder(), "wb");
+    ReplacedFile directory(folder.Path(), "wb");
     EXPECT_FALSE(directory);
     EXPECT_FALSE(directory.Commit());
+    ReplacedFile nameless("", "wb");
+    EXPECT_FALSE(nameless);
+    EXPECT_FALSE(nameless.Commit());
     const std::vector<Fault> faults = TakeFaults();
-    ASSERT_EQ(faults.size(), 2u);
-    EXPECT_EQ(faults[0].file, folder.Path("no/such/folder/file"));
+    ASSERT_EQ(faults.size(), 3u);
+    EXPECT_EQ(faults[0].file, folder.File("no/such/folder/file"));
     EXPECT_EQ(faults[0].found, "No such file or directory");
     EXPECT_EQ(faults[1].found, "a folder of that name");
+    EXPECT_EQ(faults[2].found, "no name");
     EXPECT_TRUE(TakeFaults().empty());
 }
 
 #ifndef _WIN32
 TEST(ReplacedFile, WritesThroughALinkToAFile) {
-    const TempFolder folder;
-    WriteBytes(folder.Path("real"), "old");
-    fs::create_symlink(folder.Path("real"), folder.Path("link"));
-    ReplacedFile file(folder.Path("link"), "wb");
+    const ScratchFolder folder;
+    folder.Write("real", "old");
+    fs::create_symlink(folder.File("real"), folder.File("link"));
+    ReplacedFile file(folder.File("link"), "wb");
     WriteText(file, "new");
     EXPECT_TRUE(file.Commit());
-    EXPECT_TRUE(fs::is_symlink(folder.Path("link")));
-    EXPECT_EQ(ReadBytes(folder.Path("real")), "new");
+    EXPECT_TRUE(fs::is_symlink(folder.File("link")));
+    EXPECT_EQ(folder.Read("real"), "new");
 }
 
 TEST(ReplacedFile, RecordsAFullDisk) {
     if (!fs::exists("/dev/full")) {
         GTEST_SKIP() << "this system has no /dev/full";
     }
-    const TempFolder folder;
-    fs::create_symlink("/dev/full", folder.Path("full"));
-    for (const std::string& target : {folder.Path("full"), std::string("/dev/full")}) {
+    const ScratchFolder folder;
+    fs::create_symlink("/dev/full", folder.File("full"));
+    for (const std::string& target : {folder.File("full"), std::string("/dev/full")}) {
         TakeFaults();
         ReplacedFile file(target, "wb");
         ASSERT_TRUE(file);

@@ -7,7 +7,7 @@
 #include "platform/CQNLCom.h"
 #include "platform/CQNLKNLogErrMsgTool.h"
 #include "platform/Faults.h"
-#include "support/temp_folder.h"
+#include "support/scratch_folder.h"
 
 namespace {
 
@@ -57,50 +57,50 @@ TEST(LogTool, SaysWhatTheExceptionInFlightSays) {
 }
 
 TEST(LogTool, AppendsToTheLogFileUntilItIsDestroyed) {
-    const TempFolder folder;
-    const std::string path = folder.Path("project.log");
-    WriteBytes(path, "before\n");
+    const ScratchFolder folder;
+    const std::string path = folder.File("project.log");
+    folder.Write(path, "before\n");
     std::ostringstream out;
     {
         Tool tool;
         Tool::printGeneralMessage("unattached\n", "", out);
         EXPECT_EQ(tool.setData_Append(path.c_str()), 1);
         Tool::printGeneralMessage("one\n", "", out);
-        EXPECT_EQ(ReadBytes(path), "before\none\n");
+        EXPECT_EQ(folder.Read(path), "before\none\n");
         Tool::printLogStringContent("two", "", out);
     }
     Tool::printGeneralMessage("after\n", "", out);
-    EXPECT_EQ(ReadBytes(path), "before\none\ntwo\n");
+    EXPECT_EQ(folder.Read(path), "before\none\ntwo\n");
     EXPECT_EQ(out.str(), "unattached\none\ntwo\nafter\n");
 }
 
 TEST(LogTool, KeepsTheFileOfALaterTool) {
-    const TempFolder folder;
+    const ScratchFolder folder;
     std::ostringstream out;
     Tool later;
     {
         Tool first;
-        EXPECT_EQ(first.setData_Append(folder.Path("first").c_str()), 1);
-        EXPECT_EQ(later.setData_Append(folder.Path("later").c_str()), 1);
+        EXPECT_EQ(first.setData_Append(folder.File("first").c_str()), 1);
+        EXPECT_EQ(later.setData_Append(folder.File("later").c_str()), 1);
     }
     Tool::printGeneralMessage("text", "", out);
-    EXPECT_EQ(ReadBytes(folder.Path("first")), "");
-    EXPECT_EQ(ReadBytes(folder.Path("later")), "text");
+    EXPECT_EQ(folder.Read("first"), "");
+    EXPECT_EQ(folder.Read("later"), "text");
 }
 
 TEST(LogTool, GoesOnWithoutALogFileThatCannotBeOpened) {
-    const TempFolder folder;
+    const ScratchFolder folder;
     TakeFaults();
     std::ostringstream out;
     Tool tool;
-    EXPECT_EQ(tool.setData_Append(folder.Path("no/folder/log").c_str()), -1);
-    EXPECT_EQ(tool.setData_Append(folder.Folder().c_str()), -1);
+    EXPECT_EQ(tool.setData_Append(folder.File("no/folder/log").c_str()), -1);
+    EXPECT_EQ(tool.setData_Append(folder.Path().c_str()), -1);
     EXPECT_EQ(tool.setData_Append(nullptr), -1);
     Tool::printGeneralMessage("text", "", out);
     EXPECT_EQ(out.str(), "text");
     const std::vector<Fault> faults = TakeFaults();
     ASSERT_EQ(faults.size(), 3u);
-    EXPECT_EQ(faults[0].file, folder.Path("no/folder/log"));
+    EXPECT_EQ(faults[0].file, folder.File("no/folder/log"));
     EXPECT_EQ(faults[0].found, "No such file or directory");
     EXPECT_EQ(faults[1].found, "Is a directory");
 }
