@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <random>
 #include <sstream>
 #include <string>
@@ -23,6 +24,11 @@ public:
     ScratchFolder& operator=(const ScratchFolder&) = delete;
 
     std::string Path() const { return path_.string(); }
+    std::string File(const std::string& name) const { return (path_ / name).string(); }
+    std::size_t FileCount() const {
+        return static_cast<std::size_t>(
+            std::distance(std::filesystem::directory_iterator(path_), std::filesystem::directory_iterator()));
+    }
 
     /// Writes a file below the folder, its folders included, and gives its path.
     std::string Write(const std::string& name, const std::string& content) const {

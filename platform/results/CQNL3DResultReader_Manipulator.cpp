@@ -1,0 +1,107 @@
+#include "platform/CQNL3DResultReader_Manipulator.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "results/result_input.h"
+
+struct CQNL3DResultReader_Manipulator::State {
+    std::optional<qnl::ResultInput> input;
+    std::vector<float> values;
+    std::vector<int> ids;
+};
+
+namespace {
+
+constexpr int kOpen = 0;
+constexpr int kNotBinary = -4;
+
+/// Lengths are checked when the file is opened.
+void CopyText(const std::string& text, char* buffer) {
+    std::copy(text.begin(), text.end(), buffer);
+    buffer[text.size()] = '\0';
+}
+
+}  // namespace
+
+CQNL3DResultReader_Manipulator::CQNL3DResultReader_Manipulator() : state_(std::make_unique<State>()) {}
+
+CQNL3DResultReader_Manipulator::~CQNL3DResultReader_Manipulator() = default;
+
+int CQNL3DResultReader_Manipulator::BeginReading(const char* path, const char* /*option*/) {
+    state_->input.reset();
+    try {
+        state_->input.emplace(path != nullptr ? path : "");
+    } catch (const qnl::ResultFileError& error) {
+        if (error.Status() != kNotBinary) {
+            RecordFault(error.What());
+        }
+        return error.Status();
+    }
+    return kOpen;
+}
+
+int CQNL3DResultReader_Manipulator::GetResultVersion() {
+    return state_->input ? state_->input->Description().resultVersion : 0;
+}
+
+void CQNL3DResultReader_Manipulator::GetHeadInfo(int& code, int& stamp, char* mesh, char* material,
+                                                 char* project, int& flag, int& itemCount) {
+    const qnl::ResultFileContent none;
+    const qnl::ResultFileContent& description = state_->input ? state_->input->Description() : none;
+    code = description.head.code;
+    stamp = description.head.stamp;
+    CopyText(description.head.mesh, mesh);
+    CopyText(description.head.material, material);
+    CopyText(description.head.project, project);
+    flag = description.head.flag;
+    itemCount = static_cast<int>(description.items.size());
+}
+
+void CQNL3DResultReader_Manipulator::GetResultItemInfo(int* itemIds, char** names, char** units,
+                                                       int* dataTypes) {
+    if (!state_->input) {
+        return;
+    }
+    const std::vector<qnl::ResultItem>& items = state_->input->Description().items;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        itemIds[i] = items[i].id;
+        CopyText(items[i].name, names[i]);
+        CopyText(items[i].unit, units[i]);
+        dataTypes[i] = items[i].dataType;
+    }
+}
+
+int CQNL3DResultReader_Manipulator::GetMaxCavityNode() {
+    return state_->input ? state_->input->Entries(qnl::kNodeData) : 0;
+}
+
+int CQNL3DResultReader_Manipulator::GetMaxCavityElem() {
+    return state_->input ? state_->input->Entries(qnl::kElementData) : 0;
+}
+
+bool CQNL3DResultReader_Manipulator::GetResultItem(int item, float* values) {
+    if (!state_->input || !state_->input->ReadItem(item, state_->values)) {
+        return false;
+    }
+    std::copy(state_->values.begin(), state_->values.end(), values + 1);
+    return true;
+}
+
+bool CQNL3DResultReader_Manipulator::GetResultDataIDMap(QNLRESULTTYPE type) {
+    return type == QNLRESULT_NODE && state_->input && state_->input->Description().hasNodeIds;
+}
+
+bool CQNL3DResultReader_Manipulator::GetResultDataIDArray(QNLRESULTTYPE type, int* ids) {
+    if (!GetResultDataIDMap(type) || !state_->input->ReadNodeIds(state_->ids)) {
+        return false;
+    }
+    std::copy(state_->ids.begin(), state_->ids.end(), ids + 1);
+    return true;
+}
+
+void CQNL3DResultReader_Manipulator::EndReading() {
+    *state_ = State();
+}
