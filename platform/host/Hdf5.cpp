@@ -314,11 +314,15 @@ std::string InputFile::ReadText(const std::string& object, const std::string& na
     return CutPadding(std::move(text), H5Tget_strpad(type.Get()));
 }
 
+// Built in memory: nothing of it stands on the disk before Close.
 OutputFile::OutputFile(std::string_view path) : path_(path) {
+    constexpr std::size_t kGrowth = std::size_t{1} << 20;
     Silence();
     const Id creation(H5Pcreate(H5P_FILE_CREATE), H5Pclose);
     H5Pset_obj_track_times(creation.Get(), false);
-    file_ = Id(H5Fcreate(HostPath(path).c_str(), H5F_ACC_TRUNC, creation.Get(), H5P_DEFAULT), H5Fclose);
+    const Id access(H5Pcreate(H5P_FILE_ACCESS), H5Pclose);
+    H5Pset_fapl_core(access.Get(), kGrowth, false);
+    file_ = Id(H5Fcreate(HostPath(path).c_str(), H5F_ACC_TRUNC, creation.Get(), access.Get()), H5Fclose);
     if (!file_) {
         Fail("", LibraryReason("cannot be created"));
     }
@@ -398,9 +402,16 @@ void OutputFile::WriteText(const std::string& object, const std::string& name, c
 
 void OutputFile::Close() {
     const bool flushed = H5Fflush(file_.Get(), H5F_SCOPE_LOCAL) >= 0;
-    const std::string reason = flushed ? "cannot be closed" : LibraryReason("cannot be stored");
-    if (!file_.Close() || !flushed) {
-        Fail("", reason);
+    const ssize_t size = flushed ? H5Fget_file_image(file_.Get(), nullptr, 0) : -1;
+    std::vector<char> image(size < 0 ? 0 : static_cast<std::size_t>(size));
+    if (image.empty() || H5Fget_file_image(file_.Get(), image.data(), image.size()) != size) {
+        Fail("", LibraryReason("its content cannot be completed"));
+    }
+    file_.Close();
+    ReplacedFile target(path_, "wb");
+    if (!target || std::fwrite(image.data(), 1, image.size(), target.Get()) != image.size() ||
+        !target.Commit()) {
+        Fail("", "cannot be written");
     }
 }
 

@@ -102,7 +102,9 @@ private:
 
 enum class Charset { Ascii, Utf8 };
 
-/// A file being written, from empty. Object times are not stored, so that equal contents give equal bytes.
+/// A file being written, from empty. It is put together in memory and appears under its name at Close and
+/// not before; without Close, or when Close fails, an earlier file of that name stays whole. Object times
+/// are not stored, so that equal contents give equal bytes.
 class OutputFile {
 public:
     explicit OutputFile(std::string_view path);
@@ -122,7 +124,7 @@ public:
     /// A text of fixed length, null-padded; an empty text takes one byte.
     void WriteText(const std::string& object, const std::string& name, const std::string& text,
                    Charset charset = Charset::Utf8);
-    /// Flushes and closes; raises Hdf5Error when anything could not be stored.
+    /// Writes the file and puts it in place; raises Hdf5Error (with a fault recorded) when that fails.
     void Close();
 
 private:
