@@ -322,7 +322,9 @@ OutputFile::OutputFile(std::string_view path) : path_(path) {
     H5Pset_obj_track_times(creation.Get(), false);
     const Id access(H5Pcreate(H5P_FILE_ACCESS), H5Pclose);
     H5Pset_fapl_core(access.Get(), kGrowth, false);
-    file_ = Id(H5Fcreate(HostPath(path).c_str(), H5F_ACC_TRUNC, creation.Get(), access.Get()), H5Fclose);
+    // The library would first read a file that stands under the name.
+    const std::string name = HostPath(path) + "~memory";
+    file_ = Id(H5Fcreate(name.c_str(), H5F_ACC_TRUNC, creation.Get(), access.Get()), H5Fclose);
     if (!file_) {
         Fail("", LibraryReason("cannot be created"));
     }
