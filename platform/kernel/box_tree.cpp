@@ -13,7 +13,7 @@ constexpr std::size_t kMostWaiting = 64;
 
 using Entries = std::vector<BoxTree::Entry>;
 
-void Enclose(Box& sum, const Box& box) {
+void Enclose(TreeBox& sum, const TreeBox& box) {
     for (std::size_t a = 0; a < 3; ++a) {
         sum.low[a] = std::min(sum.low[a], box.low[a]);
         sum.high[a] = std::max(sum.high[a], box.high[a]);
@@ -64,8 +64,8 @@ void Order(Entries::iterator begin, Entries::iterator end) {
     Order(middle, end);
 }
 
-std::vector<Box> LeafBounds(const Entries& entries) {
-    std::vector<Box> bounds;
+std::vector<TreeBox> LeafBounds(const Entries& entries) {
+    std::vector<TreeBox> bounds;
     bounds.reserve((entries.size() + kLeaf - 1) / kLeaf);
     for (std::size_t i = 0; i < entries.size(); ++i) {
         if (i % kLeaf == 0) {
@@ -77,8 +77,8 @@ std::vector<Box> LeafBounds(const Entries& entries) {
     return bounds;
 }
 
-std::vector<Box> BoundsAbove(const std::vector<Box>& below) {
-    std::vector<Box> bounds;
+std::vector<TreeBox> BoundsAbove(const std::vector<TreeBox>& below) {
+    std::vector<TreeBox> bounds;
     bounds.reserve((below.size() + 1) / 2);
     for (std::size_t i = 0; i < below.size(); ++i) {
         if (i % 2 == 0) {
@@ -90,7 +90,7 @@ std::vector<Box> BoundsAbove(const std::vector<Box>& below) {
     return bounds;
 }
 
-bool HasNumbers(const Box& box) {
+bool HasNumbers(const TreeBox& box) {
     const auto isNumber = [](double bound) { return !std::isnan(bound); };
     return std::all_of(box.low.begin(), box.low.end(), isNumber) &&
            std::all_of(box.high.begin(), box.high.end(), isNumber);
@@ -98,7 +98,7 @@ bool HasNumbers(const Box& box) {
 
 }  // namespace
 
-bool Overlap(const Box& a, const Box& b) {
+bool BoxesOverlap(const TreeBox& a, const TreeBox& b) {
     return a.low[0] <= b.high[0] && b.low[0] <= a.high[0] && a.low[1] <= b.high[1] && b.low[1] <= a.high[1] &&
            a.low[2] <= b.high[2] && b.low[2] <= a.high[2];
 }
@@ -111,9 +111,9 @@ BoxTree::StaticTree::StaticTree(std::vector<Entry> content) : entries(std::move(
     }
 }
 
-void BoxTree::StaticTree::Find(const Box& query, std::size_t level, std::size_t node,
+void BoxTree::StaticTree::Find(const TreeBox& query, std::size_t level, std::size_t node,
                                std::vector<int>& ids) const {
-    if (node >= bounds[level].size() || !Overlap(bounds[level][node], query)) {
+    if (node >= bounds[level].size() || !BoxesOverlap(bounds[level][node], query)) {
         return;
     }
     if (level > 0) {
@@ -123,7 +123,7 @@ void BoxTree::StaticTree::Find(const Box& query, std::size_t level, std::size_t 
     }
     const std::size_t end = std::min((node + 1) * kLeaf, entries.size());
     for (std::size_t i = node * kLeaf; i < end; ++i) {
-        if (Overlap(entries[i].box, query)) {
+        if (BoxesOverlap(entries[i].box, query)) {
             ids.push_back(entries[i].id);
         }
     }
@@ -134,7 +134,7 @@ void BoxTree::Clear() {
     trees_.clear();
 }
 
-void BoxTree::Add(int id, const Box& box) {
+void BoxTree::Add(int id, const TreeBox& box) {
     if (!HasNumbers(box)) {
         return;
     }
@@ -157,10 +157,10 @@ void BoxTree::AddAll(std::vector<Entry> entries) {
     }
 }
 
-void BoxTree::Find(const Box& query, std::vector<int>& ids) const {
+void BoxTree::Find(const TreeBox& query, std::vector<int>& ids) const {
     ids.clear();
     for (const Entry& entry : waiting_) {
-        if (Overlap(entry.box, query)) {
+        if (BoxesOverlap(entry.box, query)) {
             ids.push_back(entry.id);
         }
     }

@@ -7,13 +7,13 @@
 namespace qnl {
 
 /// Axis-parallel box, closed on all sides.
-struct Box {
+struct TreeBox {
     Point low;
     Point high;
 };
 
 /// Overlap of two closed boxes; false when a bound is not a number.
-bool Overlap(const Box& a, const Box& b);
+bool BoxesOverlap(const TreeBox& a, const TreeBox& b);
 
 /// Boxes with ids that can be added at any time and asked for by overlap.
 ///
@@ -24,26 +24,26 @@ class BoxTree {
 public:
     void Clear();
     /// A box with a bound that is not a number overlaps nothing and is not kept.
-    void Add(int id, const Box& box);
+    void Add(int id, const TreeBox& box);
     /// Takes over many boxes at once.
     struct Entry {
-        Box box;
+        TreeBox box;
         int id;
     };
     void AddAll(std::vector<Entry> entries);
 
     /// Replaces `ids` by the ids of the boxes that overlap the query box, ascending; an id stands once for
     /// each such box stored under it.
-    void Find(const Box& query, std::vector<int>& ids) const;
+    void Find(const TreeBox& query, std::vector<int>& ids) const;
 
 private:
     /// Entries in leaves of a fixed size, ordered so that each node of the binary tree over the leaves
     /// stands for a run of them: bounds[level][i] encloses the leaves i * 2^level to (i + 1) * 2^level - 1.
     struct StaticTree {
         explicit StaticTree(std::vector<Entry> content);
-        void Find(const Box& query, std::size_t level, std::size_t node, std::vector<int>& ids) const;
+        void Find(const TreeBox& query, std::size_t level, std::size_t node, std::vector<int>& ids) const;
         std::vector<Entry> entries;
-        std::vector<std::vector<Box>> bounds;
+        std::vector<std::vector<TreeBox>> bounds;
     };
 
     std::vector<Entry> waiting_;

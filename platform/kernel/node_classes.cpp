@@ -7,7 +7,7 @@ namespace {
 
 // By region, so that the larger rank decides between the cells at a node: special over runner, part over
 // both.
-enum Rank : std::int8_t { kNoCell = 0, kRunner = 1, kSpecial = 2, kPart = 3 };
+enum Rank : std::int8_t { kNoCell, kRunner, kSpecial, kPart };
 constexpr std::array<std::int8_t, 3> kRankOfRegion{kPart, kRunner, kSpecial};
 constexpr std::array<std::int8_t, 4> kClassOfRank{0, 0, -1, 1};
 

@@ -9,13 +9,13 @@
 
 namespace {
 
-using qnl::Box;
 using qnl::BoxTree;
+using qnl::TreeBox;
 
 class PlainBoxes {
 public:
-    void Add(int id, const Box& box) { entries_.push_back({box, id}); }
-    std::vector<int> Find(const Box& query) const {
+    void Add(int id, const TreeBox& box) { entries_.push_back({box, id}); }
+    std::vector<int> Find(const TreeBox& query) const {
         std::vector<int> ids;
         for (const BoxTree::Entry& entry : entries_) {
             bool apart = false;
@@ -41,8 +41,8 @@ public:
     explicit Random(std::uint32_t seed) : generator_(seed) {}
     double Below(double limit) { return limit * static_cast<double>(generator_()) / 4294967296.0; }
     // On a coarse grid, so that many sides coincide.
-    Box NextBox(double range, double size) {
-        Box box{};
+    TreeBox NextBox(double range, double size) {
+        TreeBox box{};
         for (std::size_t a = 0; a < 3; ++a) {
             box.low[a] = std::floor(Below(range) * 4.0) / 4.0;
             box.high[a] = box.low[a] + std::floor(Below(size) * 4.0) / 4.0;
@@ -61,11 +61,11 @@ TEST(BoxTree, AgreesWithTheListWhileItGrows) {
     std::vector<int> found;
     std::size_t total = 0;
     for (int i = 0; i < 3000; ++i) {
-        const Box box = random.NextBox(40.0, i % 100 == 0 ? 40.0 : 2.0);
+        const TreeBox box = random.NextBox(40.0, i % 100 == 0 ? 40.0 : 2.0);
         const int id = (i * 7919) % 3001;
         tree.Add(id, box);
         plain.Add(id, box);
-        const Box query = random.NextBox(40.0, 4.0);
+        const TreeBox query = random.NextBox(40.0, 4.0);
         tree.Find(query, found);
         ASSERT_EQ(found, plain.Find(query)) << i;
         total += found.size();
@@ -87,7 +87,7 @@ TEST(BoxTree, AgreesWithTheListAfterBulkAndSingleAdds) {
     }
     std::vector<int> found;
     for (int i = 0; i < 300; ++i) {
-        const Box query = random.NextBox(60.0, i % 10 == 0 ? 60.0 : 1.0);
+        const TreeBox query = random.NextBox(60.0, i % 10 == 0 ? 60.0 : 1.0);
         tree.Find(query, found);
         ASSERT_EQ(found, plain.Find(query)) << i;
     }
