@@ -223,13 +223,13 @@ TEST(MeshFile, SurvivesFlippedBytes) {
     qnl::WriteMeshFile(qnl::testing::BuildBox({}), path);
     const std::string whole = ReadBytes(path);
     int refused = 0;
-    for (std::size_t at = 0; at < whole.size(); at += 13) {
+    for (std::size_t at = 0; at < whole.size(); at += 43) {
         std::string spoiled = whole;
         spoiled[at] = static_cast<char>(spoiled[at] ^ 0x7f);
         WriteBytes(path, spoiled);
         refused += FaultOf(path) == "no fault" ? 0 : 1;
     }
-    EXPECT_GT(refused, 50);
+    EXPECT_GT(refused, 15);
 }
 
 TEST(MeshFile, NamesAMissingDataset) {
