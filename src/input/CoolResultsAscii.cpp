@@ -60,6 +60,7 @@ int ReadCoolResultsAscii(FrozenLayerJob& job, const char* path) {
     std::optional<qnl::TokenReader> text = qnl::OpenText(path);
     if (!text) {
         LogGeneral(job, "Cool results don't exist !\n");
+        qnl::ReportMissing(path);
         return -1;
     }
     qnl::AsciiHead head;

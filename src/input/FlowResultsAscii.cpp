@@ -20,11 +20,9 @@ struct FlowRecord {
     double gas = qnl::kFileNoGas;
 };
 
-bool ReadRecord(qnl::TokenReader& text, bool withGas, FlowRecord& record) {
-    return text.ReadInt(record.id) &&
-           std::all_of(std::begin(record.column) + 1, std::end(record.column),
-                       [&](double& value) { return text.ReadDouble(value); }) &&
-           (!withGas || text.ReadDouble(record.gas));
+bool ReadRecord(qnl::TokenReader& text, FlowRecord& record) {
+    return text.ReadInt(record.id) && std::all_of(std::begin(record.column) + 1, std::end(record.column),
+                                                  [&](double& value) { return text.ReadDouble(value); });
 }
 
 void StoreRecord(FrozenLayerJob& job, const qnl::NodeInputs& inputs, const FlowRecord& record, int local) {
@@ -59,7 +57,11 @@ bool ReadRecords(FrozenLayerJob& job, qnl::TokenReader& text, const qnl::AsciiHe
     bool complete = true;
     for (int i = 1; complete && i <= head.nodes; ++i) {
         FlowRecord record;
-        complete = ReadRecord(text, withGas, record);
+        complete = ReadRecord(text, record);
+        if (complete && withGas) {
+            job.m_bIsGasIn = 1;
+            complete = text.ReadDouble(record.gas);
+        }
         if (!complete) {
             qnl::ReportShortRecord(path, text, i,
                                    withGas ? "a node id and 15 numbers" : "a node id and 14 numbers");
@@ -81,6 +83,7 @@ bool ReadRecords(FrozenLayerJob& job, qnl::TokenReader& text, const qnl::AsciiHe
 int ReadFlowResultsAscii(FrozenLayerJob& job, const char* path) {
     std::optional<qnl::TokenReader> text = qnl::OpenText(path);
     if (!text) {
+        qnl::ReportMissing(path);
         return -1;
     }
     qnl::AsciiHead head;

@@ -36,50 +36,42 @@ const char* PastBlanks(const char* p) {
 
 bool TakeSign(const char*& p) {
     const bool negative = *p == '-';
-    if (negative || *p == '+') {
-        ++p;
-    }
+    p += negative || *p == '+' ? 1 : 0;
     return negative;
 }
 
-/// The parts of an unsigned decimal number.
+/// An unsigned decimal number as it stands in the text.
 struct Decimal {
     const char* begin = nullptr;
     const char* end = nullptr;
-    std::uint64_t mantissa = 0;    ///< the first 19 significant digits
-    std::int64_t significant = 0;  ///< digits from the first that is not 0, kept or not
-    std::int64_t exponent = 0;     ///< of ten, for the mantissa
+    std::uint64_t mantissa = 0;       ///< all digits; meaningless beyond 19 of them
+    std::int64_t digits = 0;          ///< leading zeros included
+    std::int64_t fractionDigits = 0;  ///< of these, behind the point
+    std::int64_t exponent = 0;        ///< as written
 };
 
-constexpr std::int64_t kMantissaDigits = 19;
-constexpr std::int64_t kExponentCap = 1'000'000;
-
-/// Takes one run of digits into the mantissa; gives the number of digits that it did not keep.
-std::int64_t TakeDigits(const char*& p, Decimal& number) {
-    std::int64_t dropped = 0;
+/// Appends the digits at `p` to the mantissa and gives their number.
+std::int64_t TakeDigits(const char*& p, std::uint64_t& mantissa) {
+    const char* const begin = p;
+    std::uint64_t value = mantissa;
     for (; IsDigit(*p); ++p) {
-        if (number.significant > 0 || *p != '0') {
-            ++number.significant;
-        }
-        if (number.significant <= kMantissaDigits) {
-            number.mantissa = number.mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
-        } else {
-            ++dropped;
-        }
+        value = value * 10 + static_cast<std::uint64_t>(*p - '0');
     }
-    return dropped;
+    mantissa = value;
+    return p - begin;
 }
 
-/// False, with `p` behind the mark, when no digits follow the mark of an exponent.
+/// Takes the digits of an exponent; false when there are none. Values that no number could make up for
+/// are cut off.
 bool TakeExponent(const char*& p, std::int64_t& exponent) {
-    ++p;
+    constexpr std::int64_t cap = std::int64_t{1} << 40;
     const bool negative = TakeSign(p);
     if (!IsDigit(*p)) {
         return false;
     }
     std::int64_t value = 0;
     for (; IsDigit(*p); ++p) {
-        value = std::min<std::int64_t>(value * 10 + (*p - '0'), kExponentCap);
+        value = std::min<std::int64_t>(value * 10 + (*p - '0'), cap);
     }
     exponent = negative ? -value : value;
     return true;
@@ -88,22 +80,24 @@ bool TakeExponent(const char*& p, std::int64_t& exponent) {
 /// Splits the unsigned number at `p`; false when there is none. `p` moves to where scanning stopped.
 bool TakeDecimal(const char*& p, Decimal& number) {
     number.begin = p;
-    number.exponent = TakeDigits(p, number);
-    bool digits = p != number.begin;
-    if (digits && IsHexMark(*p) && *number.begin == '0' && p == number.begin + 1) {
+    number.digits = TakeDigits(p, number.mantissa);
+    if (IsHexMark(*p) && number.digits == 1 && *number.begin == '0') {
         return false;
     }
     if (*p == '.') {
         ++p;
-        const char* const fraction = p;
-        number.exponent += TakeDigits(p, number) - (p - fraction);
-        digits = digits || p != fraction;
+        number.fractionDigits = TakeDigits(p, number.mantissa);
+        number.digits += number.fractionDigits;
     }
-    std::int64_t written = 0;
-    if (!digits || ((*p == 'e' || *p == 'E') && !TakeExponent(p, written))) {
+    if (number.digits == 0) {
         return false;
     }
-    number.exponent += written;
+    if (*p == 'e' || *p == 'E') {
+        ++p;
+        if (!TakeExponent(p, number.exponent)) {
+            return false;
+        }
+    }
     number.end = p;
     return true;
 }
@@ -112,19 +106,30 @@ constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7
                                    1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr bool kPlainDoubles = FLT_EVAL_METHOD == 0;  // no excess precision in between
 constexpr std::int64_t kExactPower = 22;
+constexpr std::int64_t kMantissaDigits = 19;
 constexpr std::uint64_t kExactMantissa = std::uint64_t{1} << 53;
 
 /// Where mantissa and power of ten are both exact as doubles, one operation rounds correctly (W. D.
 /// Clinger, How to read floating point numbers accurately, 1990).
 bool ConvertExactly(const Decimal& number, double& value) {
-    if (!kPlainDoubles || number.significant > kMantissaDigits || number.mantissa > kExactMantissa ||
-        number.exponent > kExactPower || number.exponent < -kExactPower) {
+    const std::int64_t power = number.exponent - number.fractionDigits;
+    if (!kPlainDoubles || number.digits > kMantissaDigits || number.mantissa > kExactMantissa ||
+        power > kExactPower || power < -kExactPower) {
         return false;
     }
     const auto mantissa = static_cast<double>(number.mantissa);
-    value = number.exponent < 0 ? mantissa / kPowersOfTen[-number.exponent]
-                                : mantissa * kPowersOfTen[number.exponent];
+    value = power < 0 ? mantissa / kPowersOfTen[-power] : mantissa * kPowersOfTen[power];
     return true;
+}
+
+/// Whether the number is 0 or less than 1.
+bool IsBelowOne(const Decimal& number) {
+    std::int64_t power = number.digits - number.fractionDigits;
+    const char* p = number.begin;
+    for (; *p == '0' || *p == '.'; ++p) {
+        power -= *p == '0' ? 1 : 0;
+    }
+    return !IsDigit(*p) || power + number.exponent <= 0;
 }
 
 /// False for a number beyond the range.
@@ -134,8 +139,7 @@ bool ConvertLong(const Decimal& number, double& value) {
         return true;
     }
     value = 0.0;
-    const bool belowOne = std::min(number.significant, kMantissaDigits) + number.exponent <= 0;
-    return number.mantissa == 0 || belowOne;
+    return IsBelowOne(number);
 }
 
 }  // namespace
@@ -183,7 +187,8 @@ bool TokenReader::ReadDouble(double& value) {
         TakeDecimal(p, number) && (ConvertExactly(number, magnitude) || ConvertLong(number, magnitude));
     position_ = static_cast<std::size_t>(p - text_.c_str());
     if (read) {
-        value = negative ? -magnitude : magnitude;
+        constexpr double signs[] = {1.0, -1.0};
+        value = signs[negative ? 1 : 0] * magnitude;
     }
     return read;
 }

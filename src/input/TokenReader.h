@@ -41,8 +41,8 @@ private:
     std::size_t position_ = 0;
 };
 
-/// The whole text file at `path`. Nothing when it cannot be opened, or when it cannot be read, which is
-/// recorded as a fault.
+/// The whole text file at `path`. Nothing when it cannot be opened, and, which is recorded as a fault, when
+/// it cannot be read.
 std::optional<TokenReader> OpenText(const std::string& path);
 
 }  // namespace qnl

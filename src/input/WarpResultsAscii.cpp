@@ -95,6 +95,7 @@ int ReadWarpResultsAscii(FrozenLayerJob& job, const char* path) {
     std::optional<qnl::TokenReader> text = qnl::OpenText(path);
     if (!text) {
         LogGeneral(job, "Warp results don't exist !\n");
+        qnl::ReportMissing(path);
         return -1;
     }
     WarpHead head;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
 #include "mesh/FieldStorage.h"
 
@@ -47,7 +48,9 @@ InputTest::~InputTest() {
 }
 
 void InputTest::MakeStorage(double value) {
+    const int logLevel = std::exchange(job_.m_nLogLevel, 0);
     NewDataStorage(job_);
+    job_.m_nLogLevel = logLevel;
     for (auto& slot : job_.m_pNodeData) {
         std::fill_n(slot.get(), job_.m_nNodes + 1, value);
     }

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -30,16 +29,6 @@ protected:
     double Data(int slot, int node) const { return job_.m_pNodeData[slot].get()[node]; }
     std::vector<double> Slot(int slot) const;
     float Vector(int k, int node) const { return job_.m_pNodeVector[k].get()[node]; }
-
-    /// What `action` prints to standard output.
-    template <typename Action>
-    static std::string Printed(Action action) {
-        std::fflush(stdout);
-        testing::internal::CaptureStdout();
-        action();
-        std::fflush(stdout);
-        return testing::internal::GetCapturedStdout();
-    }
 
     FrozenLayerJob job_;
     std::vector<NodeRecord> nodes_;
