@@ -1,0 +1,54 @@
+#include "input/AsciiSections.h"
+
+#include <algorithm>
+
+#include "platform/Faults.h"
+
+namespace qnl {
+
+void SkipLines(TokenReader& text, int count, std::string_view& line) {
+    for (int i = 0; i < count && text.ReadLine(kLineBuffer, line); ++i) {
+    }
+}
+
+void ReadHead(TokenReader& text, AsciiHead& head, std::string_view& line) {
+    double unused = 0.0;
+    if (text.ReadInt(head.code) && text.ReadDouble(unused)) {
+        text.SkipBlanks();
+    }
+    SkipLines(text, 4, line);
+    text.ReadInt(head.nodes);
+}
+
+void ReadTimeSteps(FrozenLayerJob& job, TokenReader& text, std::string_view& line) {
+    if (text.ReadInt(job.m_nAsciiItemCount)) {
+        text.SkipBlanks();
+    }
+    std::string joined;
+    for (int i = 0; i < job.m_nAsciiItemCount && text.ReadLine(kLineBuffer, line); ++i) {
+        if (joined.size() < sizeof job.m_szTimeSteps) {
+            joined += line;
+        }
+    }
+    if (joined.size() < sizeof job.m_szTimeSteps) {
+        *std::copy(joined.begin(), joined.end(), job.m_szTimeSteps) = '\0';
+    }
+}
+
+void ReportShortRecord(const char* path, const TokenReader& text, int record, const std::string& expected) {
+    RecordFault({path,
+                 "node record " + std::to_string(record) + ", line " + std::to_string(text.LineNumber()),
+                 expected, "a record that ends early or holds something else",
+                 "write the result again; values before this record were taken"});
+}
+
+void ReportNoRecords(const char* path, const char* marker) {
+    RecordFault({path, marker, "a header with a count of nodes, then node records", "none",
+                 "check that this is a result of the stage in question"});
+}
+
+void ReportMissing(const char* path) {
+    RecordFault({path, "", "a result file", "a file that cannot be opened", "check the path and its rights"});
+}
+
+}  // namespace qnl

@@ -1,0 +1,110 @@
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
+#include "input/AsciiSections.h"
+#include "input/FlowResults.h"
+#include "input/FlowSpeed.h"
+#include "input/InputFaults.h"
+#include "input/StoredNodes.h"
+
+namespace {
+
+constexpr int kGasHeadCode = 1012;
+constexpr const char* kResults = "[RESULTS EOF]";
+
+/// One node record: the columns after the node id.
+struct FlowRecord {
+    int id = 0;
+    double column[15] = {};  ///< 1-based
+    double gas = qnl::kFileNoGas;
+};
+
+bool ReadRecord(qnl::TokenReader& text, FlowRecord& record) {
+    return text.ReadInt(record.id) && std::all_of(std::begin(record.column) + 1, std::end(record.column),
+                                                  [&](double& value) { return text.ReadDouble(value); });
+}
+
+void StoreRecord(FrozenLayerJob& job, const qnl::NodeInputs& inputs, const FlowRecord& record, int local) {
+    const double* column = record.column;
+    inputs.data[0][local] = column[3];
+    inputs.data[2][local] = qnl::StoredGas(record.gas);
+    if (job.m_bHasIntermediateTimes == 1) {
+        inputs.data[1][local] = column[9];
+        inputs.data[2][local] = column[9];
+        job.m_bIsGasIn = 1;
+        job.m_dMaxValue = std::max(job.m_dMaxValue, column[9]);
+    }
+    const double square = column[6] * column[6] + column[7] * column[7] + column[8] * column[8];
+    inputs.data[3][local] = qnl::SpeedFromSquare(square);
+    if (job.m_bHasFlow == 1) {
+        inputs.vector[0][local] = static_cast<float>(column[6]);
+        inputs.vector[1][local] = static_cast<float>(column[7]);
+        inputs.vector[2][local] = static_cast<float>(column[8]);
+    }
+}
+
+void Clear(const qnl::NodeInputs& inputs, int local) {
+    inputs.data[0][local] = qnl::kClearedTemperature;
+    inputs.data[2][local] = qnl::kNoGas;
+}
+
+bool ReadRecords(FrozenLayerJob& job, qnl::TokenReader& text, const qnl::AsciiHead& head, const char* path) {
+    const bool withGas = head.code == kGasHeadCode;
+    const qnl::StoredNodes nodes(job);
+    const qnl::NodeInputs inputs(job);
+    qnl::UnknownIds unknown;
+    bool complete = true;
+    for (int i = 1; complete && i <= head.nodes; ++i) {
+        FlowRecord record;
+        complete = ReadRecord(text, record);
+        if (complete && withGas) {
+            job.m_bIsGasIn = 1;
+            complete = text.ReadDouble(record.gas);
+        }
+        if (!complete) {
+            qnl::ReportShortRecord(path, text, i,
+                                   withGas ? "a node id and 15 numbers" : "a node id and 14 numbers");
+        } else if (!nodes.InRange(record.id)) {
+            unknown.Add(record.id);
+        } else if (const int local = nodes.Stored(record.id)) {
+            StoreRecord(job, inputs, record, local);
+            if (nodes.IsCleared(local)) {
+                Clear(inputs, local);
+            }
+        }
+    }
+    unknown.Report(path, "node records", nodes.MaxLabel());
+    return complete;
+}
+
+}  // namespace
+
+int ReadFlowResultsAscii(FrozenLayerJob& job, const char* path) {
+    std::optional<qnl::TokenReader> text = qnl::OpenText(path);
+    if (!text) {
+        qnl::ReportMissing(path);
+        return -1;
+    }
+    qnl::AsciiHead head;
+    bool anyRecords = false;
+    std::string_view line;
+    while (text->ReadLine(qnl::kLineBuffer, line)) {
+        if (qnl::Holds(line, "[HEADER]")) {
+            qnl::ReadHead(*text, head, line);
+        }
+        if (qnl::Holds(line, "[TIME STEPS]")) {
+            qnl::ReadTimeSteps(job, *text, line);
+        }
+        if (qnl::Holds(line, kResults) && head.nodes >= 1) {
+            anyRecords = true;
+            if (!ReadRecords(job, *text, head, path)) {
+                return -1;
+            }
+        }
+    }
+    if (!anyRecords) {
+        qnl::ReportNoRecords(path, kResults);
+    }
+    return 1;
+}

@@ -1,0 +1,38 @@
+#include "input/MaterialData.h"
+
+#include "job/Messages.h"
+
+namespace {
+
+constexpr double kFreezePressure = 1.0e7;  // Pa
+constexpr double kBelowFreezing = 30.0;    // degC
+constexpr int kFlakeType = 6;
+
+void ReadFreezeState(FrozenLayerJob& job, const QnlMaterial* material) {
+    job.m_dFreezeTemp = QnlGetFreezeTemp(material);
+    job.m_dFreezeDensity = QnlGetDensity(material, kFreezePressure, job.m_dFreezeTemp - kBelowFreezing, 0.0);
+    LogPlain(job, "FreezeTemp    = %lf \n", job.m_dFreezeTemp);
+    LogPlain(job, "FreezeDensity = %lf \n", job.m_dFreezeDensity);
+}
+
+}  // namespace
+
+int ReadMaterialData(FrozenLayerJob& job, QnlMaterial* material) {
+    if (QnlIsThermoplastic(material)) {
+        ReadFreezeState(job, material);
+    } else if (QnlIsThermoset(material)) {
+        job.m_bIsThermoset = 1;
+    } else {
+        return -1;
+    }
+    if (material->typeCode == kFlakeType) {
+        job.m_bIsFlakeMaterial = 1;
+        LogGeneral(job, "isFlakeMaterial\n");
+    }
+    if (job.m_bIsFlakeMaterial != 1) {
+        job.m_bIsFlakeLightIntensity = 0;
+        LogGeneral(job, "isFlakeLightIntensity fasle\n");
+    }
+    QnlReleaseMaterial(material);
+    return 1;
+}

@@ -1,0 +1,100 @@
+#include "input/ResultFileSet.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "input/TokenReader.h"
+#include "job/Messages.h"
+#include "job/WindowsPath.h"
+#include "platform/HostFiles.h"
+
+namespace {
+
+constexpr int kComplete = 1;
+constexpr int kNoLog = 3302;
+constexpr std::size_t kLogPath = 255;
+constexpr std::size_t kLogLine = 255;
+
+enum class LogCheck { None, ByAnalysisType, Always };
+
+struct StageName {
+    std::string_view input;      ///< in the name of the stage's result file
+    std::string_view extension;  ///< of the result that the program writes
+    unsigned char FrozenLayerJob::*presence;
+    LogCheck check;
+};
+
+// A name that holds several of these gets every extension, in this order.
+constexpr StageName kStages[] = {
+    {".k4f", ".fzr", &FrozenLayerJob::m_bHasFlow, LogCheck::ByAnalysisType},
+    {".k4p", ".pzr", &FrozenLayerJob::m_bHasFlow, LogCheck::Always},
+    {".k4c", ".czr", &FrozenLayerJob::m_bHasCool, LogCheck::None},
+    {".k4hc", ".hczr", &FrozenLayerJob::m_bHasCool, LogCheck::None},
+    {".k4w", ".wzr", &FrozenLayerJob::m_bHasWarp, LogCheck::None},
+};
+
+constexpr int kTypesWithIntermediateTimes[] = {1, 4, 6, 7, 8, 9};
+
+bool Holds(std::string_view path, std::string_view pattern) {
+    return path.find(pattern) != std::string_view::npos;
+}
+
+bool IsLogChecked(const FrozenLayerJob& job, LogCheck check) {
+    const auto* end = std::end(kTypesWithIntermediateTimes);
+    return check == LogCheck::Always ||
+           (check == LogCheck::ByAnalysisType &&
+            std::find(std::begin(kTypesWithIntermediateTimes), end, job.m_nAnalysisType) != end);
+}
+
+void LookForFibreResult(FrozenLayerJob& job, const std::string& path, bool flow) {
+    if (!HostFile(path, "rb")) {
+        job.m_bIsFlakeLightIntensity = 0;
+        LogGeneral(job, "no EOF K4O\n");
+    } else if (flow) {
+        job.m_bIsFlakeLightIntensity = 1;
+        LogGeneral(job, "isFlakeLightIntensity\n");
+    }
+}
+
+}  // namespace
+
+int SelectResultFiles(FrozenLayerJob& job) {
+    const std::string_view input = job.m_szInputResult != nullptr ? job.m_szInputResult : "";
+    std::string result = CutExtension(input);
+    for (const StageName& stage : kStages) {
+        if (!Holds(input, stage.input)) {
+            continue;
+        }
+        result += stage.extension;
+        job.*stage.presence = 1;
+        if (IsLogChecked(job, stage.check) && CheckIntermediateOutputLog(job) == kComplete) {
+            job.m_bHasIntermediateTimes = 1;
+        }
+    }
+    job.m_szResultFile.Set(result);
+    if (job.m_bHasCool != 1 && CheckIntermediateOutputLog(job) == kComplete) {
+        LookForFibreResult(job, ReplaceExtension(input, ".k4o"), Holds(input, kStages[0].input));
+    }
+    return 1;
+}
+
+int CheckIntermediateOutputLog(FrozenLayerJob& job) {
+    FixedText<kLogPath> path;
+    path.Set(CutFileName(job.m_szLogFile.View()) + "\\QNLIntermediateOutputTime.log");
+    LogLine(job, path.Text());
+    std::optional<qnl::TokenReader> text = qnl::OpenText(path.Text());
+    if (!text) {
+        PrintGeneral("QNLIntermediateOutputTime.log doesn't exist !\n");
+        return kNoLog;
+    }
+    std::string_view line;
+    while (text->ReadLine(kLogLine, line)) {
+        if (Holds(line, "[EOF]")) {
+            return kComplete;
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,237 @@
+#include "mesh/FieldStorage.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <new>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "support/captured_output.h"
+#include "unit/mesh/FakeKernel.h"
+
+namespace {
+
+struct NamedArray {
+    const char* name;
+    OwnedArray<double> FrozenLayerJob::*array;
+};
+
+constexpr NamedArray kComputed[] = {
+    {"frozen", &FrozenLayerJob::m_pFrozenRatio},
+    {"max", &FrozenLayerJob::m_pMaxTemperature},
+    {"center", &FrozenLayerJob::m_pCenterTemperature},
+    {"average", &FrozenLayerJob::m_pAverageTemperature},
+    {"bulk", &FrozenLayerJob::m_pBulkTemperature},
+    {"skin", &FrozenLayerJob::m_pSkinRatio},
+    {"mold", &FrozenLayerJob::m_pMoldTemperatureDiff},
+    {"cooling", &FrozenLayerJob::m_pMaxCoolingTime},
+    {"thickness", &FrozenLayerJob::m_pSkinThickness},
+    {"work", &FrozenLayerJob::m_pSinkMarkWork},
+    {"total", &FrozenLayerJob::m_pSinkMarkTotal},
+    {"packing", &FrozenLayerJob::m_pPackingIndex},
+    {"shrinkage", &FrozenLayerJob::m_pMaxVolumeShrinkage},
+    {"u", &FrozenLayerJob::m_pAverageVelocityU},
+    {"v", &FrozenLayerJob::m_pAverageVelocityV},
+    {"w", &FrozenLayerJob::m_pAverageVelocityW},
+    {"flake", &FrozenLayerJob::m_pFlakeColorIntensity},
+};
+
+using Names = std::set<std::string>;
+
+class FieldStorageTest : public ::testing::Test {
+protected:
+    FieldStorageTest() {
+        fake::TheKernel().calls.clear();
+        job_.m_nNodes = 4;
+        job_.m_nSurfaces = 3;
+        job_.m_nCells = 2;
+    }
+    Names Computed() const {
+        Names names;
+        for (const NamedArray& named : kComputed) {
+            if (job_.*named.array) {
+                names.insert(named.name);
+            }
+        }
+        return names;
+    }
+
+    FrozenLayerJob job_;
+};
+
+const Names kAlways{"frozen", "max", "center", "average"};
+
+Names With(Names names) {
+    names.insert(kAlways.begin(), kAlways.end());
+    return names;
+}
+
+TEST_F(FieldStorageTest, DataStorageWithoutFlow) {
+    EXPECT_EQ(NewDataStorage(job_), 1);
+    for (int slot = 0; slot < 6; ++slot) {
+        EXPECT_TRUE(job_.m_pNodeData[slot]);
+        EXPECT_TRUE(job_.m_pSurfData[slot]);
+        EXPECT_TRUE(job_.m_pCellData[slot]);
+        EXPECT_FALSE(job_.m_pCellFiber[slot]);
+    }
+    EXPECT_FALSE(job_.m_pNodeVector[0]);
+    EXPECT_FALSE(job_.m_pCellVector[0]);
+    EXPECT_FALSE(job_.m_pSurfTree);
+}
+
+TEST_F(FieldStorageTest, FlowHasVectorsAndATreeWithAMargin) {
+    job_.m_bHasFlow = 1;
+    job_.m_dMeshSize = 0.5;
+    for (int i = 0; i < 3; ++i) {
+        job_.m_dBoxMax[i] = 10.0 * (i + 1);
+        job_.m_dBoxMin[i] = -1.0 * (i + 1);
+    }
+    NewDataStorage(job_);
+    for (int k = 0; k < 3; ++k) {
+        EXPECT_TRUE(job_.m_pNodeVector[k]);
+        EXPECT_TRUE(job_.m_pCellVector[k]);
+    }
+    EXPECT_TRUE(job_.m_pSurfTree);
+    EXPECT_EQ(fake::TheKernel().calls,
+              std::vector<std::string>{"SetADTreeRange 15 25 35 -6 -7 -8 1 10000 200000"});
+    NewDataStorage(job_);
+    EXPECT_EQ(fake::TheKernel().calls.size(), 1U);
+    EXPECT_EQ(fake::TheKernel().kernelsAlive, 2);
+}
+
+TEST_F(FieldStorageTest, FibreArraysForTheProbeAndForFlakes) {
+    for (unsigned char FrozenLayerJob::*flag :
+         {&FrozenLayerJob::m_bKernelFlag, &FrozenLayerJob::m_bIsFlakeLightIntensity}) {
+        FrozenLayerJob job;
+        job.*flag = 1;
+        NewDataStorage(job);
+        for (const auto& slot : job.m_pCellFiber) {
+            EXPECT_TRUE(slot);
+        }
+    }
+}
+
+TEST_F(FieldStorageTest, DataStorageTwiceKeepsArraysAndZeroesThem) {
+    job_.m_bHasFlow = 1;
+    NewDataStorage(job_);
+    const double* node = job_.m_pNodeData[5].get();
+    const float* vector = job_.m_pCellVector[2].get();
+    job_.m_pNodeData[5].get()[4] = 1.0;
+    job_.m_pNodeData[5].get()[0] = 1.0;
+    job_.m_pSurfData[1].get()[3] = 1.0;
+    job_.m_pCellVector[2].get()[2] = 1.0F;
+    NewDataStorage(job_);
+    EXPECT_EQ(job_.m_pNodeData[5].get(), node);
+    EXPECT_EQ(job_.m_pCellVector[2].get(), vector);
+    EXPECT_EQ(node[4], 0.0);
+    EXPECT_EQ(node[0], 0.0);
+    EXPECT_EQ(job_.m_pSurfData[1].get()[3], 0.0);
+    EXPECT_EQ(vector[2], 0.0F);
+}
+
+TEST_F(FieldStorageTest, ArraysHaveOneEntryMoreThanTheirCount) {
+    // An access beyond the last entry is for the address sanitizer to find.
+    NewDataStorage(job_);
+    NewFrozenStorage(job_);
+    EXPECT_EQ(job_.m_pNodeData[0].get()[4], 0.0);
+    EXPECT_EQ(job_.m_pSurfData[0].get()[3], 0.0);
+    EXPECT_EQ(job_.m_pCellData[0].get()[2], 0.0);
+    EXPECT_EQ(job_.m_pFrozenRatio.get()[4], 0.0);
+    EXPECT_EQ(job_.m_pSurfNodeFlag.get()[4], 0);
+}
+
+TEST_F(FieldStorageTest, ComputedArraysFollowTheFlags) {
+    NewFrozenStorage(job_);
+    EXPECT_EQ(Computed(), With({"bulk"}));
+    EXPECT_TRUE(job_.m_pSurfNodeFlag);
+    job_.m_bIsGasIn = 1;
+    NewFrozenStorage(job_);
+    EXPECT_EQ(Computed(), With({"bulk", "skin", "thickness"}));
+    job_.m_bFillHasCoolingTime = 1;
+    NewFrozenStorage(job_);
+    EXPECT_EQ(Computed(), With({"bulk", "skin", "thickness", "cooling"}));
+    job_.m_bIsFlakeLightIntensity = 1;
+    NewFrozenStorage(job_);
+    EXPECT_EQ(Computed(), With({"bulk", "skin", "thickness", "cooling", "flake"}));
+}
+
+TEST_F(FieldStorageTest, CoolingRunsHaveNoSkinBulkOrFlakeArrays) {
+    job_.m_bHasCool = job_.m_bIsGasIn = job_.m_bFillHasCoolingTime = job_.m_bIsFlakeLightIntensity = 1;
+    NewFrozenStorage(job_);
+    EXPECT_EQ(Computed(), With({"mold", "cooling"}));
+}
+
+TEST_F(FieldStorageTest, SinkAndFlowGroupsFollowTheirFlagsInCoolingRunsToo) {
+    job_.m_bHasCool = job_.m_bHasIntermediateTimes = job_.m_bHasFlow = 1;
+    NewFrozenStorage(job_);
+    EXPECT_EQ(Computed(), With({"mold", "cooling", "work", "total", "packing", "shrinkage", "u", "v", "w"}));
+}
+
+TEST_F(FieldStorageTest, FrozenStorageTwiceKeepsArraysAndZeroesThem) {
+    NewFrozenStorage(job_);
+    const double* ratio = job_.m_pFrozenRatio.get();
+    job_.m_pFrozenRatio.get()[4] = 50.0;
+    job_.m_pSurfNodeFlag.get()[4] = 1;
+    NewFrozenStorage(job_);
+    EXPECT_EQ(job_.m_pFrozenRatio.get(), ratio);
+    EXPECT_EQ(ratio[4], 0.0);
+    EXPECT_EQ(job_.m_pSurfNodeFlag.get()[4], 0);
+}
+
+TEST_F(FieldStorageTest, OnNeedOnlyMissingArraysAreMade) {
+    NewFrozenStorage(job_);
+    job_.m_pFrozenRatio.get()[4] = 50.0;
+    job_.m_bIsGasIn = 1;
+    EnsureComputedArrays(job_);
+    EXPECT_EQ(Computed(), With({"bulk", "skin", "thickness"}));
+    EXPECT_EQ(job_.m_pFrozenRatio.get()[4], 50.0);
+    EXPECT_EQ(job_.m_pSkinRatio.get()[4], 0.0);
+}
+
+TEST_F(FieldStorageTest, FreeMemoryKeepsInputNormalsAndFlowGroup) {
+    job_.m_bHasFlow = job_.m_bHasIntermediateTimes = job_.m_bIsGasIn = 1;
+    job_.m_bFillHasCoolingTime = job_.m_bIsFlakeLightIntensity = 1;
+    NewDataStorage(job_);
+    NewFrozenStorage(job_);
+    job_.m_pNormalX = std::make_unique<double[]>(5);
+    job_.m_pOutputItems = std::make_unique<OutputItem[]>(20);
+    job_.m_pSurfNodeList = std::make_unique<int[]>(5);
+    EXPECT_EQ(FreeMemory(job_), 1);
+    EXPECT_EQ(Computed(), (Names{"shrinkage", "u", "v", "w"}));
+    EXPECT_FALSE(job_.m_pSurfNodeFlag);
+    EXPECT_FALSE(job_.m_pOutputItems);
+    EXPECT_FALSE(job_.m_pSurfNodeList);
+    EXPECT_TRUE(job_.m_pNodeData[0]);
+    EXPECT_TRUE(job_.m_pNormalX);
+    EXPECT_EQ(FreeMemory(job_), 1);
+}
+
+TEST_F(FieldStorageTest, TheCoolingGroupIsReleasedToo) {
+    job_.m_bHasCool = 1;
+    NewFrozenStorage(job_);
+    FreeMemory(job_);
+    EXPECT_EQ(Computed(), Names{});
+}
+
+TEST_F(FieldStorageTest, EveryStepIsLogged) {
+    const CapturedOutput output;
+    NewDataStorage(job_);
+    NewFrozenStorage(job_);
+    FreeMemory(job_);
+    EXPECT_EQ(output.Text(), "");
+    job_.m_nLogLevel = 1;
+    NewDataStorage(job_);
+    NewFrozenStorage(job_);
+    FreeMemory(job_);
+    EXPECT_EQ(output.Text(), "New Data StorageMemory end\nNewFrozenCalcuMemory end\nfree memory end\n");
+}
+
+TEST_F(FieldStorageTest, ANegativeCountCannotBeAllocated) {
+    job_.m_nNodes = -5;
+    EXPECT_THROW(NewDataStorage(job_), std::bad_alloc);
+    EXPECT_THROW(NewFrozenStorage(job_), std::bad_alloc);
+}
+
+}  // namespace
