@@ -72,12 +72,13 @@ void AddInfoCommand(CLI::App& app, int& exitCode) {
                                       "frozenlayer info examples/ribbed-cover/Mesh/cover.hdf",
                                       [request] { return Inform(*request); });
     command
-        .add_option("FILE", request->path,
-                    "Mesh, stage or frozen-layer result, thickness file, search file, material, run file or "
-                    "project folder")
+        .add_option(
+            "FILE", request->path,
+            HelpText("Mesh, stage or frozen-layer result, thickness file, search file, material, run file or "
+                     "project folder"))
         ->type_name("PATH")
         ->required();
-    command.add_flag("--json", request->json, "Print one JSON object, for machines");
+    command.add_flag("--json", request->json, HelpText("Print one JSON object, for machines"));
 }
 
 }  // namespace qnl

@@ -1,15 +1,16 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 namespace qnl {
 
-/// Range and mean of the finite values; all zero when there are none.
+/// Range and mean of the finite values; not numbers when there are none.
 struct ItemStatistics {
-    double min = 0.0;
-    double mean = 0.0;
-    double max = 0.0;
+    double min = std::numeric_limits<double>::quiet_NaN();
+    double mean = std::numeric_limits<double>::quiet_NaN();
+    double max = std::numeric_limits<double>::quiet_NaN();
     std::int64_t finite = 0;
     std::int64_t notFinite = 0;
 };

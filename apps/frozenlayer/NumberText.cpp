@@ -1,11 +1,15 @@
 #include "NumberText.h"
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 
 namespace qnl {
 
 std::string NumberText(double number) {
+    if (std::isnan(number)) {
+        return "-";
+    }
     std::array<char, 40> text{};
     std::snprintf(text.data(), text.size(), "%.5g", number);
     return text.data();

@@ -4,7 +4,7 @@
 
 namespace qnl {
 
-/// A number in at most five significant digits.
+/// A number in at most five significant digits; "-" for one that is not a number.
 std::string NumberText(double number);
 
 /// Count and noun: "1 node", "3 nodes".

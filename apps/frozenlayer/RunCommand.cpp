@@ -1,5 +1,6 @@
 #include "RunCommand.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <iostream>
@@ -76,12 +77,25 @@ void AnnounceRun(const RunRequest& request, const StageFile& base, int intermedi
                      ", " + (request.classic ? "classic" : "corrected") + " mode\n";
 }
 
+/// Why a run ended early, in words.
+struct EarlyEnd {
+    ExitCode code;
+    const char* sentence;
+};
+constexpr std::array<EarlyEnd, 3> kEarlyEnds{{
+    {ExitCode::MaterialFailed, "The run ended early: the material cannot be used.\n"},
+    {ExitCode::MeshFailed, "The run ended early: the mesh cannot be used.\n"},
+    {ExitCode::Exception, "The run ended early: see the message above.\n"},
+}};
+
 bool Succeeded(ExitCode code, const std::vector<EvaluatedTime>& times) {
-    bool succeeded = code == ExitCode::Normal;
-    for (const EvaluatedTime& time : times) {
-        succeeded = succeeded && time.evaluated;
+    for (const EarlyEnd& end : kEarlyEnds) {
+        if (end.code == code) {
+            std::cerr << end.sentence;
+        }
     }
-    return succeeded;
+    return code == ExitCode::Normal &&
+           std::all_of(times.begin(), times.end(), [](const EvaluatedTime& time) { return time.evaluated; });
 }
 
 int Run(const RunRequest& request) {
@@ -120,39 +134,42 @@ void AddOptions(CLI::App& command, RunRequest& request) {
     constexpr int kMostThreads = 4096;
     constexpr int kMostLogging = 9;
     command
-        .add_option("RESULT", request.target,
-                    "Base stage file <project>/Analysis/Run<run>/<name><run>.<extension>, or the project "
-                    "folder: its latest run, first of flow, pack, cool, heating-cooling, warp")
+        .add_option(
+            "RESULT", request.target,
+            HelpText("Base stage file <project>/Analysis/Run<run>/<name><run>.<extension>, or the project "
+                     "folder: its latest run, first of flow, pack, cool, heating-cooling, warp"))
         ->type_name("PATH")
         ->required();
     command
-        .add_option(
-            "--analysis-code", request.analysisCode,
-            "Analysis code of the project: 1, 4, 6, 7, 8, 9 have intermediate output times, 1, 6, 7, 8 "
-            "may be gas-assisted")
+        .add_option("--analysis-code", request.analysisCode,
+                    HelpText("Analysis code of the project: 1, 4, 6, 7, 8, 9 have intermediate output times, "
+                             "1, 6, 7, 8 may be gas-assisted"))
         ->type_name("CODE")
         ->capture_default_str();
     command
-        .add_option("--intermediate-times", request.intermediateTimes,
-                    "Evaluate RESULT_001 to RESULT_N after the base time; auto: as many as there are")
+        .add_option(
+            "--intermediate-times", request.intermediateTimes,
+            HelpText("Evaluate RESULT_001 to RESULT_N after the base time; auto: as many as there are"))
         ->type_name("auto|N")
         ->check(CheckIntermediateTimes)
         ->capture_default_str();
     command
         .add_option("--log-level", request.logLevel,
-                    "Messages of the evaluation: 0 none, 1 progress and report, 2 diagnostics")
+                    HelpText("Messages of the evaluation: 0 none, 1 progress and report, 2 diagnostics"))
         ->type_name("LEVEL")
         ->check(CLI::Range(0, kMostLogging))
         ->capture_default_str();
-    command.add_option("--threads", request.threads, "Worker threads (default: as many as the machine runs)")
+    command
+        .add_option("--threads", request.threads,
+                    HelpText("Worker threads (default: as many as the machine runs)"))
         ->type_name("N")
         ->check(CLI::Range(1, kMostThreads));
-    command.add_flag("--fibre-probe,--fiber-probe", request.fibreProbe,
-                     "Print the fibre orientation along the normal of listed or typed nodes instead");
     command.add_flag(
-        "--classic", request.classic,
-        "Carry state from one output time to the next (see docs/modes.md); without it each output "
-        "time is evaluated on its own");
+        "--fibre-probe,--fiber-probe", request.fibreProbe,
+        HelpText("Print the fibre orientation along the normal of listed or typed nodes instead"));
+    command.add_flag("--classic", request.classic,
+                     HelpText("Carry state from one output time to the next (see docs/modes.md); without it "
+                              "each output time is evaluated on its own"));
 }
 
 }  // namespace

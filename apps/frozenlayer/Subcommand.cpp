@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <iostream>
+#include <sstream>
 #include <utility>
 
 namespace qnl {
@@ -24,6 +25,21 @@ int PerformGuarded(const std::function<int()>& perform) {
 }
 
 }  // namespace
+
+std::string HelpText(const std::string& text) {
+    constexpr std::size_t kWidth = 80;
+    std::istringstream words(text);
+    std::string help;
+    std::size_t used = 0;
+    for (std::string word; words >> word; used += word.size() + 1) {
+        if (used + word.size() > kWidth) {
+            help += "\n";
+            used = 0;
+        }
+        help += (used == 0 ? "" : " ") + word;
+    }
+    return help;
+}
 
 CLI::App& AddSubcommand(CLI::App& app, int& exitCode, const std::string& name, const std::string& purpose,
                         const std::string& example, std::function<int()> perform) {

@@ -12,4 +12,7 @@ namespace qnl {
 CLI::App& AddSubcommand(CLI::App& app, int& exitCode, const std::string& name, const std::string& purpose,
                         const std::string& example, std::function<int()> perform);
 
+/// Help of an option, broken into lines beneath each other.
+std::string HelpText(const std::string& text);
+
 }  // namespace qnl

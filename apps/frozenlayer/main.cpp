@@ -18,7 +18,8 @@ constexpr std::array<AddSubcommand, 2> kSubcommands{
 
 int main(int argc, char** argv) {
     qnl::UseUtf8Output();
-    CLI::App app("frozenlayer: the frozen layer of injection-moulded parts, from mesh and stage results");
+    CLI::App app("frozenlayer: the frozen layer of injection-moulded parts, from mesh and stage results",
+                 "frozenlayer");
     app.set_version_flag("--version", "frozenlayer " QNL_VERSION);
     app.require_subcommand(1);
     app.footer(
