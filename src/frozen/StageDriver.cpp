@@ -17,8 +17,6 @@
 
 namespace {
 
-constexpr int kNormalSweeps = 6;
-
 void PrepareNormals(FrozenLayerJob& job) {
     const bool firstCall = g_bDriverFirstCall;
     if (firstCall) {
@@ -30,9 +28,8 @@ void PrepareNormals(FrozenLayerJob& job) {
     }
     EnsureComputedArrays(job);
     if (job.m_bHasIntermediateTimes == 1) {
-        for (double* normal : {job.m_pNormalX.get(), job.m_pNormalY.get(), job.m_pNormalZ.get()}) {
-            job.m_pOptKer->SmoothSurfaceNodeValue(normal, kNormalSweeps);
-        }
+        SmoothSurfaceNormals(*job.m_pOptKer, job.m_pNormalX.get(), job.m_pNormalY.get(),
+                             job.m_pNormalZ.get());
     }
 }
 

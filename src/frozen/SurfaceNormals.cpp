@@ -13,3 +13,10 @@ int ComputeSurfaceNormals(FrozenLayerJob& job) {
     job.m_pOptKer->ComputeNodeSurfaceNormal(job.m_pNormalX.get(), job.m_pNormalY.get(), job.m_pNormalZ.get());
     return 1;
 }
+
+void SmoothSurfaceNormals(CQNLOptKer& kernel, double* nx, double* ny, double* nz) {
+    constexpr int kSweeps = 6;
+    for (double* normal : {nx, ny, nz}) {
+        kernel.SmoothSurfaceNodeValue(normal, kSweeps);
+    }
+}

@@ -1,0 +1,80 @@
+#include "FactReaders.h"
+#include "ItemStatistics.h"
+#include "PeopleNames.h"
+#include "ProjectPaths.h"
+#include "results/result_file.h"
+
+namespace qnl {
+
+namespace {
+
+constexpr const char* kOwnProgram = "QNL3DFrozenLayer";
+
+bool IsOurs(const ResultFileContent& content) {
+    return content.producer && content.producer->program == kOwnProgram;
+}
+
+void AddHead(const ResultFileContent& content, FileFacts& facts) {
+    if (content.producer) {
+        facts.Add("program", "Written by", "", content.producer->program);
+    }
+    if (IsOurs(content)) {
+        const bool corrected = content.head.flag == 1;
+        facts.Add("mode", "Mode", "", std::string(corrected ? "corrected" : "classic"));
+        facts.Add("mesh", "Mesh", "", NativePath(content.head.mesh));
+        facts.Add("material", "Material", "", NativePath(content.head.material));
+    } else if (content.time && content.time->unit == "s") {
+        facts.Add("time_index", "Output time index", "", std::int64_t{content.time->index});
+        facts.Add("time_s", "Output time", "s", double{content.time->value});
+    }
+}
+
+void AddEntries(const ResultFileContent& content, FileFacts& facts) {
+    facts.Add("has_node_ids", "Rows carry node labels", "", content.hasNodeIds);
+    facts.Add("node_entries", content.hasNodeIds ? "Nodes with a result" : "Node entries (largest label)", "",
+              std::int64_t{content.maxNode});
+    if (content.maxElement > 0) {
+        facts.Add("element_entries", "Element entries", "", std::int64_t{content.maxElement});
+    }
+}
+
+FactTable ItemTable(const ResultFileContent& content, bool isWarp) {
+    FactTable table{"items",
+                    "Items",
+                    {{"id", "Id"},
+                     {"name", "Name in the file"},
+                     {"meaning", "Meaning"},
+                     {"unit", "Unit"},
+                     {"min", "Minimum"},
+                     {"mean", "Mean"},
+                     {"max", "Maximum"},
+                     {"values", "Values"},
+                     {"not_finite", "Not finite"}},
+                    {}};
+    for (const ResultItem& item : content.items) {
+        const PeopleName* people = IsOurs(content) ? FindPeopleName(item.id, isWarp) : nullptr;
+        const ItemStatistics values = Summarise(item.values);
+        table.rows.push_back({std::int64_t{item.id}, item.name,
+                              people != nullptr ? std::string(people->name) : item.name,
+                              people != nullptr ? std::string(people->unit) : PeopleUnit(item.unit),
+                              values.min, values.mean, values.max, values.finite, values.notFinite});
+    }
+    return table;
+}
+
+}  // namespace
+
+FileFacts ReadResultFacts(const std::string& path) {
+    try {
+        const ResultFileContent content = ReadResultFile(WindowsStyle(path));
+        FileFacts facts;
+        AddHead(content, facts);
+        AddEntries(content, facts);
+        facts.tables.push_back(ItemTable(content, IsWarpResult(path)));
+        return facts;
+    } catch (const ResultFileError& error) {
+        throw InputProblem(error.what());
+    }
+}
+
+}  // namespace qnl

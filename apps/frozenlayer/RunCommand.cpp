@@ -1,0 +1,186 @@
+#include "RunCommand.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "FaultReport.h"
+#include "NumberText.h"
+#include "ProjectInputs.h"
+#include "RunProgress.h"
+#include "RunReport.h"
+#include "StreamRedirection.h"
+#include "Subcommand.h"
+#include "Terminal.h"
+#include "WrittenFiles.h"
+#include "job/EntryRoutine.h"
+
+namespace qnl {
+
+namespace {
+
+/// What the command line asks for.
+struct RunRequest {
+    std::string target;
+    int analysisCode = 4;
+    std::string intermediateTimes = "auto";
+    int logLevel = 0;
+    int threads = 0;
+    bool fibreProbe = false;
+    bool classic = false;
+};
+
+int ChooseIntermediateTimes(const RunRequest& request, const StageFile& base) {
+    if (request.intermediateTimes == "auto") {
+        return CountIntermediateTimes(base);
+    }
+    int count = 0;
+    const char* end = request.intermediateTimes.data() + request.intermediateTimes.size();
+    std::from_chars(request.intermediateTimes.data(), end, count);
+    return count;
+}
+
+RunOptions MakeOptions(const RunRequest& request, int intermediateTimes, RunObserver& observer) {
+    RunOptions options;
+    options.logLevel = request.logLevel;
+    options.fibreProbe = request.fibreProbe;
+    options.threads = request.threads;
+    options.intermediateTimes = intermediateTimes;
+    options.corrected = !request.classic;
+    options.observer = &observer;
+    return options;
+}
+
+/// The evaluation's messages are for people and go to standard error; those of the fibre probe are its
+/// result.
+ExitCode Evaluate(const RunRequest& request, const StageFile& base, const RunOptions& options) {
+    std::array<std::string, 6> words{
+        base.Path(), base.directory, base.name, std::to_string(request.analysisCode), base.run, "x"};
+    std::array<char*, words.size() + 1> pointers{};
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        pointers[i] = words[i].data();
+    }
+    std::optional<StreamRedirection> redirection;
+    if (!request.fibreProbe) {
+        redirection.emplace(std::cout, std::cerr);
+    }
+    return static_cast<ExitCode>(RunFrozenLayer(static_cast<int>(words.size()), pointers.data(), options));
+}
+
+void AnnounceRun(const RunRequest& request, const StageFile& base, int intermediateTimes) {
+    std::cerr << "Evaluating " + NativePath(base.Path()) + ": " + StageTitle(base.extension) + ", run " +
+                     base.run + ", base time and " + CountText(intermediateTimes, "intermediate time") +
+                     ", " + (request.classic ? "classic" : "corrected") + " mode\n";
+}
+
+/// Why a run ended early, in words.
+struct EarlyEnd {
+    ExitCode code;
+    const char* sentence;
+};
+constexpr std::array<EarlyEnd, 3> kEarlyEnds{{
+    {ExitCode::MaterialFailed, "The run ended early: the material cannot be used.\n"},
+    {ExitCode::MeshFailed, "The run ended early: the mesh cannot be used.\n"},
+    {ExitCode::Exception, "The run ended early: see the message above.\n"},
+}};
+
+bool Succeeded(ExitCode code, const std::vector<EvaluatedTime>& times) {
+    for (const EarlyEnd& end : kEarlyEnds) {
+        if (end.code == code) {
+            std::cerr << end.sentence;
+        }
+    }
+    return code == ExitCode::Normal &&
+           std::all_of(times.begin(), times.end(), [](const EvaluatedTime& time) { return time.evaluated; });
+}
+
+int Run(const RunRequest& request) {
+    const StageFile base = ChooseStageFile(request.target, request.fibreProbe);
+    const int intermediateTimes = ChooseIntermediateTimes(request, base);
+    CheckInputs(base, intermediateTimes);
+    AnnounceRun(request, base, intermediateTimes);
+    const WrittenFiles written({base.RunFolder(), base.directory + "\\Mesh"});
+
+    ProgressBar bar(std::cerr, ErrorIsTerminal() && request.logLevel == 0 && !request.fibreProbe);
+    const bool readsMaps = base.extension == ".k4c" || base.extension == ".k4hc";
+    RunProgress progress(bar, !readsMaps);
+    const ExitCode code = Evaluate(request, base, MakeOptions(request, intermediateTimes, progress));
+    bar.Clear();
+
+    bool succeeded = Succeeded(code, progress.Times());
+    if (!request.fibreProbe) {
+        succeeded = PrintResultTables(progress.Times(), std::cout) && succeeded;
+    }
+    PrintWrittenFiles(written.List(), std::cout);
+    std::cout.flush();
+    PrintDeepWalls(progress.Walls(), std::cerr);
+    const std::vector<Fault> faults = TakeFaults();
+    PrintFaults(faults, std::cerr);
+    return succeeded && faults.empty() && std::cout.good() ? 0 : 1;
+}
+
+std::string CheckIntermediateTimes(const std::string& text) {
+    int count = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
+    const bool isCount = error == std::errc() && end == text.data() + text.size() && count >= 0;
+    return isCount || text == "auto" ? "" : "auto or a whole number of at least 0 is expected";
+}
+
+void AddOptions(CLI::App& command, RunRequest& request) {
+    constexpr int kMostThreads = 4096;
+    constexpr int kMostLogging = 9;
+    command
+        .add_option(
+            "RESULT", request.target,
+            HelpText("Base stage file <project>/Analysis/Run<run>/<name><run>.<extension>, or the project "
+                     "folder: its latest run, first of flow, pack, cool, heating-cooling, warp"))
+        ->type_name("PATH")
+        ->required();
+    command
+        .add_option("--analysis-code", request.analysisCode,
+                    HelpText("Analysis code of the project: 1, 4, 6, 7, 8, 9 have intermediate output times, "
+                             "1, 6, 7, 8 may be gas-assisted"))
+        ->type_name("CODE")
+        ->capture_default_str();
+    command
+        .add_option(
+            "--intermediate-times", request.intermediateTimes,
+            HelpText("Evaluate RESULT_001 to RESULT_N after the base time; auto: as many as there are"))
+        ->type_name("auto|N")
+        ->check(CheckIntermediateTimes)
+        ->capture_default_str();
+    command
+        .add_option("--log-level", request.logLevel,
+                    HelpText("Messages of the evaluation: 0 none, 1 progress and report, 2 diagnostics"))
+        ->type_name("LEVEL")
+        ->check(CLI::Range(0, kMostLogging))
+        ->capture_default_str();
+    command
+        .add_option("--threads", request.threads,
+                    HelpText("Worker threads (default: as many as the machine runs)"))
+        ->type_name("N")
+        ->check(CLI::Range(1, kMostThreads));
+    command.add_flag(
+        "--fibre-probe,--fiber-probe", request.fibreProbe,
+        HelpText("Print the fibre orientation along the normal of listed or typed nodes instead"));
+    command.add_flag("--classic", request.classic,
+                     HelpText("Carry state from one output time to the next (see docs/modes.md); without it "
+                              "each output time is evaluated on its own"));
+}
+
+}  // namespace
+
+void AddRunCommand(CLI::App& app, int& exitCode) {
+    auto request = std::make_shared<RunRequest>();
+    CLI::App& command =
+        AddSubcommand(app, exitCode, "run", "Evaluate the frozen layer at every output time of a stage",
+                      "frozenlayer run examples/ribbed-cover/Analysis/Run1/cover1.k4f --intermediate-times 2",
+                      [request] { return Run(*request); });
+    AddOptions(command, *request);
+}
+
+}  // namespace qnl

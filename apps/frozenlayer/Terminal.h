@@ -1,0 +1,11 @@
+#pragma once
+
+namespace qnl {
+
+bool OutputIsTerminal();
+bool ErrorIsTerminal();
+
+/// Makes a console that expects another encoding take the program's UTF-8 texts.
+void UseUtf8Output();
+
+}  // namespace qnl
