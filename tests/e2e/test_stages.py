@@ -1,41 +1,52 @@
 """End-to-end tests: every number of every written file against an independent computation.
 
 Environment: QNL3DFROZENLAYER names the console program, QNL_EXAMPLES the folder of the example projects.
-QNL_CASE, when set, limits the made projects to those whose name contains it.
+QNL_CASE, when set, limits the made projects to those whose name contains it; QNL_SEEDS and QNL_FIRST_SEED
+choose the random ones.
 """
 
 import os
 import shutil
+import struct
 import subprocess
 import tempfile
 import unittest
+from dataclasses import replace
 
 import numpy as np
 
-from referee.cases import CASES
+from referee.cases import CASES, COMPLETE, Case, random_case
 from referee.compare import compare_file
 from referee.evaluation import Run, RunWords
 from referee.mesh import length
+from referee.probe import Probe, listed_ids
 from referee.rays import RaySearch
 from referee.result_file import read_result
 from referee.sink_file import compare_sink_file
+from referee.write_mesh import Block
 from referee.write_project import write_project
 
 PROGRAM = os.environ.get("QNL3DFROZENLAYER", "")
 EXAMPLES = os.environ.get("QNL_EXAMPLES", "")
 WANTED = os.environ.get("QNL_CASE", "")
+SEEDS = int(os.environ.get("QNL_SEEDS", "12"))
+FIRST_SEED = int(os.environ.get("QNL_FIRST_SEED", "1"))
 SUCCESS = 1
+BLOCK_OF_PROBE = Block("mixed", bricks=(6, 3, 3), bend=0.25, seed=6)
 BY_NAME = {case.name: case for case in CASES}
 
 
-def run_program(words, threads=2):
+def run_program(words, threads=2, options=()):
     arguments = [PROGRAM, words.input_path, words.project, words.name, str(words.code), words.run]
     if not words.five_words:
         arguments += ["x", f"--intermediate-times={words.times}"]
     arguments += [f"--threads={threads}", f"--log-level={words.log_level}"]
     if words.corrected:
         arguments.append("--corrected")
-    done = subprocess.run(arguments, capture_output=True, text=True, timeout=600)
+    arguments += options
+    # Waiting threads that spin would slow a busy machine down.
+    environment = {**os.environ, "OMP_WAIT_POLICY": "passive"}
+    done = subprocess.run(arguments, capture_output=True, text=True, timeout=600, env=environment)
     return done.returncode, done.stdout + done.stderr
 
 
@@ -126,18 +137,26 @@ class ProjectTest(unittest.TestCase):
 
 
 class MadeProjects(ProjectTest):
+    def check(self, case, checker):
+        with self.subTest(case.name):
+            project, stage = write_project(case, tempfile.mkdtemp(dir=self.folder))
+            run = self.evaluate(case_words(case, project, stage), 1 if case.single_thread else 2)
+            problems = checker.check_lists(case.block, run)
+            if run.input.gas_in:
+                problems += checker.check_thickness(case.block, run)
+            self.assertEqual(problems, [], "\n" + "\n".join(problems[:5]))
+
     def test_every_case(self):
         checker = SearchChecker()
-        for number, case in enumerate(CASES):
-            if WANTED not in case.name:
-                continue
-            with self.subTest(case.name):
-                project, stage = write_project(case, os.path.join(self.folder, str(number)))
-                run = self.evaluate(case_words(case, project, stage), 1 if case.single_thread else 2)
-                problems = checker.check_lists(case.block, run)
-                if run.input.gas_in:
-                    problems += checker.check_thickness(case.block, run)
-                self.assertEqual(problems, [], "\n" + "\n".join(problems[:5]))
+        for case in CASES:
+            if WANTED in case.name:
+                self.check(case, checker)
+
+    def test_random_cases(self):
+        for seed in range(FIRST_SEED, FIRST_SEED + SEEDS):
+            case = random_case(seed)
+            if WANTED in case.name:
+                self.check(case, SearchChecker())
 
 
 def all_bytes(folder):
@@ -185,6 +204,114 @@ class SameBytes(ProjectTest):
     def _remove_written(project, untouched):
         for path in all_bytes(project).keys() - untouched.keys():
             os.remove(os.path.join(project, path))
+
+
+class StoredSearch(ProjectTest):
+    """When a stored search is taken as it stands, and when it is made again."""
+
+    def begin(self, name, corrected=False):
+        case = replace(BY_NAME[name], corrected=corrected)
+        project, stage = write_project(case, tempfile.mkdtemp(dir=self.folder))
+        words = case_words(case, project, stage)
+        run = self.evaluate(words)
+        return words, run
+
+    @staticmethod
+    def store(path, words):
+        with open(path, "wb") as file:
+            file.write(struct.pack(f"<{len(words)}i", *words))
+
+    @staticmethod
+    def words_in(lists):
+        words = [1001, len(lists)]
+        for ids in lists:
+            words += [len(ids), *ids]
+        return words
+
+    def test_foreign_lists_are_taken(self):
+        words, run = self.begin("cool mesh 1")
+        foreign = self.words_in([ids[::-1] for ids in run.lists[1:]] + [()])
+        self.store(run.search_path, foreign)
+        self.assertEqual(self.words_in(self.evaluate(words).lists), foreign)
+
+    def test_flow_and_cool_share_one_search(self):
+        words, run = self.begin("flow mesh 1")
+        smoothed = run.lists
+        case = BY_NAME["cool mesh 1"]
+        stage = words.input_path[:-4] + ".k4c"
+        _, source = write_project(case, tempfile.mkdtemp(dir=self.folder))
+        shutil.copy(source, stage)
+        words = case_words(case, words.project, stage)
+        self.assertEqual(self.evaluate(words).lists, smoothed)
+        own = self.evaluate(replace(words, corrected=True))
+        self.assertEqual(own.lists, smoothed)
+        os.remove(run.search_path)
+        self.assertNotEqual(self.evaluate(words).lists, smoothed)
+
+    def test_corrected_keeps_smoothed_rays_apart(self):
+        _, run = self.begin("flow mesh 1", corrected=True)
+        self.assertTrue(run.search_path.endswith("block_s.sur"))
+        self.assertFalse(os.path.exists(run.search_path.replace("_s.sur", ".sur")))
+
+    def test_damaged_lists_are_made_again(self):
+        words, run = self.begin("cool mesh 3")
+        good = self.words_in(run.lists)
+        top = run.mesh.face_count + run.mesh.cell_count
+        damages = {
+            "empty": [],
+            "version": [1002] + good[1:],
+            "count of records": [1001, good[1] - 1] + good[2:],
+            "short": good[:-1],
+            "negative count": good[:2] + [-1] + good[3:],
+            "huge count": good[:2] + [2**31 - 1] + good[3:],
+            "id too large": good[:3] + [top + 1] + good[4:],
+            "id 0": good[:3] + [0] + good[4:],
+        }
+        for name, damaged in damages.items():
+            with self.subTest(name):
+                self.store(run.search_path, damaged)
+                self.assertEqual(self.words_in(self.evaluate(words).lists), good)
+
+    def test_corrected_makes_an_old_search_again(self):
+        words, run = self.begin("cool mesh 3", corrected=True)
+        good = self.words_in(run.lists)
+        foreign = self.words_in(run.lists[1:] + run.lists[:1])
+        mesh_time = os.stat(run.mesh_path).st_mtime_ns
+        for shift, wanted in ((0, foreign), (10**9, foreign), (-(10**9), good)):
+            with self.subTest(shift=shift):
+                self.store(run.search_path, foreign)
+                os.utime(run.search_path, ns=(mesh_time + shift, mesh_time + shift))
+                self.assertEqual(self.words_in(self.evaluate(words).lists), wanted)
+
+
+class FibreProbe(ProjectTest):
+    def probe(self, name, stage, list_name, csv_name, log):
+        case = Case(name, stage=stage, block=BLOCK_OF_PROBE, log=log, fibre=True, material="flake")
+        project, path = write_project(case, self.folder)
+        folder = os.path.dirname(path)
+        words = case_words(case, project, path)
+        if stage != ".k4o":
+            shutil.copy(path[: path.rindex(".")] + ".k4o", path)
+        probe = Probe(words)
+        labels = probe.mesh.labels
+        ids = [int(labels[n]) for n in probe.mesh.surface_nodes[::5]] + [0, 10**6, -3, int(labels[-1])]
+        with open(os.path.join(folder, list_name), "w") as file:
+            file.write("7\n<List>\n" + "\n".join(map(str, ids[:9])) + "\nno number\n</List>\n12\n")
+            file.write("text <List> \n" + "\n".join(f"  {i} node" for i in ids[9:]) + "\n</List>\n")
+        status, text = run_program(words, 2, ["--fibre-probe"])
+        self.assertEqual(status, SUCCESS, text)
+        with open(os.path.join(folder, csv_name)) as file:
+            written = file.read()
+        wanted = probe.text(path, listed_ids(os.path.join(folder, list_name)))
+        self.assertGreater(wanted.count("surface"), 5)
+        self.assertEqual(written.split("\n"), wanted.split("\n"))
+        self.assertFalse(os.path.exists(os.path.join(project, "Mesh", "block.sur")))
+
+    def test_fibre_file(self):
+        self.probe("probe", ".k4o", "part1_IdForFiber.txt", "part1.csv", None)
+
+    def test_along_smoothed_normals(self):
+        self.probe("probe", ".k4f", "part1.fzr_IdForFiber.txt", "part1.fzr.csv", COMPLETE)
 
 
 @unittest.skipUnless(EXAMPLES, "QNL_EXAMPLES names no folder")

@@ -2,6 +2,8 @@
 
 from dataclasses import dataclass, field
 
+import numpy as np
+
 from .write_mesh import Block
 
 COMPLETE = "[EOF] \n"
@@ -49,7 +51,26 @@ STRAIGHT_MIXED = Block("mixed", bricks=(6, 3, 3), runner=False, labels=False, se
 SINGLE = Block("wedge", single_precision=True, bend=0.3, seed=8)
 THIN = Block("hexa", bricks=(6, 5, 6), bend=0.3, tolerance=0.21, seed=9)
 WIDE = Block("tetra", bricks=(4, 3, 2), bend=0.3, tolerance=2.5, seed=10)
-BLOCKS = (HEXA, BENT, WEDGE, TETRA, PYRAMID, MIXED, STRAIGHT_MIXED, SINGLE, THIN, WIDE)
+STEP = Block("wedge", bricks=(6, 4, 4), shape="step", seed=11)
+HOLE = Block("tetra", bricks=(5, 5, 2), shape="hole", runner=False, seed=12)
+CORNERS = Block("hexa", bricks=(6, 4, 4), shape="corners", bend=0.2, seed=13)
+PYRAMIDS = Block("pyramid", bricks=(3, 3, 2), shape="step", seed=14)
+BLOCKS = (
+    HEXA,
+    BENT,
+    WEDGE,
+    TETRA,
+    PYRAMID,
+    MIXED,
+    STRAIGHT_MIXED,
+    SINGLE,
+    THIN,
+    WIDE,
+    STEP,
+    HOLE,
+    CORNERS,
+    PYRAMIDS,
+)
 
 
 def _codes():
@@ -146,8 +167,65 @@ SPECIAL = (
     Case("warp text corrected", ".k4w", "warp", TETRA, text=True, corrected=True, shrinkage=2.0),
     Case("warp text in a flow folder", ".k4w", "warp", BENT, text=True, folder="old.k4f", times=1, corrected=True),
     Case("warp text of 29", ".k4w", "warp", TETRA, text=True, warp_columns=29, folder="old.k4f", corrected=True),
-    Case("warp text of 14", ".k4w", "warp", STRAIGHT_MIXED, text=True, warp_columns=14, folder="old.k4f", corrected=True),
+    Case(
+        "warp text of 14",
+        ".k4w",
+        "warp",
+        STRAIGHT_MIXED,
+        text=True,
+        warp_columns=14,
+        folder="old.k4f",
+        corrected=True,
+    ),
     Case("warp text of 18", ".k4w", "warp", TETRA, text=True, warp_columns=18, folder="old.k4f", corrected=True),
 )
 
 CASES = tuple(_codes()) + tuple(_meshes()) + SPECIAL
+
+
+def random_case(seed):
+    """A case drawn from everything that the table varies, reproducible by its seed."""
+    random = np.random.default_rng(seed)
+
+    def draw(*choices):
+        return choices[int(random.integers(len(choices)))]
+
+    block = Block(
+        kind=draw("hexa", "wedge", "tetra", "pyramid", "mixed"),
+        bricks=tuple(int(random.integers(2, top)) for top in (7, 5, 5)),
+        size=(7.0, 5.0, float(random.uniform(0.8, 4.0))),
+        bend=draw(0.0, 0.0, 0.1, 0.4),
+        runner=draw(True, False),
+        labels=draw(True, False),
+        single_precision=draw(False, False, True),
+        tolerance=draw(None, None, None, float(random.uniform(0.1, 3.0))),
+        shape=draw("full", "full", "step", "hole", "corners"),
+        seed=seed,
+    )
+    stage, reader = draw((".k4f", "flow"), (".k4f", "flow"), (".k4p", "flow"), (".k4c", "cool"), (".k4w", "warp"))
+    folder = draw("", "", "", "old.k4f", "old.k4p", "old.k4w") if reader == "cool" else ""
+    times = int(random.integers(0, 4))
+    return Case(
+        f"random {seed}",
+        stage,
+        reader,
+        block,
+        code=int(random.integers(1, 10)),
+        times=times,
+        log=draw(COMPLETE, COMPLETE, OPEN, None),
+        material=draw("pvt", "dense", "flake", "thermoset"),
+        corrected=draw(True, False),
+        text=draw(False, False, True) and not folder,
+        header_code=draw(1007, 1012),
+        warp_columns=draw(14, 17, 26, 29),
+        gas_item=draw(True, False),
+        cooling_item=tuple(k for k in range(times + 1) if random.random() < 0.4),
+        id_map=draw(True, False) and not folder,
+        warp_items=folder == "old.k4w",
+        fibre=draw(True, False),
+        shrinkage=draw(17.0, 3.0, 0.5),
+        folder=folder,
+        missing=tuple(k for k in range(times) if random.random() < 0.15),
+        single_thread=folder == "old.k4w",
+        seed=seed,
+    )

@@ -121,7 +121,8 @@ def read_search(path):
 
 def run_file_names(path):
     """(mesh name, material name) of a run file."""
-    lines = open(path, encoding="latin-1").read().splitlines()
+    with open(path, encoding="latin-1") as file:
+        lines = file.read().splitlines()
     names = []
     for section in ("[MESH]", "[MATERIAL]"):
         at = next(k for k, line in enumerate(lines) if section in line)

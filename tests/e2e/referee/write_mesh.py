@@ -24,8 +24,19 @@ class Block:
     labels: bool = True
     single_precision: bool = False
     tolerance: float | None = None
+    shape: str = "full"  # full, step, hole or corners (bricks that meet along one edge only)
     turned: float = 0.2  # part of the cells that are given inside out
     seed: int = 1
+
+
+def _is_there(block, place):
+    (nx, ny, nz), (i, j, k) = block.bricks, place
+    return {
+        "full": True,
+        "step": k < nz // 2 or i < nx // 2,
+        "hole": (i, j) != (nx // 2, ny // 2),
+        "corners": (i < nx // 2) == (j < ny // 2) or k == 0,
+    }[block.shape]
 
 
 class Draft:
@@ -89,7 +100,8 @@ def write_mesh(path, block):
     draft = Draft(block)
     nx, ny, nz = block.bricks
     for place in itertools.product(range(nx), range(ny), range(nz)):
-        draft.add_brick(place, draft.kind_at(place[0]), PART)
+        if _is_there(block, place):
+            draft.add_brick(place, draft.kind_at(place[0]), PART)
     if block.runner:
         for k in range(nz):
             draft.add_brick((-1, ny // 2, k), draft.kind_at(0 if block.kind == "mixed" else -1), RUNNER)

@@ -69,7 +69,8 @@ def write_project(case, folder):
         if index in case.missing:
             continue
         path = stage if index == 0 else indexed(stage, index)
-        _write_stage(path, case, labels, Fields(int(labels.max()), case, index), index)
+        if case.stage != ".k4o":
+            _write_stage(path, case, labels, Fields(int(labels.max()), case, index), index)
         if case.fibre:
             _write_fibre(path[: path.rindex(".")] + ".k4o", case, index)
     return project, stage
