@@ -1,0 +1,137 @@
+"""Small solid meshes on a bent grid of bricks, each brick cut into cells of a chosen kind."""
+
+import itertools
+from dataclasses import dataclass
+
+import h5py
+import numpy as np
+
+CORNERS = ((0, 0, 0), (1, 0, 0), (1, 1, 0), (0, 1, 0), (0, 0, 1), (1, 0, 1), (1, 1, 1), (0, 1, 1))
+SIDES = ((0, 1, 2, 3), (7, 6, 5, 4), (4, 5, 1, 0), (5, 6, 2, 1), (6, 7, 3, 2), (7, 4, 0, 3))
+TOP = 1
+PART, RUNNER, SPECIAL = 0, 1, 2
+
+
+@dataclass(frozen=True)
+class Block:
+    """A plate of bricks, with a runner of two bricks at its low x end when asked for."""
+
+    kind: str = "hexa"  # hexa, wedge, tetra, pyramid or mixed
+    bricks: tuple = (5, 4, 3)
+    size: tuple = (7.0, 5.0, 1.8)
+    bend: float = 0.0  # random shift of the grid points, as a part of the brick size
+    runner: bool = True
+    labels: bool = True
+    single_precision: bool = False
+    tolerance: float | None = None
+    shape: str = "full"  # full, step, hole or corners (bricks that meet along one edge only)
+    turned: float = 0.2  # part of the cells that are given inside out
+    seed: int = 1
+
+
+def _is_there(block, place):
+    (nx, ny, nz), (i, j, k) = block.bricks, place
+    return {
+        "full": True,
+        "step": k < nz // 2 or i < nx // 2,
+        "hole": (i, j) != (nx // 2, ny // 2),
+        "corners": (i < nx // 2) == (j < ny // 2) or k == 0,
+    }[block.shape]
+
+
+class Draft:
+    def __init__(self, block):
+        self.block = block
+        self.random = np.random.default_rng(block.seed)
+        self.numbers, self.points, self.cells = {}, [], []
+        self.step = np.array(block.size) / np.array(block.bricks)
+
+    def grid_point(self, place):
+        if place not in self.numbers:
+            shift = self.block.bend * (self.random.random(3) - 0.5)
+            self.numbers[place] = self.add_point((np.array(place) + shift) * self.step)
+        return self.numbers[place]
+
+    def add_point(self, point):
+        self.points.append(point)
+        return len(self.points) - 1
+
+    def add_brick(self, place, kind, region):
+        corners = [self.grid_point(tuple(np.add(place, c))) for c in CORNERS]
+        for cell_type, nodes in getattr(self, "_" + kind)(corners, place):
+            self.cells.append((cell_type, nodes, region))
+
+    def _hexa(self, c, _):
+        return [(12, c)]
+
+    def _wedge(self, c, _):
+        return [(13, [c[k] for k in (0, 1, 3, 4, 5, 7)]), (13, [c[k] for k in (1, 2, 3, 5, 6, 7)])]
+
+    def _tetra(self, c, _):
+        cells = []
+        for axes in itertools.permutations(range(3)):
+            place, path = np.zeros(3, int), [c[0]]
+            for axis in axes:
+                place[axis] = 1
+                path.append(c[CORNERS.index(tuple(place))])
+            cells.append((10, path))
+        return cells
+
+    def _pyramid(self, c, place):
+        middle = self.add_point(np.mean([self.points[k] for k in c], axis=0))
+        cells = []
+        for side, corners in enumerate(SIDES):
+            base = [c[k] for k in corners]
+            if side == TOP and place[2] == self.block.bricks[2] - 1 and self.block.kind == "mixed":
+                cells.append((10, [base[0], base[1], base[2], middle]))
+                cells.append((10, [base[0], base[2], base[3], middle]))
+            else:
+                cells.append((14, base + [middle]))
+        return cells
+
+    def kind_at(self, i):
+        return ("hexa", "pyramid", "wedge")[i % 3] if self.block.kind == "mixed" else self.block.kind
+
+
+TURNS = {10: (1, 0, 2, 3), 12: (4, 5, 6, 7, 0, 1, 2, 3), 13: (3, 4, 5, 0, 1, 2), 14: (0, 3, 2, 1, 4)}
+
+
+def write_mesh(path, block):
+    draft = Draft(block)
+    nx, ny, nz = block.bricks
+    for place in itertools.product(range(nx), range(ny), range(nz)):
+        if _is_there(block, place):
+            draft.add_brick(place, draft.kind_at(place[0]), PART)
+    if block.runner:
+        for k in range(nz):
+            draft.add_brick((-1, ny // 2, k), draft.kind_at(0 if block.kind == "mixed" else -1), RUNNER)
+            draft.add_brick((-2, ny // 2, k), draft.kind_at(0 if block.kind == "mixed" else -2), SPECIAL)
+    cells = [draft.cells[k] for k in draft.random.permutation(len(draft.cells))]
+    cells = [
+        (kind, [nodes[k] for k in TURNS[kind]] if draft.random.random() < block.turned else nodes, region)
+        for kind, nodes, region in cells
+    ]
+    count = len(draft.points)
+    labels = draft.random.permutation(count + count // 3)[:count] + 1 if block.labels else None
+    _write(path, block, np.array(draft.points), labels, cells)
+    return labels if labels is not None else np.arange(1, count + 1)
+
+
+def _write(path, block, points, labels, cells):
+    counts = np.array([len(nodes) for _, nodes, _ in cells])
+    with h5py.File(path, "w") as file:
+        root = file.create_group("VTKHDF")
+        root.attrs["Version"] = np.array([1, 0], np.int32)
+        root.attrs["Type"] = np.bytes_("UnstructuredGrid")
+        root["NumberOfPoints"] = np.array([len(points)])
+        root["NumberOfCells"] = np.array([len(cells)])
+        root["NumberOfConnectivityIds"] = np.array([counts.sum()])
+        root["Points"] = points.astype(np.float32 if block.single_precision else np.float64)
+        root["Types"] = np.array([kind for kind, _, _ in cells], np.uint8)
+        root["Offsets"] = np.concatenate(([0], np.cumsum(counts)))
+        root["Connectivity"] = np.concatenate([nodes for _, nodes, _ in cells])
+        root["CellData/Region"] = np.array([region for _, _, region in cells], np.int32)
+        if labels is not None:
+            root["PointData/NodeId"] = labels.astype(np.int32)
+        if block.tolerance is not None:
+            root["FieldData/GeomTolerance"] = np.array([block.tolerance])
