@@ -1,6 +1,7 @@
 // Measures the page at full scale: 100,000 triangles, 20 items, 20 times; file size and time to the first picture.
 //   node measure_scale.mjs [RUNS]
 import { statSync, writeFileSync } from 'node:fs';
+import { cpus, loadavg } from 'node:os';
 import { join } from 'node:path';
 import { makeSample, pageWith } from '../../viewer/tools/make_sample.mjs';
 import { openPage, ready, startBrowser } from './support/browser.mjs';
@@ -38,6 +39,7 @@ remove();
 const { size } = results[0];
 const line = (name) => results.map((result) => result[name].toFixed(0)).join(', ');
 console.log(`${size.triangles} triangles, ${size.nodes} nodes, ${size.items.length} items, ${size.times.length} times: ${megabytes.toFixed(1)} MB`);
+console.log(`${cpus().length} processors, load ${loadavg()[0].toFixed(1)} (above their number, the times say little)`);
 console.log(`first picture, ms from opening: ${line('firstPicture')}`);
 console.log(`another item at the last time, ms: ${line('anotherItem')}`);
 console.log(`the time before, ms: ${line('nextTime')}`);
