@@ -5,31 +5,31 @@
 namespace qnl {
 namespace {
 
-// By region, so that the larger rank decides between the cells at a node: special over runner, part over
-// both.
-enum Rank : std::int8_t { kNoCell, kRunner, kSpecial, kPart };
-constexpr std::array<std::int8_t, 3> kRankOfRegion{kPart, kRunner, kSpecial};
-constexpr std::array<std::int8_t, 4> kClassOfRank{0, 0, -1, 1};
+// The larger rank decides between the cells at a node: special over runner, part over both.
+enum Rank { kNoCell, kRunner, kSpecial, kPart };
+constexpr std::array<int, 3> kRankOfRegion{kPart, kRunner, kSpecial};
+constexpr std::array<int, 4> kClassOfRank{0, 0, -1, 1};
 
 }  // namespace
 
-std::vector<std::int8_t> NodeClasses(const MeshData& mesh, int& lonely) {
-    std::vector<std::int8_t> ranks(mesh.points.size(), kNoCell);
+std::vector<int> NodeClasses(const MeshData& mesh, int& lonely) {
+    std::vector<int> ranks(mesh.points.size(), kNoCell);
     for (int cell = 0; cell < mesh.Cells(); ++cell) {
-        const std::size_t region = static_cast<std::size_t>(mesh.regions[static_cast<std::size_t>(cell)]);
+        const std::int8_t region = mesh.regions[static_cast<std::size_t>(cell)];
+        const int cellRank = kRankOfRegion[static_cast<std::uint8_t>(region)];
         for (int c = 0; c < mesh.Shape(cell).corners; ++c) {
-            std::int8_t& rank = ranks[static_cast<std::size_t>(mesh.Corners(cell)[c])];
-            rank = std::max(rank, kRankOfRegion[region]);
+            int& rank = ranks[static_cast<std::size_t>(mesh.Corners(cell)[c])];
+            rank = std::max(rank, cellRank);
         }
     }
-    lonely = static_cast<int>(std::count(ranks.begin(), ranks.end(), static_cast<std::int8_t>(kNoCell)));
-    for (std::int8_t& rank : ranks) {
+    lonely = static_cast<int>(std::count(ranks.begin(), ranks.end(), static_cast<int>(kNoCell)));
+    for (int& rank : ranks) {
         rank = kClassOfRank[static_cast<std::size_t>(rank)];
     }
     return ranks;
 }
 
-LabelArrays ArraysByLabel(const MeshData& mesh, const std::vector<std::int8_t>& classes) {
+LabelArrays ArraysByLabel(const MeshData& mesh, const std::vector<int>& classes) {
     const int largest =
         mesh.labels.empty() ? mesh.Nodes() : *std::max_element(mesh.labels.begin(), mesh.labels.end());
     const std::size_t entries = static_cast<std::size_t>(largest) + 1;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <vector>
 
 #include "kernel/mesh_data.h"
@@ -9,7 +8,7 @@ namespace qnl {
 
 /// Class of each node (0-based): 1 when it touches a part cell, else -1 when it touches a special cell, else
 /// 0. `lonely` receives the number of nodes in no cell.
-std::vector<std::int8_t> NodeClasses(const MeshData& mesh, int& lonely);
+std::vector<int> NodeClasses(const MeshData& mesh, int& lonely);
 
 /// Arrays by node label, of (largest label + 1) entries, 0 where no node has the label.
 struct LabelArrays {
@@ -18,7 +17,7 @@ struct LabelArrays {
     std::vector<int> nodeIndex;  ///< 1-based
 };
 
-LabelArrays ArraysByLabel(const MeshData& mesh, const std::vector<std::int8_t>& classes);
+LabelArrays ArraysByLabel(const MeshData& mesh, const std::vector<int>& classes);
 
 /// 1-based by cell: 1 for runner and special cells.
 std::vector<int> RunnerCells(const MeshData& mesh);

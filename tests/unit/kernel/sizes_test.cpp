@@ -192,8 +192,8 @@ TEST(NodeClasses, PartWinsThenSpecialThenRunner) {
     mesh.offsets = {0, 4, 8, 12, 16};
     mesh.connectivity = {0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12};
     int lonely = 0;
-    const std::vector<std::int8_t> classes = qnl::NodeClasses(mesh, lonely);
-    EXPECT_EQ(classes, (std::vector<std::int8_t>{-1, -1, -1, 1, 1, 1, 1, -1, -1, -1, 0, 0, 0, 0}));
+    const std::vector<int> classes = qnl::NodeClasses(mesh, lonely);
+    EXPECT_EQ(classes, (std::vector<int>{-1, -1, -1, 1, 1, 1, 1, -1, -1, -1, 0, 0, 0, 0}));
     EXPECT_EQ(lonely, 1);
     EXPECT_EQ(qnl::RunnerCells(mesh), (std::vector<int>{0, 1, 0, 1, 1}));
 }
