@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "kernel/cell_shapes.h"
@@ -19,6 +20,7 @@ struct MeshData {
     std::vector<int> connectivity;        ///< corner nodes
     std::vector<std::int8_t> regions;     ///< 0 part, 1 runner, 2 special; one per cell
     std::vector<int> labels;              ///< one per node; empty: the label is the index + 1
+    std::optional<double> geomTolerance;  ///< mm, when the file sets it
 
     int Cells() const { return static_cast<int>(cellTypes.size()); }
     int Nodes() const { return static_cast<int>(points.size()); }

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "kernel/mesh_data.h"
+
+namespace qnl {
+
+struct Box {
+    Point low;
+    Point high;
+
+    /// A box that holds nothing, to be extended.
+    static Box Nothing();
+    static Box Everything();
+    void Extend(const Point& point);
+    void Grow(double margin);
+};
+
+/// A piece of a straight line: origin + t direction for t in [from, to].
+struct Segment {
+    Segment(const Point& lineOrigin, const Point& lineDirection, double start, double end);
+
+    Point origin;
+    Point inverse;  ///< 1 / direction; a vanishing component counts as 1e-20
+    double from;
+    double to;
+};
+
+/// Boxes in a tree of eight children per node, for boxes that come in an order in which neighbours stand
+/// together. Queries never miss a box and may give some that are off by a rounding to single precision.
+class BoxHierarchy {
+public:
+    BoxHierarchy() = default;
+    /// Entry i of the queries' results is boxes[i].
+    explicit BoxHierarchy(const std::vector<Box>& boxes);
+
+    bool Empty() const { return count_ == 0; }
+
+    /// Calls visit(i) for each box that the segment meets.
+    template <class Visit>
+    void ForSegment(const Segment& segment, Visit visit) const {
+        const SegmentTest test(segment);
+        Descend(test, visit);
+    }
+
+    /// Calls visit(i) for each box that overlaps the given one (closed on both sides).
+    template <class Visit>
+    void ForOverlap(const Box& box, Visit visit) const {
+        Descend(OverlapTest{box}, visit);
+    }
+
+private:
+    static constexpr std::size_t kWidth = 8;
+    // Three lower bounds, then three upper ones.
+    using Node = std::array<std::array<float, kWidth>, 6>;
+
+    struct SegmentTest {
+        explicit SegmentTest(const Segment& s);
+        unsigned Hits(const Node& node) const;
+
+        const Segment& segment;
+        std::array<std::size_t, 3> nearRow;
+        std::array<std::size_t, 3> farRow;
+    };
+
+    struct OverlapTest {
+        unsigned Hits(const Node& node) const;
+
+        const Box& box;
+    };
+
+    struct Place {
+        std::uint32_t level;
+        std::uint32_t node;
+    };
+
+    // A tree over 2^31 boxes has 11 levels, each of which leaves at most seven nodes waiting.
+    static constexpr std::size_t kDeepest = 96;
+
+    template <class Test, class Visit>
+    void Descend(const Test& test, Visit& visit) const {
+        if (count_ == 0) {
+            return;
+        }
+        std::array<Place, kDeepest> waiting;
+        std::size_t size = 0;
+        waiting[size++] = {static_cast<std::uint32_t>(levels_.size() - 1), 0};
+        while (size > 0) {
+            const Place place = waiting[--size];
+            const unsigned hits = test.Hits(levels_[place.level][place.node]);
+            for (std::uint32_t child = 0; hits >> child != 0; ++child) {
+                if ((hits >> child & 1U) == 0) {
+                    continue;
+                }
+                const std::uint32_t index = place.node * static_cast<std::uint32_t>(kWidth) + child;
+                if (place.level == 0) {
+                    visit(static_cast<std::size_t>(index));
+                } else {
+                    waiting[size++] = {place.level - 1, index};
+                }
+            }
+        }
+    }
+
+    std::size_t count_ = 0;
+    std::vector<std::vector<Node>> levels_;  ///< the lowest first; the last has one node
+};
+
+}  // namespace qnl

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <vector>
+
+#include "kernel/box_hierarchy.h"
+#include "kernel/face_topology.h"
+
+namespace qnl {
+
+/// Cells that a walk from neighbour to neighbour could miss.
+struct RayHazards {
+    struct NearCell {
+        int node;
+        int cell;
+    };
+
+    /// Cells that stand on the same side of a common face, contain a piece turned inside out, neighbour
+    /// such a cell, or are so flat that moving their planes by the distance tolerance carries their corners
+    /// farther than the reach. Ascending.
+    std::vector<int> cells;
+    std::vector<Box> boxes;  ///< one per entry of `cells`, around all that moving its planes can reach
+    /// Boundary nodes and the cells that contain them without having them as corners (bodies that touch or
+    /// overlap), ascending by node, then cell. A few pairs may only be near.
+    std::vector<NearCell> nearCells;
+};
+
+/// `epsilon` is the distance by which planes are moved, `reach` the distance within which the walk follows
+/// cells. Independent of the number of threads. Cost linear in the number of cells for meshes whose boundary
+/// nodes are spread over space.
+RayHazards FindRayHazards(const FaceTopology& topology, double epsilon, double reach);
+
+/// Nodes of the boundary faces, ascending.
+std::vector<int> BoundaryNodes(const FaceTopology& topology);
+
+}  // namespace qnl
