@@ -9,19 +9,29 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-float RoundedDown(double value) {
-    constexpr float kLargest = std::numeric_limits<float>::max();
-    if (!(std::fabs(value) <= static_cast<double>(kLargest))) {
-        return value > 0.0 ? kLargest : -std::numeric_limits<float>::infinity();
-    }
-    const float rounded = static_cast<float>(value);
-    return static_cast<double>(rounded) > value
-               ? std::nextafter(rounded, -std::numeric_limits<float>::infinity())
-               : rounded;
+constexpr float kFar = std::numeric_limits<float>::max();
+
+float Narrowed(double value) {
+    return static_cast<float>(std::clamp(value, -static_cast<double>(kFar), static_cast<double>(kFar)));
 }
 
-float RoundedUp(double value) {
-    return -RoundedDown(-value);
+// Holds nothing, in finite numbers so that tests give no NaN.
+template <class Node>
+Node EmptyNode() {
+    Node node;
+    for (std::size_t row = 0; row < node.size(); ++row) {
+        node[row].fill(row < 3 ? kFar : -kFar);
+    }
+    return node;
+}
+
+template <std::size_t Width>
+unsigned Packed(const std::array<unsigned, Width>& bit) {
+    unsigned packed = 0;
+    for (std::size_t i = 0; i < Width; ++i) {
+        packed |= bit[i] << i;
+    }
+    return packed;
 }
 
 }  // namespace
@@ -58,27 +68,11 @@ Segment::Segment(const Point& lineOrigin, const Point& lineDirection, double sta
 }
 
 BoxHierarchy::BoxHierarchy(const std::vector<Box>& boxes) : count_(boxes.size()) {
-    constexpr float kFar = std::numeric_limits<float>::infinity();
-    constexpr Node kEmpty = [] {
-        Node node{};
-        for (std::size_t row = 0; row < 6; ++row) {
-            for (float& bound : node[row]) {
-                bound = row < 3 ? kFar : -kFar;
-            }
-        }
-        return node;
-    }();
-    levels_.emplace_back((boxes.size() + kWidth - 1) / kWidth, kEmpty);
-    for (std::size_t i = 0; i < boxes.size(); ++i) {
-        Node& node = levels_[0][i / kWidth];
-        for (std::size_t a = 0; a < 3; ++a) {
-            node[a][i % kWidth] = RoundedDown(boxes[i].low[a]);
-            node[a + 3][i % kWidth] = RoundedUp(boxes[i].high[a]);
-        }
-    }
+    ChooseMiddle(boxes);
+    FillLowest(boxes);
     while (levels_.back().size() > 1) {
         const std::vector<Node>& below = levels_.back();
-        std::vector<Node> level((below.size() + kWidth - 1) / kWidth, kEmpty);
+        std::vector<Node> level((below.size() + kWidth - 1) / kWidth, EmptyNode<Node>());
         for (std::size_t i = 0; i < below.size(); ++i) {
             Node& node = level[i / kWidth];
             for (std::size_t a = 0; a < 3; ++a) {
@@ -90,48 +84,83 @@ BoxHierarchy::BoxHierarchy(const std::vector<Box>& boxes) : count_(boxes.size())
     }
 }
 
-BoxHierarchy::SegmentTest::SegmentTest(const Segment& s) : segment(s), nearRow{}, farRow{} {
+// Single precision rounds a coordinate by 6e-8 of the extent and a crossing by a few times that.
+void BoxHierarchy::ChooseMiddle(const std::vector<Box>& boxes) {
+    Box all = Box::Nothing();
+    for (const Box& box : boxes) {
+        if (std::isfinite(box.low[0]) && std::isfinite(box.high[0])) {
+            all.Extend(box.low);
+            all.Extend(box.high);
+        }
+    }
+    double extent = 0.0;
+    for (std::size_t a = 0; a < 3 && all.low[0] <= all.high[0]; ++a) {
+        middle_[a] = 0.5 * all.low[a] + 0.5 * all.high[a];
+        extent += all.high[a] - all.low[a];
+    }
+    slack_ = 4e-6 * extent;
+}
+
+void BoxHierarchy::FillLowest(const std::vector<Box>& boxes) {
+    levels_.emplace_back((boxes.size() + kWidth - 1) / kWidth, EmptyNode<Node>());
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        Node& node = levels_[0][i / kWidth];
+        for (std::size_t a = 0; a < 3; ++a) {
+            node[a][i % kWidth] = Narrowed(boxes[i].low[a] - middle_[a] - slack_);
+            node[a + 3][i % kWidth] = Narrowed(boxes[i].high[a] - middle_[a] + slack_);
+        }
+    }
+}
+
+BoxHierarchy::SegmentTest::SegmentTest(const Segment& segment, const Point& middle)
+    : origin_{}, inverse_{}, from_(Narrowed(segment.from)), to_(Narrowed(segment.to)), nearRow_{}, farRow_{} {
     for (std::size_t a = 0; a < 3; ++a) {
-        nearRow[a] = s.inverse[a] > 0.0 ? a : a + 3;
-        farRow[a] = s.inverse[a] > 0.0 ? a + 3 : a;
+        origin_[a] = Narrowed(segment.origin[a] - middle[a]);
+        inverse_[a] = Narrowed(segment.inverse[a]);
+        nearRow_[a] = segment.inverse[a] > 0.0 ? a : a + 3;
+        farRow_[a] = segment.inverse[a] > 0.0 ? a + 3 : a;
     }
 }
 
 unsigned BoxHierarchy::SegmentTest::Hits(const Node& node) const {
-    std::array<double, kWidth> enter;
-    std::array<double, kWidth> leave;
-    enter.fill(segment.from);
-    leave.fill(segment.to);
+    Row enter;
+    Row leave;
+    enter.fill(from_);
+    leave.fill(to_);
     for (std::size_t a = 0; a < 3; ++a) {
-        const auto& nearBounds = node[nearRow[a]];
-        const auto& farBounds = node[farRow[a]];
-        const double origin = segment.origin[a];
-        const double inverse = segment.inverse[a];
+        const Row& nearBounds = node[nearRow_[a]];
+        const Row& farBounds = node[farRow_[a]];
         for (std::size_t i = 0; i < kWidth; ++i) {
-            const double in = (static_cast<double>(nearBounds[i]) - origin) * inverse;
-            const double out = (static_cast<double>(farBounds[i]) - origin) * inverse;
+            const float in = (nearBounds[i] - origin_[a]) * inverse_[a];
+            const float out = (farBounds[i] - origin_[a]) * inverse_[a];
             enter[i] = in > enter[i] ? in : enter[i];
             leave[i] = out < leave[i] ? out : leave[i];
         }
     }
-    unsigned hits = 0;
+    std::array<unsigned, kWidth> bit;
     for (std::size_t i = 0; i < kWidth; ++i) {
-        hits |= static_cast<unsigned>(enter[i] <= leave[i]) << i;
+        bit[i] = enter[i] <= leave[i] ? 1U : 0U;
     }
-    return hits;
+    return Packed(bit);
+}
+
+BoxHierarchy::OverlapTest::OverlapTest(const Box& box, const Point& middle) : low_{}, high_{} {
+    for (std::size_t a = 0; a < 3; ++a) {
+        low_[a] = Narrowed(box.low[a] - middle[a]);
+        high_[a] = Narrowed(box.high[a] - middle[a]);
+    }
 }
 
 unsigned BoxHierarchy::OverlapTest::Hits(const Node& node) const {
-    unsigned hits = 0;
-    for (std::size_t i = 0; i < kWidth; ++i) {
-        bool overlaps = true;
-        for (std::size_t a = 0; a < 3; ++a) {
-            overlaps = overlaps && static_cast<double>(node[a][i]) <= box.high[a] &&
-                       static_cast<double>(node[a + 3][i]) >= box.low[a];
+    std::array<unsigned, kWidth> bit;
+    bit.fill(1U);
+    for (std::size_t a = 0; a < 3; ++a) {
+        for (std::size_t i = 0; i < kWidth; ++i) {
+            bit[i] &= node[a][i] <= high_[a] ? 1U : 0U;
+            bit[i] &= node[a + 3][i] >= low_[a] ? 1U : 0U;
         }
-        hits |= static_cast<unsigned>(overlaps) << i;
     }
-    return hits;
+    return Packed(bit);
 }
 
 }  // namespace qnl

@@ -31,7 +31,9 @@ struct Segment {
 };
 
 /// Boxes in a tree of eight children per node, for boxes that come in an order in which neighbours stand
-/// together. Queries never miss a box and may give some that are off by a rounding to single precision.
+/// together. Held and tested in single precision around their common middle, grown by more than the
+/// rounding: queries never miss a box, and may give some that are off by a few millionths of the extent of
+/// all finite boxes.
 class BoxHierarchy {
 public:
     BoxHierarchy() = default;
@@ -43,35 +45,47 @@ public:
     /// Calls visit(i) for each box that the segment meets.
     template <class Visit>
     void ForSegment(const Segment& segment, Visit visit) const {
-        const SegmentTest test(segment);
-        Descend(test, visit);
+        Descend(SegmentTest(segment, middle_), visit);
     }
 
     /// Calls visit(i) for each box that overlaps the given one (closed on both sides).
     template <class Visit>
     void ForOverlap(const Box& box, Visit visit) const {
-        Descend(OverlapTest{box}, visit);
+        Descend(OverlapTest(box, middle_), visit);
     }
 
 private:
     static constexpr std::size_t kWidth = 8;
+    using Row = std::array<float, kWidth>;
     // Three lower bounds, then three upper ones.
-    using Node = std::array<std::array<float, kWidth>, 6>;
+    using Node = std::array<Row, 6>;
 
-    struct SegmentTest {
-        explicit SegmentTest(const Segment& s);
+    class SegmentTest {
+    public:
+        SegmentTest(const Segment& segment, const Point& middle);
         unsigned Hits(const Node& node) const;
 
-        const Segment& segment;
-        std::array<std::size_t, 3> nearRow;
-        std::array<std::size_t, 3> farRow;
+    private:
+        std::array<float, 3> origin_;
+        std::array<float, 3> inverse_;
+        float from_;
+        float to_;
+        std::array<std::size_t, 3> nearRow_;
+        std::array<std::size_t, 3> farRow_;
     };
 
-    struct OverlapTest {
+    class OverlapTest {
+    public:
+        OverlapTest(const Box& box, const Point& middle);
         unsigned Hits(const Node& node) const;
 
-        const Box& box;
+    private:
+        std::array<float, 3> low_;
+        std::array<float, 3> high_;
     };
+
+    void ChooseMiddle(const std::vector<Box>& boxes);
+    void FillLowest(const std::vector<Box>& boxes);
 
     struct Place {
         std::uint32_t level;
@@ -97,16 +111,18 @@ private:
                     continue;
                 }
                 const std::uint32_t index = place.node * static_cast<std::uint32_t>(kWidth) + child;
-                if (place.level == 0) {
-                    visit(static_cast<std::size_t>(index));
-                } else {
+                if (place.level > 0 && index < levels_[place.level - 1].size()) {
                     waiting[size++] = {place.level - 1, index};
+                } else if (place.level == 0 && index < count_) {
+                    visit(static_cast<std::size_t>(index));
                 }
             }
         }
     }
 
     std::size_t count_ = 0;
+    Point middle_{};
+    double slack_ = 0.0;                     ///< by which all boxes are grown
     std::vector<std::vector<Node>> levels_;  ///< the lowest first; the last has one node
 };
 

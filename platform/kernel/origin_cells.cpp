@@ -1,5 +1,6 @@
 #include "kernel/origin_cells.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace qnl {
@@ -18,12 +19,35 @@ std::uint64_t HashOf(const Point& place) {
     return hash;
 }
 
+// The sine that one cell asks for (see MeasureNodes), above 1 for cells that are no tetras or meet the node
+// twice.
+double SineFor(const FaceTopology& topology, int cell, int node, const RayScale& scale) {
+    constexpr double kNever = 2.0;
+    const int* corners = topology.Corners(cell);
+    if (!topology.IsTetra(cell) || std::count(corners, corners + 4, node) != 1) {
+        return kNever;
+    }
+    const auto corner = static_cast<std::size_t>(std::find(corners, corners + 4, node) - corners);
+    const Tetra tetra{topology.Place(corners[0]), topology.Place(corners[1]), topology.Place(corners[2]),
+                      topology.Place(corners[3])};
+    const double sixVolumes = SixVolumes(tetra);
+    const auto& face = kTetraFaces[kFaceOpposite[corner]];
+    const double twiceArea =
+        Length(Cross(Minus(tetra[face[1]], tetra[face[0]]), Minus(tetra[face[2]], tetra[face[0]])));
+    if (!(sixVolumes > 0.0)) {
+        return kNever;
+    }
+    const double overshoot = PlaneOvershoot(tetra, sixVolumes, scale.epsilon, 0.1 * scale.passLength);
+    return std::max(2.0 * overshoot / scale.passLength, 1.5 * scale.reach * twiceArea / sixVolumes);
+}
+
 }  // namespace
 
-OriginCells::OriginCells(const FaceTopology& topology, const std::vector<RayHazards::NearCell>& nearCells)
+OriginCells::OriginCells(const FaceTopology& topology, const RayHazards& hazards, const RayScale& scale)
     : nodes_(BoundaryNodes(topology)) {
     HashNodes(topology);
-    GatherCells(topology, nearCells);
+    GatherCells(topology, hazards.nearCells);
+    MeasureNodes(topology, hazards, scale);
 }
 
 std::size_t OriginCells::FindEntry(const FaceTopology& topology, const Point& place) const {
@@ -82,16 +106,45 @@ void OriginCells::GatherCells(const FaceTopology& topology,
     forPairs([&](std::size_t node, int cell) { cells_[first_[node + 1]++] = cell; });
 }
 
-OriginCells::Range OriginCells::At(const FaceTopology& topology, const Point& place) const {
-    if (nodes_.empty()) {
-        return {nullptr, nullptr};
+// At depth t a ray that stays off a cell by the sine is at least t times the sine away from it, and moving
+// the cell's planes brings it no nearer than the overshoot. Up to where the ray is farther than the reach
+// from all faces at the node, everything within reach must belong to cells of the node: so their opposite
+// faces must be farther away than that.
+void OriginCells::MeasureNodes(const FaceTopology& topology, const RayHazards& hazards,
+                               const RayScale& scale) {
+    constexpr float kNever = 2.0F;
+    sine_.assign(nodes_.size(), 0.0F);
+    const int count = static_cast<int>(nodes_.size());
+#pragma omp parallel for schedule(static)
+    for (int i = 0; i < count; ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        double sine = 0.0;
+        for (std::uint32_t c = first_[at]; c < first_[at + 1]; ++c) {
+            sine = std::max(sine, SineFor(topology, cells_[c], nodes_[at], scale));
+        }
+        sine_[at] = sine < 1.0 ? static_cast<float>(1.001 * sine) : kNever;
     }
-    const int found = table_[FindEntry(topology, place)];
+    const auto rule = [&](int node) {
+        const auto found = std::lower_bound(nodes_.begin(), nodes_.end(), node);
+        if (found != nodes_.end() && *found == node) {
+            sine_[static_cast<std::size_t>(found - nodes_.begin())] = kNever;
+        }
+    };
+    for (const RayHazards::NearCell& pair : hazards.nearCells) {
+        rule(pair.node);
+    }
+    for (const int cell : hazards.cells) {
+        std::for_each(topology.Corners(cell), topology.Neighbours(cell), rule);
+    }
+}
+
+OriginCells::Entry OriginCells::At(const FaceTopology& topology, const Point& place) const {
+    const int found = nodes_.empty() ? -1 : table_[FindEntry(topology, place)];
     if (found < 0) {
-        return {nullptr, nullptr};
+        return {-1, 0.0F, nullptr, nullptr};
     }
-    const auto node = static_cast<std::size_t>(found);
-    return {cells_.data() + first_[node], cells_.data() + first_[node + 1]};
+    const auto entry = static_cast<std::size_t>(found);
+    return {nodes_[entry], sine_[entry], cells_.data() + first_[entry], cells_.data() + first_[entry + 1]};
 }
 
 }  // namespace qnl

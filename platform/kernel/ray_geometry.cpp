@@ -79,8 +79,8 @@ bool MayMeet(const Seen& a, const Seen& b, const Seen& c, double margin) {
     for (std::size_t i = 0; i < 3; ++i) {
         const Seen& p = *corner[i];
         const Seen& q = *corner[i + 1];
-        const double side = p.u * q.v - p.v * q.u;
-        const double slack = margin * (std::fabs(p.u - q.u) + std::fabs(p.v - q.v) + margin);
+        const double side = SideOf(p, q);
+        const double slack = SideSlack(p, q, margin);
         left = left && side >= -slack;
         right = right && side <= slack;
     }

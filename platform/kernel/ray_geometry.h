@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 
 #include "kernel/mesh_data.h"
@@ -14,6 +15,9 @@ using Triangle = std::array<Point, 3>;
 /// Faces of a tetra of positive volume, outward.
 inline constexpr std::array<std::array<std::size_t, 3>, 4> kTetraFaces{
     {{0, 2, 1}, {0, 1, 3}, {1, 2, 3}, {0, 3, 2}}};
+
+/// Position in kTetraFaces of the face opposite to a corner.
+inline constexpr std::array<std::size_t, 4> kFaceOpposite{2, 3, 1, 0};
 
 /// Six times the volume; positive when corner 3 lies on the side of the first three from which they run
 /// counterclockwise.
@@ -48,6 +52,17 @@ struct Seen {
 inline Seen LookAt(const Ray& ray, const Point& place) {
     const Point offset = Minus(place, ray.origin);
     return {Dot(offset, ray.across), Dot(offset, ray.aside), Dot(offset, ray.direction)};
+}
+
+/// How a line seen end on passes an edge: positive when the edge runs counterclockwise around it.
+inline double SideOf(const Seen& p, const Seen& q) {
+    return p.u * q.v - p.v * q.u;
+}
+
+/// What `SideOf` must exceed for the line to be farther than `margin` from the edge's line; a bound that
+/// needs no root.
+inline double SideSlack(const Seen& p, const Seen& q, double margin) {
+    return margin * (std::fabs(p.u - q.u) + std::fabs(p.v - q.v) + margin);
 }
 
 /// Parameters at which the ray is inside a tetra of positive volume whose planes are moved outward by

@@ -42,18 +42,6 @@ Areas FaceAreas(const Tetra& tetra) {
     return areas;
 }
 
-// Moving all planes of a tetra outward by epsilon scales it about its inner centre by 1 + epsilon / r, with
-// the inner radius r = 3 V / A; no point moves farther than epsilon L / r, L the longest edge. The quick
-// bound uses A <= sqrt(3) L^2.
-double Overshoot(const Tetra& tetra, double sixVolumes, double epsilon, double enough) {
-    const double longest = LongestEdge(tetra);
-    const double quick = 3.4642 * epsilon * longest * longest * longest / sixVolumes;
-    if (quick <= enough) {
-        return quick;
-    }
-    return epsilon * longest * FaceAreas(tetra).sum / sixVolumes;
-}
-
 struct CellCheck {
     bool turned = false;
     double overshoot = 0.0;
@@ -64,12 +52,13 @@ CellCheck CheckCell(const FaceTopology& topology, int cell, double epsilon, doub
     ForPieces(topology, cell, [&](const Tetra& piece) {
         const double sixVolumes = SixVolumes(piece);
         if (sixVolumes > 0.0) {
-            check.overshoot = std::max(check.overshoot, Overshoot(piece, sixVolumes, epsilon, reach));
+            check.overshoot = std::max(check.overshoot, PlaneOvershoot(piece, sixVolumes, epsilon, reach));
             return;
         }
         if (FaceAreas(piece).smallest > 0.0) {
             check.turned = true;
-            const double moved = sixVolumes < 0.0 ? Overshoot(piece, -sixVolumes, epsilon, reach) : kInfinity;
+            const double moved =
+                sixVolumes < 0.0 ? PlaneOvershoot(piece, -sixVolumes, epsilon, reach) : kInfinity;
             check.overshoot = std::max(check.overshoot, moved);
         }
     });
@@ -219,6 +208,18 @@ private:
 
 }  // namespace
 
+// Moving all planes of a tetra outward by epsilon scales it about its inner centre by 1 + epsilon / r, with
+// the inner radius r = 3 V / A; no point moves farther than epsilon L / r, L the longest edge. The quick
+// bound uses A <= sqrt(3) L^2.
+double PlaneOvershoot(const Tetra& tetra, double sixVolumes, double epsilon, double enough) {
+    const double longest = LongestEdge(tetra);
+    const double quick = 3.4642 * epsilon * longest * longest * longest / sixVolumes;
+    if (quick <= enough) {
+        return quick;
+    }
+    return epsilon * longest * FaceAreas(tetra).sum / sixVolumes;
+}
+
 std::vector<int> BoundaryNodes(const FaceTopology& topology) {
     std::vector<std::uint8_t> onBoundary(topology.nodes.size(), 0);
     for (int cell = 0; cell < topology.Cells(); ++cell) {
@@ -240,14 +241,14 @@ std::vector<int> BoundaryNodes(const FaceTopology& topology) {
     return nodes;
 }
 
-RayHazards FindRayHazards(const FaceTopology& topology, double epsilon, double reach) {
+RayHazards FindRayHazards(const FaceTopology& topology, const RayScale& scale) {
     RayHazards hazards;
-    hazards.cells = HazardCells(topology, epsilon, reach);
+    hazards.cells = HazardCells(topology, scale.epsilon, scale.reach);
     hazards.boxes.reserve(hazards.cells.size());
     for (const int cell : hazards.cells) {
-        hazards.boxes.push_back(HazardBox(topology, cell, epsilon, reach));
+        hazards.boxes.push_back(HazardBox(topology, cell, scale.epsilon, scale.reach));
     }
-    hazards.nearCells = NearCellSearch(topology, reach).Search();
+    hazards.nearCells = NearCellSearch(topology, scale.reach).Search();
     return hazards;
 }
 

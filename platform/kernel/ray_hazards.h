@@ -4,6 +4,8 @@
 
 #include "kernel/box_hierarchy.h"
 #include "kernel/face_topology.h"
+#include "kernel/ray_geometry.h"
+#include "kernel/ray_tolerance.h"
 
 namespace qnl {
 
@@ -24,10 +26,13 @@ struct RayHazards {
     std::vector<NearCell> nearCells;
 };
 
-/// `epsilon` is the distance by which planes are moved, `reach` the distance within which the walk follows
-/// cells. Independent of the number of threads. Cost linear in the number of cells for meshes whose boundary
+/// Independent of the number of threads. Cost linear in the number of cells for meshes whose boundary
 /// nodes are spread over space.
-RayHazards FindRayHazards(const FaceTopology& topology, double epsilon, double reach);
+RayHazards FindRayHazards(const FaceTopology& topology, const RayScale& scale);
+
+/// How far a point of a tetra can get when its planes are moved outward by `epsilon`: an upper bound, coarse
+/// when that is no more than `enough`. `sixVolumes` is positive.
+double PlaneOvershoot(const Tetra& tetra, double sixVolumes, double epsilon, double enough);
 
 /// Nodes of the boundary faces, ascending.
 std::vector<int> BoundaryNodes(const FaceTopology& topology);

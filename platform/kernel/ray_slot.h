@@ -73,6 +73,10 @@ struct RaySlot {
         double depth;
         int cell;
     };
+    struct Ending {
+        double depth;
+        int cell;
+    };
     struct FaceHit {
         double depth;
         int face;  ///< 1-based
@@ -84,10 +88,12 @@ struct RaySlot {
     std::vector<Waiting> waiting;   ///< cells that begin beyond what is known to be inside
     std::vector<Touched> touched;   ///< spans of one cell follow each other, disjoint and ascending
     std::vector<Span> detached;     ///< touched spans that do not yet join the one that begins at the origin
+    std::vector<Ending> endings;    ///< passed cells not clipped yet, with the depth of their farthest corner
     std::vector<Span> pieces;       ///< of the cell at hand
     std::vector<FaceHit> faceHits;  ///< hits of one face follow each other
     std::vector<int> ids;
     double reached = 0.0;  ///< end of the joined spans
+    int startNode = -1;    ///< node whose cells are all accounted for, when there is one
 };
 
 }  // namespace qnl

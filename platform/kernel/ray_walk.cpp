@@ -13,12 +13,6 @@
 namespace qnl {
 namespace {
 
-// The distance around a ray within which cells are followed: far above the rounding of positions and the
-// tolerance, far below the size of a cell.
-double FollowDistance(double meshSize, double epsilon) {
-    return std::max(1e-4 * meshSize, 1e3 * epsilon);
-}
-
 bool IsFinite(const Point& p) {
     return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]);
 }
@@ -41,68 +35,14 @@ std::optional<Point> UnitVector(const Point& direction) {
     return unit;
 }
 
-// Edges of a tetra, and for each local face the edges along which it runs forward and backward, as bits.
-constexpr std::array<std::array<std::size_t, 2>, 6> kTetraEdges{
-    {{0, 1}, {0, 2}, {0, 3}, {1, 2}, {1, 3}, {2, 3}}};
-
-struct FaceEdges {
-    unsigned forward;
-    unsigned backward;
-};
-
-constexpr std::array<FaceEdges, 4> kFaceEdges{
-    {{0b000010, 0b001001}, {0b010001, 0b000100}, {0b101000, 0b010000}, {0b000100, 0b100010}}};
-
-// Bits of the edges that the ray has on one side, seen along it, or within the margin.
-struct EdgeSides {
-    unsigned left;
-    unsigned right;
-};
-
-EdgeSides SidesOf(const std::array<Seen, 4>& seen, double margin) {
-    EdgeSides sides{0, 0};
-    for (std::size_t e = 0; e < 6; ++e) {
-        const Seen& p = seen[kTetraEdges[e][0]];
-        const Seen& q = seen[kTetraEdges[e][1]];
-        const double side = p.u * q.v - p.v * q.u;
-        const double slack = margin * (std::fabs(p.u - q.u) + std::fabs(p.v - q.v) + margin);
-        sides.left |= static_cast<unsigned>(side >= -slack) << e;
-        sides.right |= static_cast<unsigned>(side <= slack) << e;
-    }
-    return sides;
-}
-
-bool MayMeetFace(const EdgeSides& sides, const FaceEdges& face) {
-    const unsigned all = face.forward | face.backward;
-    return ((sides.left & face.forward) | (sides.right & face.backward)) == all ||
-           ((sides.right & face.forward) | (sides.left & face.backward)) == all;
-}
-
-void JoinOverlapping(std::vector<Span>& spans) {
-    std::sort(spans.begin(), spans.end(), [](const Span& a, const Span& b) { return a.low < b.low; });
-    std::size_t last = 0;
-    for (std::size_t i = 1; i < spans.size(); ++i) {
-        if (spans[i].low <= spans[last].high) {
-            spans[last].high = std::max(spans[last].high, spans[i].high);
-        } else {
-            spans[++last] = spans[i];
-        }
-    }
-    spans.resize(spans.empty() ? 0 : last + 1);
-}
-
 }  // namespace
 
 RayWalker::RayWalker(FaceTopology topology, double meshSize, bool singlePrecision)
-    : topology_(std::move(topology)),
-      epsilon_(RayEpsilon(meshSize, singlePrecision)),
-      passLength_(RayPassLength(meshSize)),
-      reach_(FollowDistance(meshSize, epsilon_)) {
+    : topology_(std::move(topology)), scale_(meshSize, singlePrecision) {
     IndexBoundary();
-    RayHazards hazards = FindRayHazards(topology_, epsilon_, reach_);
-    hazards_ = std::move(hazards.cells);
-    hazardBoxes_ = BoxHierarchy(hazards.boxes);
-    origins_ = OriginCells(topology_, hazards.nearCells);
+    const RayHazards hazards = FindRayHazards(topology_, scale_);
+    IndexHazards(hazards);
+    origins_ = OriginCells(topology_, hazards, scale_);
 }
 
 void RayWalker::IndexBoundary() {
@@ -120,6 +60,17 @@ void RayWalker::IndexBoundary() {
     faceBoxes_ = BoxHierarchy(boxes);
 }
 
+void RayWalker::IndexHazards(const RayHazards& hazards) {
+    hazards_ = hazards.cells;
+    hazardBoxes_ = BoxHierarchy(hazards.boxes);
+    if (!hazards_.empty()) {
+        isHazard_.assign(static_cast<std::size_t>(topology_.Cells()), false);
+    }
+    for (const int cell : hazards_) {
+        isHazard_[static_cast<std::size_t>(cell)] = true;
+    }
+}
+
 void RayWalker::AddBoundaryFace(int cell, std::size_t face, std::vector<Box>& boxes) {
     const FaceTriangles triangles = SplitFace(topology_, cell, face);
     Box box = Box::Nothing();
@@ -129,10 +80,10 @@ void RayWalker::AddBoundaryFace(int cell, std::size_t face, std::vector<Box>& bo
         for (const Point& corner : triangle) {
             box.Extend(corner);
         }
-        overshoot = std::max(overshoot, EdgeOvershoot(triangle, epsilon_));
+        overshoot = std::max(overshoot, EdgeOvershoot(triangle, scale_.epsilon));
     }
-    const bool thin = overshoot > reach_;
-    box.Grow(thin ? 1.001 * overshoot + reach_ : reach_);
+    const bool thin = overshoot > scale_.reach;
+    box.Grow(thin ? 1.001 * overshoot + scale_.reach : scale_.reach);
     boxes.push_back(box);
     faces_.push_back({cell, static_cast<std::uint8_t>(face), thin});
 }
@@ -168,7 +119,7 @@ const BoxHierarchy& RayWalker::CellBoxes() {
             for (int c = 0; c < topology_.Shape(cell).corners; ++c) {
                 box.Extend(topology_.Place(topology_.Corners(cell)[c]));
             }
-            box.Grow(reach_);
+            box.Grow(scale_.reach);
         }
         cellBoxes_ = BoxHierarchy(boxes);
     });
@@ -208,56 +159,66 @@ bool RayWalker::Trace(RaySlot& slot, const Ray& ray) {
     slot.waiting.clear();
     slot.touched.clear();
     slot.detached.clear();
+    slot.endings.clear();
     slot.reached = 0.0;
+    slot.startNode = -1;
     PushOrigin(slot, ray);
     do {
         Follow(slot, ray);
         PushNearby(slot, ray);
     } while (!slot.stack.empty());
-    return ContainsOrigin(slot);
+    return slot.startNode >= 0 || ContainsOrigin(slot);
 }
 
 void RayWalker::PushOrigin(RaySlot& slot, const Ray& ray) {
-    const auto push = [&](int cell) {
-        if (slot.visited.Insert(cell)) {
-            slot.stack.push_back(cell);
+    const OriginCells::Entry known = origins_.At(topology_, ray.origin);
+    if (known.node < 0) {
+        CellBoxes().ForOverlap({ray.origin, ray.origin},
+                               [&](std::size_t cell) { Push(slot, static_cast<int>(cell)); });
+    } else if (!StartAtNode(slot, ray, known)) {
+        for (const int cell : known) {
+            Push(slot, cell);
         }
-    };
-    const OriginCells::Range known = origins_.At(topology_, ray.origin);
-    if (known.first != nullptr) {
-        std::for_each(known.begin(), known.end(), push);
-        return;
     }
-    const Box place{ray.origin, ray.origin};
-    CellBoxes().ForOverlap(place, [&](std::size_t cell) { push(static_cast<int>(cell)); });
 }
 
 void RayWalker::PushNearby(RaySlot& slot, const Ray& ray) const {
     slot.faceHits.clear();
-    const Segment segment(ray.origin, ray.direction, -(epsilon_ + reach_), Horizon(slot));
+    const Segment segment(ray.origin, ray.direction, -(scale_.epsilon + scale_.reach), Horizon(slot));
     faceBoxes_.ForSegment(segment, [&](std::size_t face) { TestFace(slot, ray, faces_[face]); });
-    hazardBoxes_.ForSegment(segment, [&](std::size_t i) {
-        if (slot.visited.Insert(hazards_[i])) {
-            slot.stack.push_back(hazards_[i]);
+    hazardBoxes_.ForSegment(segment, [&](std::size_t i) { Push(slot, hazards_[i]); });
+}
+
+bool RayWalker::HasCorner(const OwnedFace& face, int node) const {
+    const CellShape& shape = topology_.Shape(face.cell);
+    const int* corners = topology_.Corners(face.cell);
+    for (std::size_t c = 0; c < shape.faceCorners[face.localFace]; ++c) {
+        if (corners[shape.face[face.localFace][c]] == node) {
+            return true;
         }
-    });
+    }
+    return false;
 }
 
 void RayWalker::TestFace(RaySlot& slot, const Ray& ray, const OwnedFace& face) const {
+    const int id = ~topology_.Neighbours(face.cell)[face.localFace] + 1;
+    if (slot.startNode >= 0 && HasCorner(face, slot.startNode)) {
+        slot.faceHits.push_back({-1.0, id, true});
+        return;
+    }
     const FaceTriangles triangles = SplitFace(topology_, face.cell, face.localFace);
     for (std::size_t t = 0; t < triangles.count; ++t) {
         const Triangle triangle = TriangleOf(face.cell, face.localFace, triangles.corner[t]);
-        const bool near =
-            MayMeet(LookAt(ray, triangle[0]), LookAt(ray, triangle[1]), LookAt(ray, triangle[2]), reach_);
-        if (near && slot.visited.Insert(face.cell)) {
-            slot.stack.push_back(face.cell);
+        const bool near = MayMeet(LookAt(ray, triangle[0]), LookAt(ray, triangle[1]),
+                                  LookAt(ray, triangle[2]), scale_.reach);
+        if (near) {
+            Push(slot, face.cell);
         }
         if (!near && !face.thin) {
             continue;
         }
-        const TriangleHit hit = HitTriangle(triangle, ray, epsilon_);
+        const TriangleHit hit = HitTriangle(triangle, ray, scale_.epsilon);
         if (hit.crossed || hit.containsOrigin) {
-            const int id = ~topology_.Neighbours(face.cell)[face.localFace] + 1;
             slot.faceHits.push_back({hit.crossed ? hit.depth : -1.0, id, hit.containsOrigin});
         }
     }
@@ -268,13 +229,20 @@ void RayWalker::Follow(RaySlot& slot, const Ray& ray) const {
         while (!slot.stack.empty()) {
             const int cell = slot.stack.back();
             slot.stack.pop_back();
-            if (topology_.IsTetra(cell)) {
-                VisitTetra(slot, ray, cell);
-            } else {
-                VisitOther(slot, ray, cell);
-            }
+            Visit(slot, ray, cell);
         }
+        ClipEndings(slot, ray);
     } while (ResumeWaiting(slot));
+}
+
+// Moving its planes can carry the end of a cell's span farther, at most by the reach beyond its corners.
+void RayWalker::ClipEndings(RaySlot& slot, const Ray& ray) const {
+    for (const RaySlot::Ending& ending : slot.endings) {
+        if (ending.depth + scale_.reach > slot.reached) {
+            slot.reached = std::max(slot.reached, ClipTetraCell(ray, ending.cell).high);
+        }
+    }
+    slot.endings.clear();
 }
 
 // Joins spans that now connect, and takes up the cells that have come within the horizon.
@@ -282,7 +250,7 @@ bool RayWalker::ResumeWaiting(RaySlot& slot) const {
     for (bool grown = true; grown && !slot.detached.empty();) {
         grown = false;
         for (const Span& span : slot.detached) {
-            if (span.low <= slot.reached + epsilon_ && span.high > slot.reached) {
+            if (span.low <= slot.reached + scale_.epsilon && span.high > slot.reached) {
                 slot.reached = span.high;
                 grown = true;
             }
@@ -292,102 +260,16 @@ bool RayWalker::ResumeWaiting(RaySlot& slot) const {
     const auto beyond = std::partition(slot.waiting.begin(), slot.waiting.end(),
                                        [&](const RaySlot::Waiting& w) { return w.depth > horizon; });
     for (auto w = beyond; w != slot.waiting.end(); ++w) {
-        if (slot.visited.Insert(w->cell)) {
-            slot.stack.push_back(w->cell);
-        }
+        Push(slot, w->cell);
     }
     slot.waiting.erase(beyond, slot.waiting.end());
     return !slot.stack.empty();
 }
 
-void RayWalker::Step(RaySlot& slot, int neighbour, double nearest, double farthest) const {
-    if (farthest < -(epsilon_ + reach_)) {
-        return;
-    }
-    if (nearest > Horizon(slot)) {
-        slot.waiting.push_back({nearest, neighbour});
-        return;
-    }
-    if (slot.visited.Insert(neighbour)) {
-        Prefetch(topology_.Corners(neighbour));
-        slot.stack.push_back(neighbour);
-    }
-}
-
-void RayWalker::Touch(RaySlot& slot, int cell, const Span& span) const {
-    if (!(span.low <= span.high) || span.high < -epsilon_) {
-        return;
-    }
-    slot.touched.push_back({span, cell});
-    if (span.low <= slot.reached + epsilon_) {
-        slot.reached = std::max(slot.reached, span.high);
-    } else {
-        slot.detached.push_back(span);
-    }
-}
-
-void RayWalker::VisitTetra(RaySlot& slot, const Ray& ray, int cell) const {
-    const int* corners = topology_.Corners(cell);
-    const int* neighbours = corners + 4;
-    Tetra tetra;
-    std::array<Seen, 4> seen;
-    for (std::size_t c = 0; c < 4; ++c) {
-        tetra[c] = topology_.Place(corners[c]);
-        seen[c] = LookAt(ray, tetra[c]);
-    }
-    Touch(slot, cell, ClipTetra(tetra, ray.origin, ray.direction, epsilon_));
-    const EdgeSides sides = SidesOf(seen, reach_);
-    for (std::size_t f = 0; f < 4; ++f) {
-        if (neighbours[f] >= 0 && MayMeetFace(sides, kFaceEdges[f])) {
-            const double a = seen[kTetraFaces[f][0]].depth;
-            const double b = seen[kTetraFaces[f][1]].depth;
-            const double c = seen[kTetraFaces[f][2]].depth;
-            Step(slot, neighbours[f], std::min({a, b, c}), std::max({a, b, c}));
-        }
-    }
-}
-
-void RayWalker::VisitOther(RaySlot& slot, const Ray& ray, int cell) const {
-    ClipPieces(slot, ray, cell);
-    const CellShape& shape = topology_.Shape(cell);
-    const int* corners = topology_.Corners(cell);
-    const int* neighbours = topology_.Neighbours(cell);
-    std::array<Seen, 8> seen;
-    for (std::size_t c = 0; c < static_cast<std::size_t>(shape.corners); ++c) {
-        seen[c] = LookAt(ray, topology_.Place(corners[c]));
-    }
-    for (std::size_t f = 0; f < static_cast<std::size_t>(shape.faces); ++f) {
-        const FaceTriangles triangles = SplitFace(topology_, cell, f);
-        for (std::size_t t = 0; t < triangles.count && neighbours[f] >= 0; ++t) {
-            const Seen& a = seen[shape.face[f][triangles.corner[t][0]]];
-            const Seen& b = seen[shape.face[f][triangles.corner[t][1]]];
-            const Seen& c = seen[shape.face[f][triangles.corner[t][2]]];
-            if (MayMeet(a, b, c, reach_)) {
-                Step(slot, neighbours[f], std::min({a.depth, b.depth, c.depth}),
-                     std::max({a.depth, b.depth, c.depth}));
-            }
-        }
-    }
-}
-
-void RayWalker::ClipPieces(RaySlot& slot, const Ray& ray, int cell) const {
-    slot.pieces.clear();
-    ForPieces(topology_, cell, [&](const Tetra& piece) {
-        const Span span = ClipAnyTetra(piece, ray.origin, ray.direction, epsilon_);
-        if (span.low <= span.high) {
-            slot.pieces.push_back(span);
-        }
-    });
-    JoinOverlapping(slot.pieces);
-    for (const Span& span : slot.pieces) {
-        Touch(slot, cell, span);
-    }
-}
-
 // The joined spans begin at the origin when one of them contains it, or when the gap around it closes.
 bool RayWalker::ContainsOrigin(const RaySlot& slot) const {
-    double before = -2.0 * epsilon_;
-    double after = 2.0 * epsilon_;
+    double before = -2.0 * scale_.epsilon;
+    double after = 2.0 * scale_.epsilon;
     for (const RaySlot::Touched& touched : slot.touched) {
         if (touched.span.low <= 0.0 && touched.span.high >= 0.0) {
             return true;
@@ -398,7 +280,7 @@ bool RayWalker::ContainsOrigin(const RaySlot& slot) const {
             after = std::min(after, touched.span.low);
         }
     }
-    return after - before <= epsilon_;
+    return after - before <= scale_.epsilon;
 }
 
 bool RayWalker::CollectCells(RaySlot& slot) const {
@@ -409,7 +291,7 @@ bool RayWalker::CollectCells(RaySlot& slot) const {
             const Span& span = slot.touched[i].span;
             length += std::max(0.0, std::min(span.high, slot.reached) - std::max(span.low, 0.0));
         }
-        if (length > passLength_) {
+        if (length > scale_.passLength) {
             slot.ids.push_back(topology_.boundaryFaces + topology_.fileCell[static_cast<std::size_t>(cell)] +
                                1);
         }
@@ -420,7 +302,7 @@ bool RayWalker::CollectCells(RaySlot& slot) const {
 void RayWalker::CollectFaces(RaySlot& slot) const {
     int last = 0;
     for (const RaySlot::FaceHit& hit : slot.faceHits) {
-        const bool inside = hit.depth > epsilon_ && hit.depth <= slot.reached + epsilon_;
+        const bool inside = hit.depth > scale_.epsilon && hit.depth <= slot.reached + scale_.epsilon;
         if ((inside || hit.containsOrigin) && hit.face != last) {
             slot.ids.push_back(hit.face);
             last = hit.face;

@@ -10,7 +10,9 @@
 #include "kernel/box_hierarchy.h"
 #include "kernel/face_topology.h"
 #include "kernel/origin_cells.h"
+#include "kernel/ray_hazards.h"
 #include "kernel/ray_slot.h"
+#include "kernel/ray_tolerance.h"
 
 namespace qnl {
 
@@ -38,6 +40,11 @@ namespace qnl {
 /// the owners of all boundary faces near the ray, and at the few cells that such a walk could miss (see
 /// RayHazards). A straight path inside that neighbourhood from any touched cell to the origin either stays
 /// in cells or leaves them through a boundary face, so no touched cell is missed.
+///
+/// Two short cuts leave the result as it is. Where the ray crosses the faces of tetras well inside, it
+/// meets no other cell, and depths of crossings bound the touched intervals closely enough; the planes are
+/// moved only for cells near the end. And where a ray leaves a boundary node well inside one tetra, the
+/// other cells at the node are neither passed nor do they prolong the way (see OriginCells).
 class RayWalker {
 public:
     /// Takes the topology over. `meshSize` is h, in mm.
@@ -68,34 +75,58 @@ private:
         bool thin;  ///< moving the edges of a triangle carries its corners farther than the reach
     };
 
+    // A tetra face that the ray crosses farther than the reach from its edges, on its way out.
+    struct Front {
+        std::array<int, 3> node;
+        std::array<Seen, 3> seen;    // counterclockwise
+        std::array<double, 3> side;  // SideOf corner i and the next one
+        double Depth() const;
+        double Farthest() const;
+    };
+
     void IndexBoundary();
+    void IndexHazards(const RayHazards& hazards);
     void AddBoundaryFace(int cell, std::size_t face, std::vector<Box>& boxes);
     Triangle TriangleOf(int cell, std::size_t face, const std::array<std::size_t, 3>& corner) const;
     RaySlot& SlotOf(int slot);
     const BoxHierarchy& CellBoxes();
+
     bool Trace(RaySlot& slot, const Ray& ray);
     void PushOrigin(RaySlot& slot, const Ray& ray);
     void PushNearby(RaySlot& slot, const Ray& ray) const;
+    bool HasCorner(const OwnedFace& face, int node) const;
     void TestFace(RaySlot& slot, const Ray& ray, const OwnedFace& face) const;
     void Follow(RaySlot& slot, const Ray& ray) const;
+    void ClipEndings(RaySlot& slot, const Ray& ray) const;
     bool ResumeWaiting(RaySlot& slot) const;
+
+    bool StartAtNode(RaySlot& slot, const Ray& ray, const OriginCells::Entry& entry) const;
+    bool LeavesThrough(const Ray& ray, int cell, int node, double sine, Front& front, bool& clear) const;
+    void FollowFronts(RaySlot& slot, const Ray& ray, int cell, Front& front) const;
+    bool Advance(const Ray& ray, int cell, Front& front, std::size_t& exit) const;
+
+    void Visit(RaySlot& slot, const Ray& ray, int cell) const;
     void VisitTetra(RaySlot& slot, const Ray& ray, int cell) const;
     void VisitOther(RaySlot& slot, const Ray& ray, int cell) const;
+    Span ClipTetraCell(const Ray& ray, int cell) const;
     void ClipPieces(RaySlot& slot, const Ray& ray, int cell) const;
+    void Push(RaySlot& slot, int cell) const;
     void Step(RaySlot& slot, int neighbour, double nearest, double farthest) const;
     void Touch(RaySlot& slot, int cell, const Span& span) const;
-    double Horizon(const RaySlot& slot) const { return slot.reached + epsilon_ + reach_; }
+    void Pass(RaySlot& slot, int cell) const;
+    bool IsHazard(int cell) const;
+    double Horizon(const RaySlot& slot) const { return slot.reached + scale_.epsilon + scale_.reach; }
+
     bool ContainsOrigin(const RaySlot& slot) const;
     bool CollectCells(RaySlot& slot) const;
     void CollectFaces(RaySlot& slot) const;
 
     FaceTopology topology_;
-    double epsilon_;
-    double passLength_;
-    double reach_;
+    RayScale scale_;
     std::vector<OwnedFace> faces_;  ///< boundary faces in the order of their owners here
     BoxHierarchy faceBoxes_;
     std::vector<int> hazards_;
+    std::vector<bool> isHazard_;  ///< per cell; empty when there are none
     BoxHierarchy hazardBoxes_;
     OriginCells origins_;
     std::once_flag cellBoxesMade_;

@@ -126,5 +126,91 @@ TEST(RayWalk, EqualsBruteForceInAwkwardBodies) {
     }
 }
 
+TEST(RayWalk, CrossesASlabAsCalculated) {
+    BoxMesh box;
+    box.blocks = {6, 6, 4};
+    box.size = {6.0, 6.0, 2.0};
+    box.fill = Fill::Hexa;
+    const MeshData mesh = BuildBox(box);
+    const double h = BruteRay::MeanEdge(mesh);
+    const auto walker = MakeWalker(mesh);
+    const RayStart inside{{2.5, 3.5, 0.0}, {0.0, 0.0, 1.0}};
+    EXPECT_EQ(FindIds(*walker, inside).size(), 4U + 2U);
+    EXPECT_NEAR(walker->InsideEnd(inside.origin, inside.direction, 0), 2.0 + 1e-8 * h, 1e-13);
+    const RayStart alongAnEdge{{3.0, 3.0, 0.0}, {0.0, 0.0, 1.0}};
+    EXPECT_EQ(FindIds(*walker, alongAnEdge).size(), 4U * 4U + 8U);
+    const RayStart slanted{{2.5, 3.5, 0.0}, Unit({0.6, 0.0, 0.8})};
+    EXPECT_NEAR(walker->InsideEnd(slanted.origin, slanted.direction, 0), 2.5, 1e-7);
+}
+
+TEST(RayWalk, GivesNothingForRaysThatStartOutsideOrAreNone) {
+    const MeshData mesh = BuildBox(BoxMesh{});
+    const auto walker = MakeWalker(mesh);
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double infinite = std::numeric_limits<double>::infinity();
+    const RayStart starts[] = {
+        {{5.0, 5.0, 5.0}, {1.0, 0.0, 0.0}},      {{-1.0, 0.5, 0.5}, {1.0, 0.0, 0.0}},
+        {{0.0, 0.0, 0.0}, {0.0, 0.0, 0.0}},      {{0.0, 0.0, 0.0}, {nan, 0.0, 1.0}},
+        {{nan, 0.0, 0.0}, {0.0, 0.0, 1.0}},      {{infinite, 0.0, 0.0}, {0.0, 0.0, 1.0}},
+        {{0.0, 0.0, 0.0}, {infinite, 0.0, 0.0}}, {{0.0, 0.0, 0.0}, {0.0, 0.0, -1.0}},
+        {{1e300, 0.0, 0.0}, {0.0, 0.0, 1.0}}};
+    for (const RayStart& start : starts) {
+        int count = -1;
+        EXPECT_NE(walker->Find(count, start.origin, start.direction, 0), nullptr);
+        EXPECT_EQ(count, 0);
+        EXPECT_EQ(walker->InsideEnd(start.origin, start.direction, 0), 0.0);
+    }
+}
+
+TEST(RayWalk, MakesDirectionsUnitVectors) {
+    BoxMesh box;
+    box.blocks = {3, 3, 3};
+    const MeshData mesh = BuildBox(box);
+    const auto walker = MakeWalker(mesh);
+    const double unit = walker->InsideEnd({0.0, 0.0, 0.0}, Unit({1.0, 2.0, 3.0}), 0);
+    for (const double length : {1e-200, 0.5, 3.0, 1e200}) {
+        EXPECT_NEAR(walker->InsideEnd({0.0, 0.0, 0.0}, {length, 2.0 * length, 3.0 * length}, 0), unit, 1e-12);
+    }
+}
+
+TEST(RayWalk, TakesAMeshWithoutCells) {
+    MeshData mesh;
+    mesh.offsets = {0};
+    RayWalker walker(BuildFaceTopology(mesh).topology, 1.0, false);
+    EXPECT_TRUE(FindIds(walker, {{0.0, 0.0, 0.0}, {1.0, 0.0, 0.0}}).empty());
+}
+
+// Slots 0 and 1 are prepared, 2 and 3 are not.
+TEST(RayWalk, GivesTheSameFromSeveralThreads) {
+    BoxMesh box;
+    box.fill = Fill::Mixed;
+    box.blocks = {12, 6, 4};
+    box.jiggle = 0.2;
+    box.shuffled = true;
+    const MeshData mesh = BuildBox(box);
+    const BruteRay brute(mesh, BruteRay::MeanEdge(mesh));
+    const std::vector<RayStart> rays = RaysThrough(mesh, brute);
+    const auto single = MakeWalker(mesh);
+    std::vector<std::vector<int>> expected;
+    for (const RayStart& ray : rays) {
+        expected.push_back(FindIds(*single, ray));
+    }
+    const auto walker = MakeWalker(mesh);
+    walker->PrepareSlots(2);
+    std::vector<std::vector<int>> found(rays.size());
+    std::vector<std::thread> threads;
+    for (int slot = 0; slot < 4; ++slot) {
+        threads.emplace_back([&, slot] {
+            for (std::size_t i = static_cast<std::size_t>(slot); i < rays.size(); i += 4) {
+                found[i] = FindIds(*walker, rays[i], slot);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(found, expected);
+}
+
 }  // namespace
 }  // namespace qnl
