@@ -1,11 +1,14 @@
 #include "input/ResultFileSet.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "input/StagePatterns.h"
 #include "input/TokenReader.h"
 #include "job/Messages.h"
 #include "job/WindowsPath.h"
@@ -20,21 +23,21 @@ constexpr std::size_t kLogLine = 255;
 
 enum class LogCheck { None, ByAnalysisType, Always };
 
-struct StageName {
-    std::string_view input;      ///< in the name of the stage's result file
-    std::string_view extension;  ///< of the result that the program writes
+/// What a pattern in the input name means for the job.
+struct StageRule {
     unsigned char FrozenLayerJob::*presence;
     LogCheck check;
 };
 
-// A name that holds several of these gets every extension, in this order.
-constexpr StageName kStages[] = {
-    {".k4f", ".fzr", &FrozenLayerJob::m_bHasFlow, LogCheck::ByAnalysisType},
-    {".k4p", ".pzr", &FrozenLayerJob::m_bHasFlow, LogCheck::Always},
-    {".k4c", ".czr", &FrozenLayerJob::m_bHasCool, LogCheck::None},
-    {".k4hc", ".hczr", &FrozenLayerJob::m_bHasCool, LogCheck::None},
-    {".k4w", ".wzr", &FrozenLayerJob::m_bHasWarp, LogCheck::None},
-};
+// By stage pattern. A name that holds several patterns gets every extension, in their order.
+constexpr std::array<StageRule, kStagePatterns.size()> kStageRules{{
+    {&FrozenLayerJob::m_bHasFlow, LogCheck::ByAnalysisType},
+    {&FrozenLayerJob::m_bHasFlow, LogCheck::Always},
+    {&FrozenLayerJob::m_bHasCool, LogCheck::None},
+    {&FrozenLayerJob::m_bHasCool, LogCheck::None},
+    {&FrozenLayerJob::m_bHasWarp, LogCheck::None},
+}};
+constexpr std::string_view kFlowPattern = kStagePatterns[0].pattern;
 
 constexpr int kTypesWithIntermediateTimes[] = {1, 4, 6, 7, 8, 9};
 
@@ -47,6 +50,13 @@ bool IsLogChecked(const FrozenLayerJob& job, LogCheck check) {
     return check == LogCheck::Always ||
            (check == LogCheck::ByAnalysisType &&
             std::find(std::begin(kTypesWithIntermediateTimes), end, job.m_nAnalysisType) != end);
+}
+
+void TakeStage(FrozenLayerJob& job, const StageRule& rule) {
+    job.*rule.presence = 1;
+    if (IsLogChecked(job, rule.check) && CheckIntermediateOutputLog(job) == kComplete) {
+        job.m_bHasIntermediateTimes = 1;
+    }
 }
 
 void LookForFibreResult(FrozenLayerJob& job, const std::string& path, bool flow) {
@@ -64,19 +74,15 @@ void LookForFibreResult(FrozenLayerJob& job, const std::string& path, bool flow)
 int SelectResultFiles(FrozenLayerJob& job) {
     const std::string_view input = job.m_szInputResult != nullptr ? job.m_szInputResult : "";
     std::string result = CutExtension(input);
-    for (const StageName& stage : kStages) {
-        if (!Holds(input, stage.input)) {
-            continue;
-        }
-        result += stage.extension;
-        job.*stage.presence = 1;
-        if (IsLogChecked(job, stage.check) && CheckIntermediateOutputLog(job) == kComplete) {
-            job.m_bHasIntermediateTimes = 1;
+    for (std::size_t i = 0; i < kStagePatterns.size(); ++i) {
+        if (Holds(input, kStagePatterns[i].pattern)) {
+            result += kStagePatterns[i].resultExtension;
+            TakeStage(job, kStageRules[i]);
         }
     }
     job.m_szResultFile.Set(result);
     if (job.m_bHasCool != 1 && CheckIntermediateOutputLog(job) == kComplete) {
-        LookForFibreResult(job, ReplaceExtension(input, ".k4o"), Holds(input, kStages[0].input));
+        LookForFibreResult(job, ReplaceExtension(input, kFibreExtension), Holds(input, kFlowPattern));
     }
     return 1;
 }

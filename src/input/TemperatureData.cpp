@@ -5,6 +5,7 @@
 #include "input/CoolResults.h"
 #include "input/FiberResults.h"
 #include "input/FlowResults.h"
+#include "input/StagePatterns.h"
 #include "input/WarpResults.h"
 #include "job/Messages.h"
 #include "job/WindowsPath.h"
@@ -36,7 +37,7 @@ int LoadTemperatureData(FrozenLayerJob& job, const char* path) {
         return LoadForProbe(job, path);
     }
     if (job.m_bIsFlakeLightIntensity == 1) {
-        ReadFiberResults(job, ReplaceExtension(path, ".k4o").c_str());
+        ReadFiberResults(job, ReplaceExtension(path, kFibreExtension).c_str());
     }
     if (!ReadStageResults(job, path)) {
         return -1;

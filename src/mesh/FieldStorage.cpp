@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <new>
 
 #include "job/Messages.h"
 
@@ -13,8 +14,11 @@ constexpr int kTreeBlockSize = 10000;
 constexpr int kTreeBlocks = 200000;
 constexpr double kTreeMargin = 10.0;  // in mesh sizes, on every side of the box
 
-// A negative count becomes a size that no allocation can meet.
+// A negative count is a size that no allocation can meet.
 std::size_t Entries(int count) {
+    if (count < 0) {
+        throw std::bad_array_new_length();
+    }
     return static_cast<std::size_t>(count) + 1;
 }
 
