@@ -1,0 +1,31 @@
+#include "profile/RayFrame.h"
+
+#include <cmath>
+
+namespace {
+
+RayFrame FrameOfRows(const qnl::Vector3& e1, const qnl::Vector3& e2, const qnl::Vector3& a) {
+    RayFrame frame{};
+    frame[1] = {0.0, e1.x, e1.y, e1.z};
+    frame[2] = {0.0, e2.x, e2.y, e2.z};
+    frame[3] = {0.0, a.x, a.y, a.z};
+    return frame;
+}
+
+}  // namespace
+
+int BuildRayFrame(RayFrame& frame, const qnl::Vector3& d) {
+    constexpr double kNearlyAlongZ = 1e-5;
+    constexpr double kDownward = 0.01;
+    const qnl::Vector3 u{-d.y, d.x, 0.0};
+    const double squared = u.x * u.x + u.y * u.y;
+    if (squared < kNearlyAlongZ) {
+        const double sign = std::abs(d.z + 1.0) <= kDownward ? -1.0 : 1.0;
+        frame = FrameOfRows({sign, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, sign});
+        return 0;
+    }
+    const double length = std::sqrt(squared);
+    const qnl::Vector3 e1{u.x / length, u.y / length, 0.0};
+    frame = FrameOfRows(e1, qnl::Cross(d, e1), d);
+    return 1;
+}

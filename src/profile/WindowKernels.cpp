@@ -1,0 +1,96 @@
+#include "profile/WindowKernels.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "profile/DepthWindow.h"
+
+namespace {
+
+double MaxOfFirst(OneBased<const double> values, int count, double start) {
+    double largest = start;
+    for (int i = 1; i <= count; ++i) {
+        if (values[i] >= largest) {
+            largest = values[i];
+        }
+    }
+    return largest;
+}
+
+double Weight(OneBased<const double> depths, int i) {
+    const int before = std::max(i - 1, 1);
+    const int after = std::min(i + 1, depths.Count());
+    return (depths[after] - depths[before]) / 2.0;
+}
+
+}  // namespace
+
+double MaxInWindow(OneBased<const double> depths, OneBased<const double> values, double window,
+                   int& lastInWindow) {
+    constexpr double kStart = -100.0;
+    const int count = qnl::CountInWindow(depths, window);
+    lastInWindow = std::max(count, 1);
+    return MaxOfFirst(values, count, kStart);
+}
+
+double MaxFromZeroInWindow(OneBased<const double> depths, OneBased<const double> values, double window) {
+    return MaxOfFirst(values, qnl::CountInWindow(depths, window), 0.0);
+}
+
+double AverageInWindow(OneBased<const double> depths, OneBased<const double> values, double window) {
+    constexpr double kSmallest = 1e-16;
+    const int count = qnl::CountInWindow(depths, window);
+    double sum = 0.0;
+    double weights = 0.0;
+    for (int i = 1; i <= count; ++i) {
+        const double weight = Weight(depths, i);
+        sum += weight * values[i];
+        weights += weight;
+    }
+    return weights <= kSmallest ? sum : sum / weights;
+}
+
+double BulkAverageInWindow(OneBased<const double> depths, OneBased<const double> values,
+                           OneBased<const double> factors, double window) {
+    constexpr double kSmallest = 1e-30;
+    const int count = qnl::CountInWindow(depths, window);
+    double sum = 0.0;
+    double weights = 0.0;
+    for (int i = 1; i <= count; ++i) {
+        const double weight = Weight(depths, i) * factors[i];
+        sum += weight * values[i];
+        weights += weight;
+    }
+    return weights <= kSmallest ? sum : sum / weights;
+}
+
+double MeanNonZeroInWindow(OneBased<const double> depths, OneBased<const double> values, double window) {
+    constexpr double kZero = 1e-8;
+    const int count = qnl::CountInWindow(depths, window);
+    double sum = 0.0;
+    int used = 0;
+    for (int i = 1; i <= count; ++i) {
+        if (std::abs(values[i]) > kZero) {
+            sum += values[i];
+            ++used;
+        }
+    }
+    return used == 0 ? sum : sum / used;
+}
+
+namespace qnl {
+
+double ValueAtMiddle(OneBased<const double> depths, OneBased<const double> values, int last) {
+    const double middle = depths[1] + (depths[last] - depths[1]) / 2.0;
+    const int segments = std::min(last, depths.Count() - 1);
+    for (int i = 1; i <= segments; ++i) {
+        if (depths[i] <= middle && middle <= depths[i + 1]) {
+            const double above = middle - depths[i];
+            const double below = depths[i + 1] - middle;
+            return values[i] + (values[i + 1] - values[i]) * above / (below + above);
+        }
+    }
+    return 0.0;
+}
+
+}  // namespace qnl
