@@ -1,0 +1,14 @@
+#pragma once
+
+#include "job/FrozenLayerJob.h"
+#include "profile/NodeProfileResult.h"
+#include "profile/ProfileScratch.h"
+
+/// Evaluates one surface node: `i` is its position in the surface-node list, (x, y, z) its place in mm,
+/// (dx, dy, dz) the inward normal of any length. `result` comes in all zero.
+///
+/// Gives -1 for a direction shorter than 1e-20, else 1; with fewer than two pass elements `result` stays
+/// zero. The scratch tells whether there was a profile. Of the job, only the depth window, the search
+/// record `i` and the counters of the calling thread are written. Raises std::bad_alloc.
+int CalcuFrozenAtNode(FrozenLayerJob& job, int i, double x, double y, double z, double dx, double dy,
+                      double dz, NodeProfileResult& result, ProfileScratch& scratch);

@@ -1,0 +1,127 @@
+#include "profile/NodeLoop.h"
+
+#include <omp.h>
+
+#include <algorithm>
+#include <atomic>
+#include <limits>
+#include <string>
+
+#include "platform/Faults.h"
+#include "profile/NodeEvaluation.h"
+#include "profile/ResultTargets.h"
+#include "profile/ThreadFailure.h"
+
+namespace {
+
+/// Progress of the loop; told on the main thread only.
+class Progress {
+public:
+    Progress(RunObserver* observer, int total) : observer_(observer), total_(total) {}
+
+    void NodeDone(int thread) {
+        constexpr int kBetweenReports = 512;
+        const int done = done_.fetch_add(1, std::memory_order_relaxed) + 1;
+        if (observer_ != nullptr && thread == 0 && done - reported_ >= kBetweenReports) {
+            Report(done);
+        }
+    }
+    /// Tells what NodeDone left untold.
+    void Finish() {
+        if (observer_ != nullptr && reported_ < total_) {
+            Report(total_);
+        }
+    }
+
+private:
+    void Report(int done) {
+        reported_ = done;
+        observer_->NodesEvaluated(done, total_);
+    }
+
+    RunObserver* observer_;
+    int total_;
+    std::atomic<int> done_{0};
+    int reported_ = 0;
+};
+
+/// Nodes whose volume shrinkage was above 100 %.
+struct ShrinkageFaults {
+    int nodes = 0;
+    int firstPosition = std::numeric_limits<int>::max();
+
+    void Add(int position) {
+        ++nodes;
+        firstPosition = std::min(firstPosition, position);
+    }
+    void Add(const ShrinkageFaults& other) {
+        nodes += other.nodes;
+        firstPosition = std::min(firstPosition, other.firstPosition);
+    }
+};
+
+void RecordShrinkageFaults(const FrozenLayerJob& job, const ShrinkageFaults& faults) {
+    if (faults.nodes == 0) {
+        return;
+    }
+    const int label = job.p_Node[job.m_pSurfNodeList.get()[faults.firstPosition]].label;
+    RecordFault({"", "sink depth", "a volume shrinkage of at most 100 %",
+                 "more than 100 % along the normals of " + std::to_string(faults.nodes) +
+                     " nodes, the first with label " + std::to_string(label) + "; taken as 100 %",
+                 "check the volume shrinkage of the stage result"});
+}
+
+/// Evaluates the node at one position of the list and stores its results.
+void EvaluateListedNode(FrozenLayerJob& job, int position, const qnl::ResultTargets& targets,
+                        ProfileScratch& scratch) {
+    const int n = job.m_pSurfNodeList.get()[position];
+    const NodeRecord& node = job.p_Node[n];
+    NodeProfileResult result;
+    CalcuFrozenAtNode(job, position, node.x, node.y, node.z, -job.m_pNormalX.get()[n],
+                      -job.m_pNormalY.get()[n], -job.m_pNormalZ.get()[n], result, scratch);
+    targets.Store(result, n);
+    job.m_pHasProfile.get()[n] = scratch.hasProfile ? 1 : 0;
+}
+
+/// The share of one thread in the loop.
+void RunShare(FrozenLayerJob& job, const qnl::ResultTargets& targets, qnl::ThreadFailure& failure,
+              Progress& progress, ShrinkageFaults& faults) {
+    ProfileScratch scratch;
+    const int thread = omp_get_thread_num();
+#pragma omp for schedule(dynamic, 1)
+    for (int position = 1; position <= job.m_nSurfaceNodes; ++position) {
+        failure.Guard([&] {
+            EvaluateListedNode(job, position, targets, scratch);
+            if (scratch.shrinkageBeyondWhole) {
+                faults.Add(position);
+            }
+            progress.NodeDone(thread);
+        });
+    }
+}
+
+}  // namespace
+
+void EvaluateSurfaceNodes(FrozenLayerJob& job) {
+    if (job.m_pHasProfile == nullptr) {
+        job.m_pHasProfile = std::make_unique<unsigned char[]>(static_cast<std::size_t>(job.m_nNodes) + 1);
+    }
+    if (job.m_nSurfaceNodes < 1) {
+        return;
+    }
+    const qnl::ResultTargets targets(job);
+    qnl::ThreadFailure failure;
+    Progress progress(job.m_options.observer, job.m_nSurfaceNodes);
+    ShrinkageFaults faults;
+    omp_set_num_threads(job.m_nThreads);
+#pragma omp parallel
+    {
+        ShrinkageFaults own;
+        RunShare(job, targets, failure, progress, own);
+#pragma omp critical
+        faults.Add(own);
+    }
+    failure.RaiseAgain();
+    RecordShrinkageFaults(job, faults);
+    progress.Finish();
+}

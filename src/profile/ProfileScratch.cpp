@@ -1,0 +1,15 @@
+#include "profile/ProfileScratch.h"
+
+#include <algorithm>
+
+void ProfileScratch::Prepare(int count) {
+    constexpr std::size_t kUsualProfile = 256;
+    const std::size_t needed = static_cast<std::size_t>(count) + 1;
+    if (needed <= stride_) {
+        return;
+    }
+    const std::size_t stride = std::max({needed, 2 * stride_, kUsualProfile});
+    doubles_.resize(stride * kRows);
+    ids_.resize(stride * 2);
+    stride_ = stride;
+}

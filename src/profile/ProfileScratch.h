@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "job/OneBased.h"
+
+/// Work arrays of one thread, kept from node to node so that only a longer profile than any before
+/// allocates.
+class ProfileScratch {
+public:
+    /// One array of doubles each, 1-based.
+    enum Row {
+        kDepth,
+        kTemperature,
+        kShrinkage,
+        kGasMarker,
+        kDensity,
+        kElementValue,  ///< cooling time or one velocity component, as they are needed
+        kSampleDepth,
+        kSampleTemperature,
+        kSampleValue,  ///< gas marker or bulk weight
+        kRows
+    };
+
+    /// Makes room for `count` entries in every array; their contents are lost when they grow.
+    void Prepare(int count);
+
+    double* Doubles(Row row) { return doubles_.data() + row * stride_; }
+    int* ElementIds() { return ids_.data(); }
+    int* SampleIds() { return ids_.data() + stride_; }
+
+    bool hasProfile = false;            ///< the last node had a direction and at least two pass elements
+    bool shrinkageBeyondWhole = false;  ///< the last node had a volume shrinkage above 100 %
+
+private:
+    std::vector<double> doubles_;
+    std::vector<int> ids_;
+    std::size_t stride_ = 0;
+};
