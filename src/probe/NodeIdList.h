@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string_view>
+
+namespace qnl {
+
+/// Walks through the node ids of a list file: the lines between one that holds "<List>" and the next that
+/// holds "</List>", any number of times. Each gives the integer that it begins with; one that begins with
+/// none is passed over. A line longer than 1,023 characters goes on as the next line.
+class NodeIdList {
+public:
+    /// `text` is the content of the file; borrowed.
+    explicit NodeIdList(std::string_view text) : rest_(text) {}
+
+    /// The next id. False at the end.
+    bool Next(int& id);
+
+private:
+    std::string_view TakeLine();
+
+    std::string_view rest_;
+    bool inList_ = false;
+};
+
+}  // namespace qnl
