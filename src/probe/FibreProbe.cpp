@@ -1,5 +1,6 @@
 #include "probe/FibreProbe.h"
 
+#include <iostream>
 #include <string>
 
 #include "job/Messages.h"
@@ -39,7 +40,7 @@ void ProbeTypedIds(FrozenLayerJob& job) {
     int n = 0;
     do {
         PrintPlain("\n Please input node ID, <0 exit()  \n");
-        std::fflush(stdout);
+        std::cout.flush();
         int id = 0;
         if (!qnl::ScanInteger(input, id)) {
             return;

@@ -44,7 +44,8 @@ inline bool IsDigit(int c) {
 }
 
 /// Reads a decimal integer with an optional sign after any white space and leaves the source behind its
-/// last digit. False when there is none, or one that does not fit 32 bits; `value` is unchanged then.
+/// last digit. False when there is none, one that does not fit 32 bits, or a hexadecimal one; `value` is
+/// unchanged then.
 template <typename Source>
 bool ScanInteger(Source& source, int& value) {
     constexpr std::int64_t kBeyond = std::int64_t{1} << 40;
@@ -59,11 +60,15 @@ bool ScanInteger(Source& source, int& value) {
         return false;
     }
     std::int64_t number = 0;
+    int digits = 0;
     for (; IsDigit(source.Peek()); source.Skip()) {
         number = number < kBeyond ? 10 * number + (source.Peek() - '0') : kBeyond;
+        digits = digits < 2 ? digits + 1 : digits;
     }
+    const int next = source.Peek();
+    const bool hexadecimal = digits == 1 && number == 0 && (next == 'x' || next == 'X');
     number = negative ? -number : number;
-    if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max()) {
+    if (hexadecimal || number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max()) {
         return false;
     }
     value = static_cast<int>(number);
