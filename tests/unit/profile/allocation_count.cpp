@@ -4,12 +4,28 @@
 #include <cstdlib>
 #include <new>
 
+#if defined(__SANITIZE_THREAD__)
+#define QNL_FOREIGN_NEW 1
+#elif defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define QNL_FOREIGN_NEW 1
+#endif
+#endif
+
 namespace {
 
 std::atomic<std::size_t> allocations{0};
 std::atomic<std::size_t> largest{0};
 
 }  // namespace
+
+bool CountsAllocations() {
+#ifdef QNL_FOREIGN_NEW
+    return false;
+#else
+    return true;
+#endif
+}
 
 std::size_t AllocationCount() {
     return allocations;
@@ -22,6 +38,8 @@ std::size_t LargestAllocation() {
 void ForgetLargestAllocation() {
     largest = 0;
 }
+
+#ifndef QNL_FOREIGN_NEW
 
 void* operator new(std::size_t size) {
     ++allocations;
@@ -51,3 +69,5 @@ void operator delete[](void* memory) noexcept {
 void operator delete[](void* memory, std::size_t) noexcept {
     std::free(memory);
 }
+
+#endif

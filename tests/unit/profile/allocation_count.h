@@ -2,6 +2,10 @@
 
 #include <cstddef>
 
+/// False where the build keeps operator new for itself, as the thread sanitizer does; nothing is counted
+/// then.
+bool CountsAllocations();
+
 /// Calls of operator new in this executable so far.
 std::size_t AllocationCount();
 
