@@ -65,11 +65,9 @@ double CalcuShrinkLocation(OneBased<const double> depths, OneBased<const double>
     constexpr double kShareOfMax = 0.33;
     constexpr double kNearlyLargest = 0.95;
     constexpr double kNear = 0.35;
-    constexpr double kAtWall = 0.2;
     const double first = depths[1];
     const double reach = 5.0 * t;
-    const double whole = depths[depths.Count()] - first;
-    const double length = std::min(whole, reach);
+    const double length = std::min(depths[depths.Count()] - first, reach);
     const int count = qnl::CountInWindow(depths, reach);
     const double largest = LargestOfFirst(shrinkage, count);
     if (std::clamp(kShareOfMax * maxShrinkage, 0.0, 1.0) >= largest) {
@@ -77,9 +75,6 @@ double CalcuShrinkLocation(OneBased<const double> depths, OneBased<const double>
     }
     const DepthRange range = RangeOfMiddles(depths, shrinkage, count, kNearlyLargest * largest);
     const double low = (range.low - first) / length;
-    double result = (range.high - first) / length <= kNear ? kShows : kHidden;
-    if (whole > reach && low <= kAtWall) {
-        result = kShows;
-    }
-    return low > kNear ? result : kShows;
+    const double high = (range.high - first) / length;
+    return low > kNear && high > kNear ? kHidden : kShows;
 }

@@ -11,8 +11,10 @@
 double CalcuSinkDepth(OneBased<const double> depths, OneBased<const double> shrinkage, double t,
                       bool& beyondWhole);
 
-/// 0.3 where the volume shrinkage is largest near the wall, so that it shows as a sink mark, else 0.
-/// `maxShrinkage` is the largest volume shrinkage of the run, percent: a profile that stays at a third of
-/// it or below (1 % at most) gives 0. The profile counts to a depth of 5t. Needs one element.
+/// 0.3 where the volume shrinkage is largest near the wall, so that it shows as a sink mark, else 0. Near
+/// is the outer 35 percent of the profile; segments that begin with 95 percent of the largest shrinkage or
+/// more count as largest, and one near the wall is enough. Where only the last element is that large it
+/// shows, too. `maxShrinkage` is the largest volume shrinkage of the run, percent: a profile that stays at a
+/// third of it or below (1 % at most) gives 0. The profile counts to a depth of 5t. Needs one element.
 double CalcuShrinkLocation(OneBased<const double> depths, OneBased<const double> shrinkage, double t,
                            double maxShrinkage);
