@@ -1,5 +1,6 @@
 """The solid mesh: boundary faces, boxes, sizes, node classes, normals and smoothing."""
 
+import math
 from dataclasses import dataclass, field
 
 import h5py
@@ -248,7 +249,8 @@ class Mesh:
                 normal = cross(after, before)
                 size = length(normal)
                 keep = size > 0.0
-                angle = np.arctan2(size[keep], dot(after[keep], before[keep]))
+                # The C library's function: vectorised ones may differ in the last bit.
+                angle = np.array(list(map(math.atan2, size[keep], dot(after[keep], before[keep]))))
                 nodes.append(self.faces[ids[keep], k])
                 parts.append(angle[:, None] * (normal[keep] / size[keep, None]))
                 order.append(ids[keep] * 4 + k)
