@@ -6,6 +6,7 @@
 #include <new>
 
 #include "job/FixedText.h"
+#include "job/OwnedArray.h"
 #include "job/RelaxedValue.h"
 #include "job/RunOptions.h"
 #include "output/OutputItem.h"
@@ -13,9 +14,6 @@
 #include "platform/CQNLKNLogErrMsgTool.h"
 #include "platform/CQNLOptKer.h"
 #include "profile/CSurfNodeSearch.h"
-
-template <typename T>
-using OwnedArray = std::unique_ptr<T[]>;
 
 /// Set while the stage driver has not run yet in the present run; the one global of the program.
 extern bool g_bDriverFirstCall;
