@@ -209,6 +209,9 @@ void ExtractLineValue(std::string& line) {
         line.erase(0, equals + (blank ? 2 : 1));
     }
     line.resize(std::min(line.find('\n'), line.size()));
+    if (!line.empty() && line.back() == '\r') {
+        line.pop_back();
+    }
 }
 
 int BuildSearchResultPath(FrozenLayerJob& job) {

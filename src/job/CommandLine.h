@@ -13,7 +13,7 @@ int HandleCommandLine(FrozenLayerJob& job, int argc, char** argv);
 int ReadRunFile(FrozenLayerJob& job, std::string_view projectDirectory);
 
 /// Replaces a line by its value: the text after the first "=" without one leading blank, cut at the first
-/// line feed; a line without "=" is only cut.
+/// line feed and without a carriage return at its end; a line without "=" is only cut.
 void ExtractLineValue(std::string& line);
 
 /// Sets m_szSurFile from m_szMeshFile. Gives 1.

@@ -54,14 +54,19 @@ void WriteHead(const FrozenLayerJob& job, int rows, std::FILE* out) {
     std::fputs("\n[RESULTS EOW]\n", out);
 }
 
+/// Component of the vector at a node, 0 for node 0. Adding 0 turns a negative zero, which would be printed
+/// with its sign, into a plain one.
+double Component(const double* values, int node) {
+    return node > 0 ? values[node] + 0.0 : 0.0;
+}
+
 void WriteNodeRows(const FrozenLayerJob& job, int rows, const double* u, const double* v, const double* w,
                    std::FILE* out) {
     const std::string otherVariables = Zeros<kNodeVariables.size() - 3>();
     for (int row = 1; row <= rows; ++row) {
         const bool isPartNode = row <= job.m_nMaxLabel && job.m_pIsPartNodeTemp[row] == 1;
         const int node = isPartNode ? job.m_pNodeGlobalIdToLocal[row] : 0;
-        std::fprintf(out, "%d %g %g %g", row, isPartNode ? u[node] : 0.0, isPartNode ? v[node] : 0.0,
-                     isPartNode ? w[node] : 0.0);
+        std::fprintf(out, "%d %g %g %g", row, Component(u, node), Component(v, node), Component(w, node));
         std::fputs(otherVariables.c_str(), out);
     }
 }

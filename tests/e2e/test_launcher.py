@@ -45,6 +45,7 @@ class LauncherTest(unittest.TestCase):
         project = SmallProject(self)
         self.assertEqual(self.launch(self.words(project)).returncode, NORMAL)
         self.assertEqual(self.written(project), ["box1.fzr", "box1_001.fzr"])
+        self.assertFalse(project.file("box1_Sink.k4w").exists(), "at log level 0 there is no sink file")
 
     def test_a_sixth_word_leaves_the_count_to_the_option(self):
         project = SmallProject(self)
@@ -143,6 +144,9 @@ class LauncherTest(unittest.TestCase):
             found = result.stdout.find(text, place)
             self.assertGreaterEqual(found, 0, f"{text!r} is missing behind position {place}\n{result.stdout}")
             place = found
+        for text in ("new CSurfNodeSearch\n", "Write Search Result end \n"):
+            self.assertEqual(result.stdout.count(text), 1, "the second output time neither reads nor writes the search")
+        self.assertEqual(result.stdout.count("ReadSearchResult Time: "), 2)
         log = project.file("box1.lgz").read_text()
         self.assertIn("Total Analysis Time: ", log)
         self.assertTrue(project.file("box1_Sink.k4w").exists())

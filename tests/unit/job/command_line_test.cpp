@@ -50,6 +50,8 @@ TEST(LineValue, IsTheTextAfterTheEqualsSign) {
     EXPECT_EQ(Value("a.hdf\nrest"), "a.hdf");
     EXPECT_EQ(Value("k=a=b\n"), "a=b");
     EXPECT_EQ(Value("k="), "");
+    EXPECT_EQ(Value("Mesh1 = a.hdf\r\n"), "a.hdf");
+    EXPECT_EQ(Value("Mesh1 = a.hdf\r"), "a.hdf");
     EXPECT_EQ(Value(""), "");
 }
 
@@ -130,6 +132,14 @@ TEST_F(CommandLine, HeadersAndKeysAreFoundAnywhereInTheLine) {
     ASSERT_EQ(HandleProject(), 1);
     EXPECT_EQ(job_.m_szMeshFile.View(), Dir() + "\\Mesh\\one.hdf");
     EXPECT_EQ(job_.m_szMaterialFile.View(), "");
+}
+
+TEST_F(CommandLine, CarriageReturnsBelongToTheLineEnd) {
+    WriteRunFile(
+        "[MESH]\r\nMeshCount = 1\r\nMesh1 = one.hdf\r\n[MATERIAL]\r\nMaterialCount = 1\r\nM = a.toml\r\n");
+    ASSERT_EQ(HandleProject(), 1);
+    EXPECT_EQ(job_.m_szMeshFile.View(), Dir() + "\\Mesh\\one.hdf");
+    EXPECT_EQ(job_.m_szMaterialFile.View(), Dir() + "\\Material\\a.toml");
 }
 
 TEST_F(CommandLine, HugeCountEndsAtTheEndOfTheFile) {

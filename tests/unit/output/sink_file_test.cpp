@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <memory>
 #include <sstream>
 #include <vector>
 
+#include "input/WarpResults.h"
+#include "platform/Faults.h"
 #include "support/captured_output.h"
 #include "support/scratch_folder.h"
 
@@ -39,7 +43,7 @@ protected:
     std::array<int, 6> partNodes_{0, 1, 0, 0, 0, 1};
     std::array<int, 6> toLocal_{0, 1, 2, 0, 0, 3};
     std::array<double, 4> u_{0, 0.5, 7, 1e-7};
-    std::array<double, 4> v_{0, -0.25, 7, 0};
+    std::array<double, 4> v_{0, -0.25, 7, -0.0};
     std::array<double, 4> w_{0, 1.0 / 3.0, 7, 123456789.0};
     ScratchFolder folder_;
     FrozenLayerJob job_;
@@ -69,7 +73,7 @@ TEST_F(SinkFile, RowsAreAddressedByLabelAndOthersThanPartNodesAreZero) {
     EXPECT_EQ(lines[34], "1 0.5 -0.25 0.333333" + zeros);
     EXPECT_EQ(lines[35], "2 0 0 0" + zeros) << "the runner node has a vector, but must not show it";
     EXPECT_EQ(lines[36], "3 0 0 0" + zeros);
-    EXPECT_EQ(lines[38], "5 1e-07 0 1.23457e+08" + zeros);
+    EXPECT_EQ(lines[38], "5 1e-07 0 1.23457e+08" + zeros) << "a negative zero is written as 0";
     EXPECT_EQ(lines[39], "[ELEM VARBLE INFO]");
     EXPECT_EQ(lines[46], "VonMisesThermlStress  MPa");
     EXPECT_EQ(lines[47], "[PART ELEM RESULTS]");
@@ -93,6 +97,26 @@ TEST_F(SinkFile, ALogPathWithoutDotIsKeptWhole) {
     job_.m_szLogFile.Set(folder.Path() + "\\run");
     EXPECT_EQ(WriteSinkFile(job_, u_.data(), v_.data(), w_.data()), 1);
     EXPECT_FALSE(folder.Read("run_Sink.k4w").empty());
+}
+
+TEST_F(SinkFile, ADotInAFolderNameIsCutWhenTheFilePartHasNone) {
+    job_.m_szLogFile.Set(folder_.Path() + "\\a.b\\run");
+    EXPECT_EQ(WriteSinkFile(job_, u_.data(), v_.data(), w_.data()), 1);
+    EXPECT_FALSE(folder_.Read("a_Sink.k4w").empty());
+}
+
+TEST_F(SinkFile, IsReadBackAsAWarpResult) {
+    job_.m_bUseNodeLabel = 0;
+    ASSERT_EQ(WriteSinkFile(job_, u_.data(), v_.data(), w_.data()), 1);
+    job_.m_pNodeData[1] = std::make_unique<double[]>(4);
+    std::fill_n(job_.m_pNodeData[1].get(), 4, 9.0);
+    TakeFaults();
+    EXPECT_EQ(ReadWarpResultsAscii(job_, (folder_.Path() + "\\run.v2_Sink.k4w").c_str()), 1);
+    EXPECT_TRUE(TakeFaults().empty());
+    for (std::size_t node = 1; node <= 3; ++node) {
+        EXPECT_EQ(job_.m_pNodeData[1][node], 0.0) << node;
+    }
+    EXPECT_EQ(job_.m_dMaxValue, 0.0);
 }
 
 TEST_F(SinkFile, AFileThatCannotBeOpenedIsReportedAtAnyLogLevel) {
