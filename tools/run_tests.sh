@@ -17,6 +17,7 @@ fi
 if gate layers; then
   python3 tools/check_layers.py
   python3 tools/check_names.py
+  python3 tools/check_conformance.py
 fi
 if gate sanitizers; then
   cmake --preset asan > /dev/null

@@ -145,7 +145,7 @@ class LauncherTest(unittest.TestCase):
             self.assertGreaterEqual(found, 0, f"{text!r} is missing behind position {place}\n{result.stdout}")
             place = found
         for text in ("new CSurfNodeSearch\n", "Write Search Result end \n"):
-            self.assertEqual(result.stdout.count(text), 1, "the second output time neither reads nor writes the search")
+            self.assertEqual(result.stdout.count(text), 1, "the second time neither reads nor writes the search")
         self.assertEqual(result.stdout.count("ReadSearchResult Time: "), 2)
         log = project.file("box1.lgz").read_text()
         self.assertIn("Total Analysis Time: ", log)
