@@ -10,7 +10,7 @@
 #include <random>
 #include <string>
 
-#include "input/TokenReader.h"
+#include "job/TokenReader.h"
 
 namespace {
 

@@ -9,7 +9,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 
 # What each folder of src/ may include besides its own headers and the job context.
 CONTEXT = {"job/FrozenLayerJob.h", "job/Messages.h", "job/WindowsPath.h", "job/RunOptions.h", "job/OneBased.h", "job/OwnedArray.h",
-           "job/Assert.h", "job/FixedText.h", "job/RelaxedValue.h", "output/OutputItem.h",
+           "job/Assert.h", "job/TokenReader.h", "job/FixedText.h", "job/RelaxedValue.h", "output/OutputItem.h",
            "profile/CSurfNodeSearch.h"}
 ALLOWED = {
     "mesh": set(),

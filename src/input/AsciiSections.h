@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "input/TokenReader.h"
 #include "job/FrozenLayerJob.h"
+#include "job/TokenReader.h"
 
 namespace qnl {
 

@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "input/StagePatterns.h"
-#include "input/TokenReader.h"
 #include "job/Messages.h"
+#include "job/TokenReader.h"
 #include "job/WindowsPath.h"
 #include "platform/HostFiles.h"
 

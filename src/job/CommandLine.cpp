@@ -6,8 +6,8 @@
 #include <optional>
 #include <stdexcept>
 
-#include "input/TokenReader.h"
 #include "job/Messages.h"
+#include "job/TokenReader.h"
 #include "job/WindowsPath.h"
 #include "platform/CQNLKNLogErrMsgTool.h"
 

@@ -1,15 +1,18 @@
 #include "probe/FibreProbe.h"
 
+#include <cctype>
+#include <cstdio>
 #include <iostream>
 #include <string>
+#include <utility>
 
 #include "job/Messages.h"
+#include "job/TokenReader.h"
 #include "job/WindowsPath.h"
 #include "platform/Faults.h"
 #include "platform/HostFiles.h"
 #include "probe/CsvOutput.h"
 #include "probe/NodeIdList.h"
-#include "probe/ScanInteger.h"
 
 namespace {
 
@@ -35,14 +38,46 @@ int ProbeIdentifier(FrozenLayerJob& job, int id) {
     return n;
 }
 
+/// Integers typed in, taken as "%d" takes them: behind "12x" stands "x", which is none.
+class TypedIntegers {
+public:
+    /// False at the end of the input and for text that is no integer.
+    bool Next(int& value) {
+        if (word_.AtEnd()) {
+            word_ = qnl::TokenReader(TakeWord());
+        }
+        return word_.ReadInt(value);
+    }
+
+private:
+    /// The next word and the blank behind it; what is longer than any integer comes in pieces.
+    static std::string TakeWord() {
+        constexpr std::size_t kLongest = 4096;
+        std::string word;
+        while (word.size() < kLongest) {
+            const int c = std::getc(stdin);
+            const bool blank = c != EOF && std::isspace(c) != 0;
+            if (c == EOF || (blank && !word.empty())) {
+                break;
+            }
+            if (!blank) {
+                word += static_cast<char>(c);
+            }
+        }
+        return word;
+    }
+
+    qnl::TokenReader word_;
+};
+
 void ProbeTypedIds(FrozenLayerJob& job) {
-    qnl::StreamSource input(stdin);
+    TypedIntegers input;
     int n = 0;
     do {
         PrintPlain("\n Please input node ID, <0 exit()  \n");
         std::cout.flush();
         int id = 0;
-        if (!qnl::ScanInteger(input, id)) {
+        if (!input.Next(id)) {
             return;
         }
         n = ProbeIdentifier(job, id);
@@ -55,7 +90,7 @@ void ProbeListedIds(FrozenLayerJob& job, const std::string& name, HostFile& file
         RecordFault({name, "list of nodes", "a readable file", "a read error", "check the file"});
     }
     file.Close();
-    qnl::NodeIdList list(text);
+    qnl::NodeIdList list(std::move(text));
     for (int id = 0; list.Next(id);) {
         ProbeIdentifier(job, id);
     }

@@ -1,12 +1,13 @@
 #include "probe/NodeIdList.h"
 
-#include <algorithm>
-
-#include "probe/ScanInteger.h"
+#include <cstddef>
+#include <string_view>
 
 namespace qnl {
 
 namespace {
+
+constexpr std::size_t kLineBuffer = 1024;
 
 bool Holds(std::string_view line, std::string_view mark) {
     return line.find(mark) != std::string_view::npos;
@@ -14,27 +15,14 @@ bool Holds(std::string_view line, std::string_view mark) {
 
 }  // namespace
 
-std::string_view NodeIdList::TakeLine() {
-    constexpr std::size_t kLongest = 1023;
-    const std::size_t end = std::min(rest_.find('\n'), rest_.size() - 1);
-    const std::string_view line = rest_.substr(0, std::min(end + 1, kLongest));
-    rest_.remove_prefix(line.size());
-    return line.substr(0, line.find('\0'));
-}
-
 bool NodeIdList::Next(int& id) {
-    while (!rest_.empty()) {
-        const std::string_view line = TakeLine();
+    std::string_view line;
+    while (text_.ReadLine(kLineBuffer, line)) {
         if (!inList_) {
             inList_ = Holds(line, "<List>");
-            continue;
-        }
-        if (Holds(line, "</List>")) {
+        } else if (Holds(line, "</List>")) {
             inList_ = false;
-            continue;
-        }
-        TextSource source(line);
-        if (ScanInteger(source, id)) {
+        } else if (TokenReader(std::string(line)).ReadInt(id)) {
             return true;
         }
     }

@@ -1,6 +1,9 @@
 #pragma once
 
-#include <string_view>
+#include <string>
+#include <utility>
+
+#include "job/TokenReader.h"
 
 namespace qnl {
 
@@ -9,16 +12,14 @@ namespace qnl {
 /// none is passed over. A line longer than 1,023 characters goes on as the next line.
 class NodeIdList {
 public:
-    /// `text` is the content of the file; borrowed.
-    explicit NodeIdList(std::string_view text) : rest_(text) {}
+    /// `text` is the content of the file.
+    explicit NodeIdList(std::string text) : text_(std::move(text)) {}
 
     /// The next id. False at the end.
     bool Next(int& id);
 
 private:
-    std::string_view TakeLine();
-
-    std::string_view rest_;
+    TokenReader text_;
     bool inList_ = false;
 };
 

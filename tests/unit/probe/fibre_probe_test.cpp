@@ -219,6 +219,11 @@ TEST_F(FibreProbe, TextThatIsNotANumberEndsTheLoop) {
     }
 }
 
+TEST_F(FibreProbe, TextRightBehindATypedIdEndsTheLoopAfterIt) {
+    EXPECT_EQ(RunTyped("10x 20\n"), 1);
+    EXPECT_EQ(said, Head() + kNoList + kPrompt + kNodeTen + kPrompt);
+}
+
 TEST_F(FibreProbe, LocatesTheCellWithTheNearestReferencePoint) {
     Script(job).near = [](double, double, double) { return std::vector<int>{3, 4, 5}; };
     // Reference points stand at (0, 0, 1), (0, 0, 2) and (0, 0, 3).

@@ -18,6 +18,7 @@ namespace qnl {
 /// sense. A number too small for a double is 0.
 class TokenReader {
 public:
+    TokenReader() = default;
     explicit TokenReader(std::string text) : text_(std::move(text)) {}
 
     /// Reads up to and with the next line end, but no more than `bufferSize` - 1 characters; the next line
@@ -32,6 +33,7 @@ public:
     void SkipBlanks();
 
     std::size_t Position() const { return position_; }
+    bool AtEnd() const { return position_ == text_.size(); }
 
     /// Number of the line in which the cursor stands, from 1. Takes time linear in the position.
     std::size_t LineNumber() const;

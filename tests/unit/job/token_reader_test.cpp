@@ -1,4 +1,4 @@
-#include "input/TokenReader.h"
+#include "job/TokenReader.h"
 
 #include <gtest/gtest.h>
 
