@@ -36,7 +36,8 @@ public:
     int GetMaxCavityElem();
 
     /// Fills values[1..n], n the count of the item's own type. Gives false, and leaves the values alone,
-    /// when the item is absent or has another length.
+    /// when the item is absent, has another length, or is of a type (node, element) whose count the caller
+    /// has not asked for while it has asked for the other one.
     bool GetResultItem(int item, float* values);
 
     /// True when the entries carry an id map.

@@ -8,9 +8,33 @@
 #include "results/result_input.h"
 
 struct CQNL3DResultReader_Manipulator::State {
+    std::string path;
     std::optional<qnl::ResultInput> input;
     std::vector<float> values;
     std::vector<int> ids;
+    bool nodesAsked = false;     ///< the caller knows the number of node entries
+    bool elementsAsked = false;  ///< the caller knows the number of element entries
+
+    /// False when the caller can have no room for values of this type.
+    bool HasRoomFor(int dataType) const {
+        const bool asked = dataType == qnl::kElementData ? elementsAsked : nodesAsked;
+        return asked || !(nodesAsked || elementsAsked);
+    }
+
+    /// True, and recorded, for an item of a type that the caller has no room for.
+    bool Refuses(int item) const {
+        for (const qnl::ResultItem& described : input->Description().items) {
+            if (described.id == item && !HasRoomFor(described.dataType)) {
+                const bool byElement = described.dataType == qnl::kElementData;
+                RecordFault({path, "item " + std::to_string(item) + " data_type",
+                             byElement ? "values by node" : "values by element",
+                             byElement ? "values by element" : "values by node",
+                             "write the result again, with the items of its stage"});
+                return true;
+            }
+        }
+        return false;
+    }
 };
 
 namespace {
@@ -31,9 +55,10 @@ CQNL3DResultReader_Manipulator::CQNL3DResultReader_Manipulator() : state_(std::m
 CQNL3DResultReader_Manipulator::~CQNL3DResultReader_Manipulator() = default;
 
 int CQNL3DResultReader_Manipulator::BeginReading(const char* path, const char* /*option*/) {
-    state_->input.reset();
+    *state_ = State();
+    state_->path = path != nullptr ? path : "";
     try {
-        state_->input.emplace(path != nullptr ? path : "");
+        state_->input.emplace(state_->path);
     } catch (const qnl::ResultFileError& error) {
         if (error.Status() != kNotBinary) {
             RecordFault(error.What());
@@ -75,15 +100,17 @@ void CQNL3DResultReader_Manipulator::GetResultItemInfo(int* itemIds, char** name
 }
 
 int CQNL3DResultReader_Manipulator::GetMaxCavityNode() {
+    state_->nodesAsked = true;
     return state_->input ? state_->input->Entries(qnl::kNodeData) : 0;
 }
 
 int CQNL3DResultReader_Manipulator::GetMaxCavityElem() {
+    state_->elementsAsked = true;
     return state_->input ? state_->input->Entries(qnl::kElementData) : 0;
 }
 
 bool CQNL3DResultReader_Manipulator::GetResultItem(int item, float* values) {
-    if (!state_->input || !state_->input->ReadItem(item, state_->values)) {
+    if (!state_->input || state_->Refuses(item) || !state_->input->ReadItem(item, state_->values)) {
         return false;
     }
     std::copy(state_->values.begin(), state_->values.end(), values + 1);

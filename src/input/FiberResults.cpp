@@ -29,12 +29,14 @@ int ReadFiberResults(FrozenLayerJob& job, const char* path) {
     }
     LogPlain(job, "K4Overson =%d \n", reader.GetResultVersion());
     qnl::ListItems(job, reader);
-    LogPlain(job, "nMaxNodes = %d \n", reader.GetMaxCavityNode());
+    const int maxNode = reader.GetMaxCavityNode();
+    LogPlain(job, "nMaxNodes = %d \n", maxNode);
     const int maxElem = reader.GetMaxCavityElem();
     LogPlain(job, "nMaxElems = %d \n", maxElem);
     const int last = std::min(maxElem, job.m_nCells);
+    const int room = std::max(maxElem, maxNode);  // a stage file may hold items by node under these ids
     for (const FiberItem& item : kItems) {
-        const qnl::ItemValues values = qnl::ReadItem(reader, item.item, maxElem);
+        const qnl::ItemValues values = qnl::ReadItem(reader, item.item, room);
         if (OwnedArray<double>& slot = job.m_pCellFiber[item.slot]; slot && last > 0) {
             std::copy_n(values.begin() + 1, last, slot.get() + 1);
         }

@@ -4,6 +4,7 @@ import subprocess
 import unittest
 
 import h5py
+import numpy as np
 
 from small_project import QNL3DFROZENLAYER, SmallProject, run
 
@@ -129,6 +130,27 @@ class LauncherTest(unittest.TestCase):
         result = self.launch(self.words(project))
         self.assertEqual((result.returncode, result.stdout, result.stderr), (NORMAL, "", ""))
         self.assertEqual(self.written(project), ["box1_001.fzr"])
+
+    def test_the_probe_takes_a_stage_file_without_fibre_items(self):
+        project = SmallProject(self)
+        words = self.words(project, "x")
+        result = run(*words, "--fibre-probe", program=QNL3DFROZENLAYER, input="0\n")
+        self.assertEqual((result.returncode, result.stderr), (NORMAL, ""))
+        self.assertIn("User input ID = 0\n", result.stdout)
+
+    def test_an_item_of_the_wrong_type_is_passed_over(self):
+        project = SmallProject(self)
+        with h5py.File(project.file("box1.k4f"), "r+") as file:
+            entries = 10 * len(file["items/6"])
+            kept = dict(file["items/14"].attrs)
+            del file["items/14"]
+            item = file.create_dataset("items/14", data=np.ones(entries, "f4"))
+            item.attrs.update(kept)
+            item.attrs["data_type"] = np.int32(2)
+            file.attrs["max_element"] = np.int32(entries)
+        result = self.start(self.words(project, "x"))
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (NORMAL, "", ""))
+        self.assertEqual(self.written(project), ["box1.fzr"])
 
     def test_level_one_tells_the_course_and_the_report(self):
         project = SmallProject(self)

@@ -68,6 +68,13 @@ TEST_F(FiberTest, FewerElementsThanCellsLeaveTheOthersAlone) {
     EXPECT_EQ(Fiber(0), (std::vector<double>{4.25, 0.0, 0.0}));
 }
 
+TEST_F(FiberTest, AnItemByNodeHasRoom) {
+    // An access beyond the room made for it is for the address sanitizer to find.
+    file_->items[6].assign(17, 99.0F);
+    EXPECT_EQ(ReadFiberResults(job_, "p.k4o"), 1);
+    EXPECT_EQ(Fiber(2), (std::vector<double>{99.0, 99.0, 99.0}));
+}
+
 TEST_F(FiberTest, AMissingItemLeavesItsSlotAtZero) {
     ReadFiberResults(job_, "p.k4o");
     file_->items.erase(10);

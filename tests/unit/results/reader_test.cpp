@@ -72,6 +72,23 @@ TEST(ResultReader, GivesHeadItemsAndValues) {
     EXPECT_TRUE(TakeFaults().empty());
 }
 
+TEST(ResultReader, RefusesAnItemOfATypeThatWasNotAskedFor) {
+    const ScratchFolder folder;
+    const std::string path = WriteSample(folder, DenseSample());
+    Reader reader;
+    ASSERT_GE(reader.BeginReading(path.c_str(), nullptr), 0);
+    EXPECT_EQ(reader.GetMaxCavityElem(), 2);
+    std::vector<float> values(3, -7.0F);
+    EXPECT_FALSE(reader.GetResultItem(6, values.data())) << "four values by node do not fit";
+    EXPECT_EQ(values, std::vector<float>(3, -7.0F));
+    const std::vector<Fault> faults = TakeFaults();
+    ASSERT_EQ(faults.size(), 1U);
+    EXPECT_EQ(faults[0].object, "item 6 data_type");
+    EXPECT_EQ(faults[0].found, "values by node");
+    EXPECT_TRUE(reader.GetResultItem(9, values.data()));
+    EXPECT_EQ(values, (std::vector<float>{-7.0F, 0.25F, -0.5F}));
+}
+
 TEST(ResultReader, LeavesValuesAloneWhenTheItemIsAbsent) {
     const ScratchFolder folder;
     const std::string path = WriteSample(folder, DenseSample());
