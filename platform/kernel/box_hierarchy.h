@@ -40,8 +40,6 @@ public:
     /// Entry i of the queries' results is boxes[i].
     explicit BoxHierarchy(const std::vector<Box>& boxes);
 
-    bool Empty() const { return count_ == 0; }
-
     /// Calls visit(i) for each box that the segment meets.
     template <class Visit>
     void ForSegment(const Segment& segment, Visit visit) const {

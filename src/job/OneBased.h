@@ -15,7 +15,6 @@ public:
         return entryZero_[i];
     }
     int Count() const { return count_; }
-    T* EntryZero() const { return entryZero_; }
     explicit operator bool() const { return entryZero_ != nullptr; }
 
 private:
