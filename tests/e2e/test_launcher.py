@@ -67,6 +67,30 @@ class LauncherTest(unittest.TestCase):
             with h5py.File(project.file("box1.fzr")) as file:
                 self.assertEqual(file["head"].attrs["flag"], flag)
 
+    def test_a_corrected_time_is_that_of_a_run_of_its_own(self):
+        project = SmallProject(self)
+        self.start(self.words(project, "x"), "--corrected", "--intermediate-times=2")
+        together = {name: project.file(name).read_bytes() for name in self.written(project)}
+        self.assertEqual(len(set(together.values())), 3)
+        for name in ("box1_001", "box1_002"):
+            project.file("box1.k4f").write_bytes(project.file(name + ".k4f").read_bytes())
+            self.start(self.words(project, "x"), "--corrected")
+            self.assertEqual(project.file("box1.fzr").read_bytes(), together[name + ".fzr"], name)
+
+    def test_a_corrected_uniform_temperature_stays_so_up_to_the_gate(self):
+        lowest = {}
+        for options in ((), ("--corrected",)):
+            project = SmallProject(self)
+            with h5py.File(project.root / "Mesh/box.hdf", "r+") as file:
+                file["VTKHDF/CellData/Region"][::6] = 1  # the first layer in x is the runner
+            with h5py.File(project.file("box1.k4f"), "r+") as file:
+                file["items/6"][:] = 200.0
+            self.start(self.words(project, "x"), *options)
+            with h5py.File(project.file("box1.fzr")) as file:
+                lowest[options] = min(file[f"items/{item}"][:].min() for item in (2, 3, 4))
+        self.assertAlmostEqual(lowest["--corrected",], 200.0, places=3)
+        self.assertLess(lowest[()], 190.0, "in classic mode the runner's 0 reaches the gate")
+
     def test_usage_errors(self):
         project = SmallProject(self)
         words = self.words(project, "x")
