@@ -15,12 +15,13 @@ enum class Phase {
     Evaluation,
     Thinning,
     Smoothing,
+    SinkVectors,
     ResultFile,
     SearchFile,
 };
 
 /// Titles by phase. Those of one output time are means over the times of the run.
-inline constexpr std::array<const char*, 11> kPhaseTitles{
+inline constexpr std::array<const char*, 12> kPhaseTitles{
     "mesh file read",
     "topology",
     "mesh read, whole (file, topology, records, ray search made)",
@@ -30,6 +31,7 @@ inline constexpr std::array<const char*, 11> kPhaseTitles{
     "evaluation; a time",
     "velocities thinned out; a time",
     "smoothing of results; a time",
+    "sink vectors; a time",
     "result file written; a time",
     "search file written",
 };

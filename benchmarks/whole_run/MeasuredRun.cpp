@@ -10,6 +10,7 @@
 #include "frozen/NodeSelection.h"
 #include "frozen/ResultSmoothing.h"
 #include "frozen/SearchRecords.h"
+#include "frozen/SinkVectors.h"
 #include "frozen/SpecialNodes.h"
 #include "frozen/SurfaceNormals.h"
 #include "frozen/VelocityThinning.h"
@@ -132,6 +133,10 @@ private:
         ClearSpecialNodes(job_);
         Timed(Phase::Thinning, [&] { ThinOutVelocities(job_); });
         Timed(Phase::Smoothing, [&] { SmoothResults(job_); });
+        Timed(Phase::SinkVectors, [&] {
+            SubtractSinkReference(job_);
+            TurnNormalsIntoSinkVectors(job_);
+        });
         Timed(Phase::ResultFile, [&] { WriteBinaryResult(job_); });
     }
 
@@ -173,7 +178,7 @@ private:
 
     void MeanOverTimes() {
         for (const Phase phase : {Phase::StageInput, Phase::Normals, Phase::Evaluation, Phase::Thinning,
-                                  Phase::Smoothing, Phase::ResultFile}) {
+                                  Phase::Smoothing, Phase::SinkVectors, Phase::ResultFile}) {
             figures_.Of(phase).seconds /= intermediateTimes_ + 1;
         }
     }
