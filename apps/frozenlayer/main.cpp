@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <array>
 
+#include "DemoCommand.h"
 #include "InfoCommand.h"
 #include "RunCommand.h"
 #include "Terminal.h"
@@ -9,9 +10,10 @@ namespace {
 
 using AddSubcommand = void (*)(CLI::App& app, int& exitCode);
 
-constexpr std::array<AddSubcommand, 2> kSubcommands{
+constexpr std::array<AddSubcommand, 3> kSubcommands{
     qnl::AddRunCommand,
     qnl::AddInfoCommand,
+    qnl::AddDemoCommand,
 };
 
 }  // namespace

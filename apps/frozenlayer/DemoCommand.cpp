@@ -1,0 +1,117 @@
+#include "DemoCommand.h"
+
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "DemoProject.h"
+#include "NumberText.h"
+#include "ProjectPaths.h"
+#include "Subcommand.h"
+
+namespace qnl {
+
+namespace {
+
+const std::map<std::string, DemoShape> kShapes{
+    {"plate", DemoShape::Plate}, {"cover", DemoShape::Cover}, {"ring", DemoShape::Ring}};
+const std::map<std::string, DemoStage> kStages{{"flow", DemoStage::Flow},
+                                               {"pack", DemoStage::Pack},
+                                               {"cool", DemoStage::Cool},
+                                               {"warp", DemoStage::Warp}};
+
+struct DemoWords {
+    std::string folder;
+    std::string shape = "cover";
+    std::string stage = "flow";
+    int cells = 100000;
+    bool shuffled = false;
+    bool force = false;
+};
+
+void CheckTarget(const DemoWords& words) {
+    std::error_code unknown;
+    const std::filesystem::file_status status = std::filesystem::symlink_status(words.folder, unknown);
+    if (!std::filesystem::exists(status)) {
+        return;
+    }
+    if (!std::filesystem::is_directory(words.folder, unknown)) {
+        throw InputProblem(words.folder + " exists and is no folder: name another place");
+    }
+    if (!words.force) {
+        throw InputProblem(words.folder +
+                           " exists: name another folder, or give --force to write the demo into it");
+    }
+}
+
+int WriteDemo(const DemoWords& words) {
+    CheckTarget(words);
+    DemoRequest request;
+    request.folder = words.folder;
+    request.shape = kShapes.at(words.shape);
+    request.stage = kStages.at(words.stage);
+    request.cells = words.cells;
+    request.shuffled = words.shuffled;
+    const DemoSummary written = WriteDemoProject(request);
+    std::cout << "Wrote a " + words.shape + " of " + CountText(written.cells, "cell") + " and " +
+                     CountText(written.nodes, "node") + " with " + CountText(written.times, "output time") +
+                     " of the " + words.stage + " stage.\nEvaluate it with: frozenlayer run " +
+                     written.stageFile + "\n";
+    std::cout.flush();
+    return std::cout.good() ? 0 : 1;
+}
+
+template <typename Value>
+CLI::IsMember NamesOf(const std::map<std::string, Value>& table) {
+    std::vector<std::string> names;
+    for (const auto& entry : table) {
+        names.push_back(entry.first);
+    }
+    return CLI::IsMember(names);
+}
+
+void AddOptions(CLI::App& command, DemoWords& words) {
+    command
+        .add_option("DIR", words.folder,
+                    HelpText("Folder of the project; it must not exist yet, see --force"))
+        ->type_name("PATH")
+        ->required();
+    command.add_option("--shape", words.shape, HelpText("plate; ribbed cover; or ring, a plate bent round"))
+        ->check(NamesOf(kShapes))
+        ->type_name("SHAPE")
+        ->capture_default_str();
+    command
+        .add_option("--cells", words.cells,
+                    HelpText("About so many tetrahedra; the wall stays 2 mm thick, with six blocks of cells "
+                             "through it (fewer in parts below 55,000 cells), so that more cells make a "
+                             "larger part"))
+        ->check(CLI::Range(kFewestDemoCells, kMostDemoCells))
+        ->type_name("N")
+        ->capture_default_str();
+    command
+        .add_option(
+            "--stage", words.stage,
+            HelpText("Stage of the results: flow and pack have eight output times, cool and warp one"))
+        ->check(NamesOf(kStages))
+        ->type_name("STAGE")
+        ->capture_default_str();
+    command.add_flag("--shuffle", words.shuffled,
+                     HelpText("Number cells and nodes at random, as benchmarks ask for"));
+    command.add_flag("--force", words.force,
+                     HelpText("Write into a folder that exists; files of an earlier demo in it are replaced, "
+                              "other files stay"));
+}
+
+}  // namespace
+
+void AddDemoCommand(CLI::App& app, int& exitCode) {
+    auto words = std::make_shared<DemoWords>();
+    CLI::App& command = AddSubcommand(
+        app, exitCode, "demo", "Write a project with a generated part and an analytic cooling history",
+        "frozenlayer demo --shape ring --cells 50000 my-ring", [words] { return WriteDemo(*words); });
+    AddOptions(command, *words);
+}
+
+}  // namespace qnl
