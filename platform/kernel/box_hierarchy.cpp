@@ -15,6 +15,10 @@ float Narrowed(double value) {
     return static_cast<float>(std::clamp(value, -static_cast<double>(kFar), static_cast<double>(kFar)));
 }
 
+unsigned Bit(bool condition) {
+    return condition ? 1U : 0U;
+}
+
 // Holds nothing, in finite numbers so that tests give no NaN.
 template <class Node>
 Node EmptyNode() {
@@ -56,6 +60,11 @@ void Box::Grow(double margin) {
         low[a] -= margin;
         high[a] += margin;
     }
+}
+
+bool Box::Contains(const Point& point) const {
+    return point[0] >= low[0] && point[0] <= high[0] && point[1] >= low[1] && point[1] <= high[1] &&
+           point[2] >= low[2] && point[2] <= high[2];
 }
 
 Segment::Segment(const Point& lineOrigin, const Point& lineDirection, double start, double end)
@@ -148,7 +157,7 @@ unsigned BoxHierarchy::SegmentTest::Hits(const Node& node) const {
         float leave = outX < outY ? outX : outY;
         leave = leave < outZ ? leave : outZ;
         leave = leave < to ? leave : to;
-        hit[i] = enter <= leave ? 1U : 0U;
+        hit[i] = Bit(enter <= leave);
     }
     return Packed(hit);
 }
@@ -163,10 +172,10 @@ BoxHierarchy::OverlapTest::OverlapTest(const Box& box, const Point& middle) : lo
 unsigned BoxHierarchy::OverlapTest::Hits(const Node& node) const {
     std::array<unsigned, kWidth> hit;
     for (std::size_t i = 0; i < kWidth; ++i) {
-        const bool x = (node[0][i] <= high_[0]) & (node[3][i] >= low_[0]);
-        const bool y = (node[1][i] <= high_[1]) & (node[4][i] >= low_[1]);
-        const bool z = (node[2][i] <= high_[2]) & (node[5][i] >= low_[2]);
-        hit[i] = x & y & z ? 1U : 0U;
+        const unsigned x = Bit(node[0][i] <= high_[0]) & Bit(node[3][i] >= low_[0]);
+        const unsigned y = Bit(node[1][i] <= high_[1]) & Bit(node[4][i] >= low_[1]);
+        const unsigned z = Bit(node[2][i] <= high_[2]) & Bit(node[5][i] >= low_[2]);
+        hit[i] = x & y & z;
     }
     return Packed(hit);
 }

@@ -14,8 +14,10 @@ constexpr std::array<std::size_t, 3> kBefore{2, 0, 1};
 
 // Position of a node among the corners of a tetra that has it; no branches, for it is hard to foresee.
 std::size_t CornerOf(const int* corners, int node) {
-    return static_cast<std::size_t>((corners[1] == node ? 1 : 0) + (corners[2] == node ? 2 : 0) +
-                                    (corners[3] == node ? 3 : 0));
+    const std::size_t first = corners[1] == node ? 1 : 0;
+    const std::size_t second = corners[2] == node ? 2 : 0;
+    const std::size_t third = corners[3] == node ? 3 : 0;
+    return first + second + third;
 }
 
 double SquaredDistance(const Seen& s) {
