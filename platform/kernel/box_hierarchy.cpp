@@ -15,6 +15,10 @@ float Narrowed(double value) {
     return static_cast<float>(std::clamp(value, -static_cast<double>(kFar), static_cast<double>(kFar)));
 }
 
+unsigned Bit(bool condition) {
+    return condition ? 1U : 0U;
+}
+
 // Holds nothing, in finite numbers so that tests give no NaN.
 template <class Node>
 Node EmptyNode() {
@@ -26,10 +30,10 @@ Node EmptyNode() {
 }
 
 template <std::size_t Width>
-unsigned Packed(const std::array<unsigned, Width>& bit) {
+unsigned Packed(const std::array<unsigned, Width>& hit) {
     unsigned packed = 0;
     for (std::size_t i = 0; i < Width; ++i) {
-        packed |= bit[i] << i;
+        packed |= hit[i] << i;
     }
     return packed;
 }
@@ -56,6 +60,11 @@ void Box::Grow(double margin) {
         low[a] -= margin;
         high[a] += margin;
     }
+}
+
+bool Box::Contains(const Point& point) const {
+    return point[0] >= low[0] && point[0] <= high[0] && point[1] >= low[1] && point[1] <= high[1] &&
+           point[2] >= low[2] && point[2] <= high[2];
 }
 
 Segment::Segment(const Point& lineOrigin, const Point& lineDirection, double start, double end)
@@ -122,26 +131,35 @@ BoxHierarchy::SegmentTest::SegmentTest(const Segment& segment, const Point& midd
     }
 }
 
+// Written out by axis in one loop without branches, which compilers turn into vector instructions.
 unsigned BoxHierarchy::SegmentTest::Hits(const Node& node) const {
-    Row enter;
-    Row leave;
-    enter.fill(from_);
-    leave.fill(to_);
-    for (std::size_t a = 0; a < 3; ++a) {
-        const Row& nearBounds = node[nearRow_[a]];
-        const Row& farBounds = node[farRow_[a]];
-        for (std::size_t i = 0; i < kWidth; ++i) {
-            const float in = (nearBounds[i] - origin_[a]) * inverse_[a];
-            const float out = (farBounds[i] - origin_[a]) * inverse_[a];
-            enter[i] = in > enter[i] ? in : enter[i];
-            leave[i] = out < leave[i] ? out : leave[i];
-        }
-    }
-    std::array<unsigned, kWidth> bit;
+    const float* nearX = node[nearRow_[0]].data();
+    const float* nearY = node[nearRow_[1]].data();
+    const float* nearZ = node[nearRow_[2]].data();
+    const float* farX = node[farRow_[0]].data();
+    const float* farY = node[farRow_[1]].data();
+    const float* farZ = node[farRow_[2]].data();
+    const auto [originX, originY, originZ] = origin_;
+    const auto [inverseX, inverseY, inverseZ] = inverse_;
+    const float from = from_;
+    const float to = to_;
+    std::array<unsigned, kWidth> hit;
     for (std::size_t i = 0; i < kWidth; ++i) {
-        bit[i] = enter[i] <= leave[i] ? 1U : 0U;
+        const float inX = (nearX[i] - originX) * inverseX;
+        const float inY = (nearY[i] - originY) * inverseY;
+        const float inZ = (nearZ[i] - originZ) * inverseZ;
+        const float outX = (farX[i] - originX) * inverseX;
+        const float outY = (farY[i] - originY) * inverseY;
+        const float outZ = (farZ[i] - originZ) * inverseZ;
+        float enter = inX > inY ? inX : inY;
+        enter = enter > inZ ? enter : inZ;
+        enter = enter > from ? enter : from;
+        float leave = outX < outY ? outX : outY;
+        leave = leave < outZ ? leave : outZ;
+        leave = leave < to ? leave : to;
+        hit[i] = Bit(enter <= leave);
     }
-    return Packed(bit);
+    return Packed(hit);
 }
 
 BoxHierarchy::OverlapTest::OverlapTest(const Box& box, const Point& middle) : low_{}, high_{} {
@@ -152,15 +170,14 @@ BoxHierarchy::OverlapTest::OverlapTest(const Box& box, const Point& middle) : lo
 }
 
 unsigned BoxHierarchy::OverlapTest::Hits(const Node& node) const {
-    std::array<unsigned, kWidth> bit;
-    bit.fill(1U);
-    for (std::size_t a = 0; a < 3; ++a) {
-        for (std::size_t i = 0; i < kWidth; ++i) {
-            bit[i] &= node[a][i] <= high_[a] ? 1U : 0U;
-            bit[i] &= node[a + 3][i] >= low_[a] ? 1U : 0U;
-        }
+    std::array<unsigned, kWidth> hit;
+    for (std::size_t i = 0; i < kWidth; ++i) {
+        const unsigned x = Bit(node[0][i] <= high_[0]) & Bit(node[3][i] >= low_[0]);
+        const unsigned y = Bit(node[1][i] <= high_[1]) & Bit(node[4][i] >= low_[1]);
+        const unsigned z = Bit(node[2][i] <= high_[2]) & Bit(node[5][i] >= low_[2]);
+        hit[i] = x & y & z;
     }
-    return Packed(bit);
+    return Packed(hit);
 }
 
 }  // namespace qnl

@@ -18,6 +18,7 @@ struct Box {
     static Box Everything();
     void Extend(const Point& point);
     void Grow(double margin);
+    bool Contains(const Point& point) const;  ///< closed on both sides
 };
 
 /// A piece of a straight line: origin + t direction for t in [from, to].

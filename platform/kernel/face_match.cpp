@@ -18,9 +18,19 @@ struct FaceRecord {
     int Cell() const { return static_cast<int>(owner >> 4); }
     std::uint8_t LocalFace() const { return static_cast<std::uint8_t>(owner & 7U); }
     bool Turn() const { return (owner & 8U) != 0; }
-    bool SameFace(const FaceRecord& other) const { return others == other.others; }
+    // Whole words compare faster than the array does.
+    std::uint64_t FirstTwo() const { return static_cast<std::uint64_t>(others[0]) << 32 | others[1]; }
+    bool SameFace(const FaceRecord& other) const {
+        return FirstTwo() == other.FirstTwo() && others.back() == other.others.back();
+    }
     bool operator<(const FaceRecord& other) const {
-        return others != other.others ? others < other.others : owner < other.owner;
+        if (FirstTwo() != other.FirstTwo()) {
+            return FirstTwo() < other.FirstTwo();
+        }
+        if (others.back() != other.others.back()) {
+            return others.back() < other.others.back();
+        }
+        return owner < other.owner;
     }
 };
 
@@ -93,40 +103,60 @@ private:
 
     int Nodes() const { return static_cast<int>(topology_.fileNode.size()); }
 
+    std::size_t PartBegin(int part) const {
+        return static_cast<std::size_t>(topology_.Cells()) * static_cast<std::size_t>(part) /
+               static_cast<std::size_t>(parts_);
+    }
+
+    // Calls take(part, corners, shape, face, cell) for all faces, part after part on several threads.
     template <class Take>
     void ForFaces(Take take) const {
-        const int cells = topology_.Cells();
-        for (int cell = 0; cell < cells; ++cell) {
-            const CellShape& shape = Others == 2 ? kCellShapes[0] : topology_.Shape(cell);
-            const int* corners = topology_.Corners(cell);
-            const auto faces = static_cast<std::size_t>(Others == 2 ? 4 : shape.faces);
-            for (std::size_t f = 0; f < faces; ++f) {
-                take(corners, shape, f, static_cast<std::uint32_t>(cell));
+#pragma omp parallel for schedule(static) num_threads(parts_)
+        for (int part = 0; part < parts_; ++part) {
+            for (std::size_t cell = PartBegin(part); cell < PartBegin(part + 1); ++cell) {
+                const int number = static_cast<int>(cell);
+                const CellShape& shape = Others == 2 ? kCellShapes[0] : topology_.Shape(number);
+                const int* corners = topology_.Corners(number);
+                const auto faces = static_cast<std::size_t>(Others == 2 ? 4 : shape.faces);
+                for (std::size_t f = 0; f < faces; ++f) {
+                    take(static_cast<std::size_t>(part), corners, shape, f, static_cast<std::uint32_t>(cell));
+                }
             }
         }
     }
 
-    // first_[n + 1] becomes the place where the bucket of node n begins; filling moves it to the end.
+    // Entry part * nodes + node of next_ becomes where that part puts its next face of the node, counted
+    // from the start of the node's bucket.
     void CountByNode() {
-        first_.assign(static_cast<std::size_t>(Nodes()) + 2, 0);
-        ForFaces([&](const int* corners, const CellShape& shape, std::size_t f, std::uint32_t) {
-            int smallest = corners[shape.face[f][0]];
-            for (std::size_t c = 1; c < shape.faceCorners[f]; ++c) {
-                smallest = std::min(smallest, corners[shape.face[f][c]]);
+        const auto nodes = static_cast<std::size_t>(Nodes());
+        next_.assign(static_cast<std::size_t>(parts_) * nodes, 0);
+        ForFaces(
+            [&](std::size_t part, const int* corners, const CellShape& shape, std::size_t f, std::uint32_t) {
+                int smallest = corners[shape.face[f][0]];
+                for (std::size_t c = 1; c < shape.faceCorners[f]; ++c) {
+                    smallest = std::min(smallest, corners[shape.face[f][c]]);
+                }
+                ++next_[part * nodes + static_cast<std::size_t>(smallest)];
+            });
+        first_.assign(nodes + 1, 0);
+        for (std::size_t node = 0; node < nodes; ++node) {
+            std::uint32_t size = 0;
+            for (std::size_t at = node; at < next_.size(); at += nodes) {
+                size += std::exchange(next_[at], size);
             }
-            ++first_[static_cast<std::size_t>(smallest) + 2];
-        });
-        for (std::size_t i = 2; i < first_.size(); ++i) {
-            first_[i] += first_[i - 1];
+            first_[node + 1] = first_[node] + size;
         }
     }
 
     void FillBuckets() {
         records_.resize(first_.back());
-        ForFaces([&](const int* corners, const CellShape& shape, std::size_t f, std::uint32_t cell) {
+        const auto nodes = static_cast<std::size_t>(Nodes());
+        ForFaces([&](std::size_t part, const int* corners, const CellShape& shape, std::size_t f,
+                     std::uint32_t cell) {
             const KeyedFace<Others> face = KeyFace<Others>(corners, shape, f, cell);
-            records_[first_[static_cast<std::size_t>(face.smallest) + 1]++] = face.record;
+            records_[first_[face.smallest] + next_[part * nodes + face.smallest]++] = face.record;
         });
+        next_ = {};
     }
 
     void MatchBuckets() {
@@ -221,7 +251,9 @@ private:
     }
 
     FaceTopology& topology_;
-    std::vector<std::uint64_t> first_;
+    int parts_ = std::min(omp_get_max_threads(), 8);
+    std::vector<std::uint32_t> next_;
+    std::vector<std::uint64_t> first_;  ///< per node where its bucket begins, and the end of the last
     std::vector<Record> records_;
     FaceMatch match_;
 };

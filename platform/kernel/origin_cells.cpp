@@ -45,22 +45,22 @@ double SineFor(const FaceTopology& topology, int cell, int node, const RayScale&
 
 OriginCells::OriginCells(const FaceTopology& topology, const RayHazards& hazards, const RayScale& scale)
     : nodes_(BoundaryNodes(topology)) {
-    HashNodes(topology);
     GatherCells(topology, hazards.nearCells);
     MeasureNodes(topology, hazards, scale);
+    HashNodes(topology);
 }
 
-std::size_t OriginCells::FindEntry(const FaceTopology& topology, const Point& place) const {
+std::size_t OriginCells::FindSlot(const FaceTopology& topology, const Point& place) const {
     const std::size_t mask = table_.size() - 1;
-    std::size_t entry = static_cast<std::size_t>(HashOf(place)) & mask;
-    while (table_[entry] >= 0) {
-        const Point& known = topology.Place(nodes_[static_cast<std::size_t>(table_[entry])]);
+    std::size_t slot = static_cast<std::size_t>(HashOf(place)) & mask;
+    while (table_[slot].node >= 0) {
+        const Point& known = topology.Place(table_[slot].node);
         if (known[0] == place[0] && known[1] == place[1] && known[2] == place[2]) {
             break;
         }
-        entry = (entry + 1) & mask;
+        slot = (slot + 1) & mask;
     }
-    return entry;
+    return slot;
 }
 
 void OriginCells::HashNodes(const FaceTopology& topology) {
@@ -68,13 +68,16 @@ void OriginCells::HashNodes(const FaceTopology& topology) {
     while (size < 2 * nodes_.size()) {
         size *= 2;
     }
-    table_.assign(size, -1);
+    table_.assign(size, {-1, 0.0F, 0, 0});
     for (std::size_t i = 0; i < nodes_.size(); ++i) {
-        const std::size_t entry = FindEntry(topology, topology.Place(nodes_[i]));
-        if (table_[entry] < 0) {
-            table_[entry] = static_cast<int>(i);
+        Slot& slot = table_[FindSlot(topology, topology.Place(nodes_[i]))];
+        if (slot.node < 0) {
+            slot = {nodes_[i], sine_[i], first_[i], first_[i + 1] - first_[i]};
         }
     }
+    nodes_ = {};
+    first_ = {};
+    sine_ = {};
 }
 
 void OriginCells::GatherCells(const FaceTopology& topology,
@@ -139,12 +142,9 @@ void OriginCells::MeasureNodes(const FaceTopology& topology, const RayHazards& h
 }
 
 OriginCells::Entry OriginCells::At(const FaceTopology& topology, const Point& place) const {
-    const int found = nodes_.empty() ? -1 : table_[FindEntry(topology, place)];
-    if (found < 0) {
-        return {-1, 0.0F, nullptr, nullptr};
-    }
-    const auto entry = static_cast<std::size_t>(found);
-    return {nodes_[entry], sine_[entry], cells_.data() + first_[entry], cells_.data() + first_[entry + 1]};
+    const Slot& slot = table_[FindSlot(topology, place)];
+    const int* first = cells_.data() + slot.first;
+    return {slot.node, slot.sine, first, first + slot.count};
 }
 
 }  // namespace qnl

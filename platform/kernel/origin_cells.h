@@ -13,6 +13,7 @@ namespace qnl {
 /// The cells at each place where a boundary node stands.
 class OriginCells {
 public:
+    /// Must be assigned to before it is asked.
     OriginCells() = default;
     OriginCells(const FaceTopology& topology, const RayHazards& hazards, const RayScale& scale);
 
@@ -31,16 +32,24 @@ public:
     Entry At(const FaceTopology& topology, const Point& place) const;
 
 private:
-    std::size_t FindEntry(const FaceTopology& topology, const Point& place) const;
-    void HashNodes(const FaceTopology& topology);
+    // One line of memory tells all about a place.
+    struct Slot {
+        int node;  ///< -1 when free
+        float sine;
+        std::uint32_t first;
+        std::uint32_t count;
+    };
+
+    std::size_t FindSlot(const FaceTopology& topology, const Point& place) const;
     void GatherCells(const FaceTopology& topology, const std::vector<RayHazards::NearCell>& nearCells);
     void MeasureNodes(const FaceTopology& topology, const RayHazards& hazards, const RayScale& scale);
+    void HashNodes(const FaceTopology& topology);
 
-    std::vector<int> nodes_;            ///< boundary nodes, ascending
-    std::vector<std::uint32_t> first_;  ///< per boundary node its place in cells_
+    std::vector<int> nodes_;            ///< boundary nodes, ascending; only while the table is made
+    std::vector<std::uint32_t> first_;  ///< per boundary node its place in cells_; only while it is made
+    std::vector<float> sine_;           ///< per boundary node; only while it is made
     std::vector<int> cells_;
-    std::vector<float> sine_;
-    std::vector<int> table_;  ///< open addressing over places: position in nodes_, or -1
+    std::vector<Slot> table_;  ///< open addressing over places
 };
 
 }  // namespace qnl

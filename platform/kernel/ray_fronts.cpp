@@ -9,6 +9,17 @@
 namespace qnl {
 namespace {
 
+constexpr std::array<std::size_t, 3> kAfter{1, 2, 0};
+constexpr std::array<std::size_t, 3> kBefore{2, 0, 1};
+
+// Position of a node among the corners of a tetra that has it; no branches, for it is hard to foresee.
+std::size_t CornerOf(const int* corners, int node) {
+    const std::size_t first = corners[1] == node ? 1 : 0;
+    const std::size_t second = corners[2] == node ? 2 : 0;
+    const std::size_t third = corners[3] == node ? 3 : 0;
+    return first + second + third;
+}
+
 double SquaredDistance(const Seen& s) {
     return s.u * s.u + s.v * s.v + s.depth * s.depth;
 }
@@ -16,12 +27,13 @@ double SquaredDistance(const Seen& s) {
 }  // namespace
 
 double RayWalker::Front::Depth() const {
-    return (seen[0].depth * side[1] + seen[1].depth * side[2] + seen[2].depth * side[0]) /
+    return (corner[0].seen.depth * side[1] + corner[1].seen.depth * side[2] +
+            corner[2].seen.depth * side[0]) /
            (side[0] + side[1] + side[2]);
 }
 
 double RayWalker::Front::Farthest() const {
-    return std::max({seen[0].depth, seen[1].depth, seen[2].depth});
+    return std::max(std::max(corner[0].seen.depth, corner[1].seen.depth), corner[2].seen.depth);
 }
 
 // The front is the face through which the ray enters `cell`. As long as it leaves every cell inside a face,
@@ -29,30 +41,29 @@ double RayWalker::Front::Farthest() const {
 // shows that the cell is passed.
 void RayWalker::FollowFronts(RaySlot& slot, const Ray& ray, int cell, Front& front) const {
     double entered = front.Depth();
+    double farthest = front.Farthest();
     while (cell >= 0 && topology_.IsTetra(cell) && !IsHazard(cell)) {
         const int* corners = topology_.Corners(cell);
         if (!slot.visited.Insert(cell)) {
             return;
         }
-        for (std::size_t f = 0; f < 4; ++f) {
-            Prefetch(topology_.Corners(std::max(0, corners[4 + f])));
+        Prefetch(topology_.fileCell.data() + cell);
+        for (std::size_t f = 4; f < 8; ++f) {
+            Prefetch(topology_.Corners(std::max(0, corners[f])));
         }
-        double farthest = front.Farthest();
         std::size_t exit = 0;
-        if (!Advance(ray, cell, front, exit)) {
-            slot.stack.push_back(cell);
-            return;
-        }
-        farthest = std::max(farthest, front.Farthest());
+        const bool inside = Advance(ray, corners, front, exit);
         const double left = front.Depth();
-        if (!(left - entered > 1.001 * scale_.passLength)) {
+        if (!inside || !(left - entered > 1.001 * scale_.passLength)) {
             slot.stack.push_back(cell);
             return;
         }
+        const double ahead = front.Farthest();
         Pass(slot, cell);
-        slot.endings.push_back({farthest, cell});
+        slot.endings.push_back({std::max(farthest, ahead), cell});
         slot.reached = std::max(slot.reached, left);
         entered = left;
+        farthest = ahead;
         cell = corners[4 + exit];
     }
     if (cell >= 0) {
@@ -60,35 +71,31 @@ void RayWalker::FollowFronts(RaySlot& slot, const Ray& ray, int cell, Front& fro
     }
 }
 
-// Moves the front to the face through which the ray leaves `cell`. False, with the front as it was, unless
-// the ray is farther than the reach from all new edges.
-bool RayWalker::Advance(const Ray& ray, int cell, Front& front, std::size_t& exit) const {
-    const int* corners = topology_.Corners(cell);
-    const int apex =
-        corners[0] ^ corners[1] ^ corners[2] ^ corners[3] ^ front.node[0] ^ front.node[1] ^ front.node[2];
-    const Seen seen = LookAt(ray, topology_.Place(apex));
-    std::array<double, 3> side;
-    bool clear = true;
-    for (std::size_t i = 0; i < 3; ++i) {
-        side[i] = SideOf(seen, front.seen[i]);
-        clear &= std::fabs(side[i]) > SideSlack(seen, front.seen[i], scale_.reach);
-    }
-    if (!clear) {
+// Moves the front to the face through which the ray leaves the tetra with these corners. False, with the
+// front as it was, unless the ray is farther than the reach from all new edges.
+bool RayWalker::Advance(const Ray& ray, const int* corners, Front& front, std::size_t& exit) const {
+    auto& [a, b, c] = front.corner;
+    const int node = corners[0] ^ corners[1] ^ corners[2] ^ corners[3] ^ a.node ^ b.node ^ c.node;
+    const Front::Corner apex(node, LookAt(ray, topology_.Place(node)));
+    const std::array<double, 3> side{SideOf(apex.seen, a.seen), SideOf(apex.seen, b.seen),
+                                     SideOf(apex.seen, c.seen)};
+    const double slack =
+        scale_.reach * (apex.spread + std::max(std::max(a.spread, b.spread), c.spread) + scale_.reach);
+    if (!(std::min(std::min(std::fabs(side[0]), std::fabs(side[1])), std::fabs(side[2])) > slack)) {
         return false;
     }
-    // The ray leaves between the apex and the two corners that have it between them.
-    const std::size_t out = side[0] > 0.0 ? (side[1] < 0.0 ? 2 : 0) : (side[2] > 0.0 ? 1 : 0);
-    const std::size_t next = (out + 1) % 3;
-    const std::size_t previous = (out + 2) % 3;
-    if (!(side[next] > 0.0 && side[previous] < 0.0)) {
+    // The ray leaves between the apex and the two corners that have it between them; the third drops out.
+    constexpr std::array<std::size_t, 8> kDropped{3, 2, 0, 0, 1, 2, 1, 3};
+    const std::size_t drop =
+        kDropped[(side[0] > 0.0 ? 1U : 0U) | (side[1] > 0.0 ? 2U : 0U) | (side[2] > 0.0 ? 4U : 0U)];
+    if (drop == 3) {
         return false;
     }
-    const int dropped = front.node[out];
-    front.node[out] = apex;
-    front.seen[out] = seen;
-    front.side[out] = side[next];
+    const std::size_t previous = kBefore[drop];
+    exit = kFaceOpposite[CornerOf(corners, front.corner[drop].node)];
+    front.corner[drop] = apex;
+    front.side[drop] = side[kAfter[drop]];
     front.side[previous] = -side[previous];
-    exit = kFaceOpposite[static_cast<std::size_t>(std::find(corners, corners + 3, dropped) - corners)];
     return true;
 }
 
@@ -121,7 +128,7 @@ bool RayWalker::StartAtNode(RaySlot& slot, const Ray& ray, const OriginCells::En
     slot.endings.push_back({first.Farthest(), entered});
     slot.reached = first.Depth();
     const int* corners = topology_.Corners(entered);
-    const auto corner = static_cast<std::size_t>(std::find(corners, corners + 3, entry.node) - corners);
+    const std::size_t corner = CornerOf(corners, entry.node);
     FollowFronts(slot, ray, corners[4 + kFaceOpposite[corner]], first);
     return true;
 }
@@ -132,21 +139,22 @@ bool RayWalker::StartAtNode(RaySlot& slot, const Ray& ray, const OriginCells::En
 bool RayWalker::LeavesThrough(const Ray& ray, int cell, int node, double sine, Front& front,
                               bool& clear) const {
     const int* corners = topology_.Corners(cell);
-    const auto corner = static_cast<std::size_t>(std::find(corners, corners + 3, node) - corners);
+    const std::size_t corner = CornerOf(corners, node);
     const auto& face = kTetraFaces[kFaceOpposite[corner]];
     std::array<double, 3> distance;
     for (std::size_t i = 0; i < 3; ++i) {
-        front.node[i] = corners[face[i]];
-        front.seen[i] = LookAt(ray, topology_.Place(front.node[i]));
-        distance[i] = SquaredDistance(front.seen[i]);
+        const int other = corners[face[i]];
+        front.corner[i] = Front::Corner(other, LookAt(ray, topology_.Place(other)));
+        distance[i] = SquaredDistance(front.corner[i].seen);
     }
     bool inside = true;
     bool outside = false;
     for (std::size_t i = 0; i < 3; ++i) {
-        const std::size_t j = (i + 1) % 3;
-        const double side = SideOf(front.seen[i], front.seen[j]);
-        const bool off = side * side > sine * sine * distance[i] * distance[j];
-        inside = inside && off && side > SideSlack(front.seen[i], front.seen[j], scale_.reach);
+        const Seen& p = front.corner[i].seen;
+        const Seen& q = front.corner[kAfter[i]].seen;
+        const double side = SideOf(p, q);
+        const bool off = side * side > sine * sine * distance[i] * distance[kAfter[i]];
+        inside = inside && off && side > SideSlack(p, q, scale_.reach);
         outside = outside || (off && side < 0.0);
         front.side[i] = side;
     }

@@ -59,8 +59,7 @@ Span ClipTetra(const Tetra& tetra, const Point& origin, const Point& direction, 
         const double crossing = reach / speed[f];
         span.high = std::min(span.high, speed[f] > 0.0 ? crossing : kInfinity);
         span.low = std::max(span.low, speed[f] < 0.0 ? crossing : -kInfinity);
-        outside |= (speed[f] == 0.0) & (reach < 0.0);
-        outside |= area[f] == 0.0;
+        outside = outside || area[f] == 0.0 || (speed[f] == 0.0 && reach < 0.0);
     }
     return outside ? kNowhere : span;
 }

@@ -182,9 +182,7 @@ private:
         const int* end = corners + topology_.Shape(cell).corners;
         for (const int node : candidates) {
             const Point& place = topology_.Place(node);
-            const bool inside = place[0] >= box.low[0] && place[0] <= box.high[0] && place[1] >= box.low[1] &&
-                                place[1] <= box.high[1] && place[2] >= box.low[2] && place[2] <= box.high[2];
-            if (inside && std::find(corners, end, node) == end && Contains(cell, place)) {
+            if (box.Contains(place) && std::find(corners, end, node) == end && Contains(cell, place)) {
                 found.push_back({node, cell});
             }
         }

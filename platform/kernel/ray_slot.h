@@ -92,6 +92,7 @@ struct RaySlot {
     std::vector<Span> pieces;       ///< of the cell at hand
     std::vector<FaceHit> faceHits;  ///< hits of one face follow each other
     std::vector<int> ids;
+    std::vector<int> sorting;
     double reached = 0.0;  ///< end of the joined spans
     int startNode = -1;    ///< node whose cells are all accounted for, when there is one
 };

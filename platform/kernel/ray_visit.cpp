@@ -137,11 +137,11 @@ void RayWalker::VisitTetra(RaySlot& slot, const Ray& ray, int cell) const {
         }
         const auto& at = kTetraFaces[f];
         if (LeavesInside(sides, kFaceEdges[f])) {
-            Front front{{corners[at[0]], corners[at[1]], corners[at[2]]},
-                        {seen[at[0]], seen[at[1]], seen[at[2]]},
-                        {}};
-            front.side = {SideOf(front.seen[0], front.seen[1]), SideOf(front.seen[1], front.seen[2]),
-                          SideOf(front.seen[2], front.seen[0])};
+            Front front;
+            for (std::size_t i = 0; i < 3; ++i) {
+                front.corner[i] = Front::Corner(corners[at[i]], seen[at[i]]);
+                front.side[i] = SideOf(seen[at[i]], seen[at[(i + 1) % 3]]);
+            }
             const double depth = front.Depth();
             if (depth >= 0.0 && depth <= slot.reached) {
                 FollowFronts(slot, ray, neighbours[f], front);

@@ -35,6 +35,26 @@ std::optional<Point> UnitVector(const Point& direction) {
     return unit;
 }
 
+// Short lists by counting, without a branch that could be foreseen wrongly.
+void SortAscending(std::vector<int>& values, std::vector<int>& scratch) {
+    constexpr std::size_t kShort = 96;
+    const std::size_t count = values.size();
+    if (count > kShort) {
+        std::sort(values.begin(), values.end());
+        return;
+    }
+    scratch.resize(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const int value = values[i];
+        int before = 0;
+        for (std::size_t j = 0; j < count; ++j) {
+            before += values[j] < value ? 1 : 0;
+        }
+        scratch[static_cast<std::size_t>(before)] = value;
+    }
+    values.swap(scratch);
+}
+
 }  // namespace
 
 RayWalker::RayWalker(FaceTopology topology, double meshSize, bool singlePrecision)
@@ -134,7 +154,7 @@ int* RayWalker::Find(int& count, const Point& origin, const Point& direction, in
         const Ray ray(origin, *unit);
         if (Trace(own, ray) && CollectCells(own)) {
             CollectFaces(own);
-            std::sort(own.ids.begin(), own.ids.end());
+            SortAscending(own.ids, own.sorting);
         }
     }
     own.ids.reserve(1);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -77,9 +78,16 @@ private:
 
     // A tetra face that the ray crosses farther than the reach from its edges, on its way out.
     struct Front {
-        std::array<int, 3> node;
-        std::array<Seen, 3> seen;    // counterclockwise
-        std::array<double, 3> side;  // SideOf corner i and the next one
+        struct Corner {
+            Corner() = default;
+            Corner(int number, const Seen& place)
+                : seen(place), spread(std::fabs(place.u) + std::fabs(place.v)), node(number) {}
+            Seen seen;
+            double spread;
+            int node;
+        };
+        std::array<Corner, 3> corner;  // counterclockwise
+        std::array<double, 3> side;    // SideOf corner i and the next one
         double Depth() const;
         double Farthest() const;
     };
@@ -103,7 +111,7 @@ private:
     bool StartAtNode(RaySlot& slot, const Ray& ray, const OriginCells::Entry& entry) const;
     bool LeavesThrough(const Ray& ray, int cell, int node, double sine, Front& front, bool& clear) const;
     void FollowFronts(RaySlot& slot, const Ray& ray, int cell, Front& front) const;
-    bool Advance(const Ray& ray, int cell, Front& front, std::size_t& exit) const;
+    bool Advance(const Ray& ray, const int* corners, Front& front, std::size_t& exit) const;
 
     void Visit(RaySlot& slot, const Ray& ray, int cell) const;
     void VisitTetra(RaySlot& slot, const Ray& ray, int cell) const;

@@ -262,4 +262,16 @@ std::vector<NamedMesh> AwkwardBodies() {
     return meshes;
 }
 
+MeshData LargerPlate(double jiggle) {
+    BoxMesh box;
+    box.blocks = {18, 14, 5};
+    box.size = {18.0, 14.0, 5.0};
+    box.jiggle = jiggle;
+    box.shuffled = true;
+    box.seed = 11;
+    MeshData mesh = BuildBox(box);
+    TurnTetras(mesh);
+    return mesh;
+}
+
 }  // namespace qnl::testing

@@ -18,4 +18,7 @@ std::vector<NamedMesh> SingleBodies();
 /// Bodies that touch or overlap in every way, slits, folded and collapsed cells.
 std::vector<NamedMesh> AwkwardBodies();
 
+/// A shuffled plate of 7,560 tetras; from 0.2 on some turn over and are turned back.
+MeshData LargerPlate(double jiggle);
+
 }  // namespace qnl::testing

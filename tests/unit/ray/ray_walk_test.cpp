@@ -126,6 +126,15 @@ TEST(RayWalk, EqualsBruteForceInAwkwardBodies) {
     }
 }
 
+// Enough cells for long walks, with rays towards the rim and from corners.
+TEST(RayWalk, EqualsBruteForceInALargerPlate) {
+    for (const bool single : {false, true}) {
+        MeshData mesh = testing::LargerPlate(single ? 0.35 : 0.12);
+        mesh.singlePrecision = single;
+        ExpectSameAsBruteForce({single ? "larger plate, single precision" : "larger plate", std::move(mesh)});
+    }
+}
+
 TEST(RayWalk, CrossesASlabAsCalculated) {
     BoxMesh box;
     box.blocks = {6, 6, 4};
