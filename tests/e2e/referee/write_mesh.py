@@ -24,6 +24,7 @@ class Block:
     labels: bool = True
     single_precision: bool = False
     tolerance: float | None = None
+    tilted: bool = False  # turned in space, so that layers coincide in depth up to rounding only
     shape: str = "full"  # full, step, hole or corners (bricks that meet along one edge only)
     turned: float = 0.2  # part of the cells that are given inside out
     seed: int = 1
@@ -93,6 +94,15 @@ class Draft:
         return ("hexa", "pyramid", "wedge")[i % 3] if self.block.kind == "mixed" else self.block.kind
 
 
+def tilt(points):
+    """The points turned by fixed angles about z and x."""
+    c, s = np.cos(0.7), np.sin(0.7)
+    about_z = np.array(((c, -s, 0.0), (s, c, 0.0), (0.0, 0.0, 1.0)))
+    c, s = np.cos(-0.4), np.sin(-0.4)
+    about_x = np.array(((1.0, 0.0, 0.0), (0.0, c, -s), (0.0, s, c)))
+    return points @ (about_x @ about_z).T
+
+
 TURNS = {10: (1, 0, 2, 3), 12: (4, 5, 6, 7, 0, 1, 2, 3), 13: (3, 4, 5, 0, 1, 2), 14: (0, 3, 2, 1, 4)}
 
 
@@ -113,7 +123,8 @@ def write_mesh(path, block):
     ]
     count = len(draft.points)
     labels = draft.random.permutation(count + count // 3)[:count] + 1 if block.labels else None
-    _write(path, block, np.array(draft.points), labels, cells)
+    points = np.array(draft.points)
+    _write(path, block, tilt(points) if block.tilted else points, labels, cells)
     return labels if labels is not None else np.arange(1, count + 1)
 
 
