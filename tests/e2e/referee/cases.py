@@ -63,6 +63,7 @@ PYRAMIDS = Block("pyramid", bricks=(3, 3, 2), shape="step", seed=14)
 TILTED_HEXA = Block("hexa", bricks=(5, 4, 4), tilted=True, seed=15)
 TILTED_TETRA = Block("tetra", bricks=(4, 3, 3), tilted=True, shape="step", seed=16)
 TILTED_MIXED = Block("mixed", bricks=(6, 3, 3), tilted=True, seed=17)
+PIECES = Block("mixed", bricks=(6, 3, 3), bend=0.2, pieces=3, seed=19)
 LONG = Block("hexa", bricks=(200, 1, 1), size=(100.0, 0.5, 0.5), bend=0.2, runner=False, seed=18)
 BLOCKS = (
     HEXA,
@@ -82,6 +83,7 @@ BLOCKS = (
     TILTED_HEXA,
     TILTED_TETRA,
     TILTED_MIXED,
+    PIECES,
     LONG,
 )
 
@@ -215,13 +217,15 @@ def random_case(seed):
     def draw(*choices):
         return choices[int(random.integers(len(choices)))]
 
+    labels = draw(True, False)
     block = Block(
         kind=draw("hexa", "wedge", "tetra", "pyramid", "mixed"),
         bricks=tuple(int(random.integers(2, top)) for top in (7, 5, 5)),
         size=(7.0, 5.0, float(random.uniform(0.8, 4.0))),
         bend=draw(0.0, 0.0, 0.1, 0.4),
         runner=draw(True, False),
-        labels=draw(True, False),
+        labels=labels,
+        pieces=draw(1, 1, 2) if labels else 1,
         single_precision=draw(False, False, True),
         tolerance=draw(None, None, None, float(random.uniform(0.1, 3.0))),
         tilted=draw(True, False, False),

@@ -65,7 +65,8 @@ def write_project(case, folder):
     with open(os.path.join(project, "Material", "stuff.toml"), "w") as file:
         file.write('name = "test"\n' + MATERIALS[case.material])
     with open(os.path.join(run_folder, f"part{case.run}.run"), "w") as file:
-        file.write("[MESH]\nMeshCount = 1\nMesh1 = block.hdf\n[MATERIAL]\nMaterialCount = 1\nMaterial1 = stuff.toml\n")
+        file.write("[MESH]\nMeshCount = 1\nMesh1 = block.hdf\n")
+        file.write("[MATERIAL]\nMaterialCount = 1\nMaterial1 = stuff.toml\n")
     if case.log is not None:
         with open(os.path.join(run_folder, "QNLIntermediateOutputTime.log"), "w") as file:
             file.write("1 0.5\n" + case.log)
