@@ -1,8 +1,8 @@
 """End-to-end tests: every number of every written file against an independent computation.
 
-Environment: QNL3DFROZENLAYER names the console program, QNL_EXAMPLES the folder of the example projects.
-QNL_CASE, when set, limits the made projects to those whose name contains it; QNL_SEEDS and QNL_FIRST_SEED
-choose the random ones.
+Environment: QNL3DFROZENLAYER names the console program, FROZENLAYER the one for people, QNL_EXAMPLES the
+folder of the example projects. QNL_CASE, when set, limits the made projects to those whose name contains
+it; QNL_SEEDS and QNL_FIRST_SEED choose the random ones.
 """
 
 import os
@@ -27,6 +27,7 @@ from referee.write_mesh import Block
 from referee.write_project import write_project
 
 PROGRAM = os.environ.get("QNL3DFROZENLAYER", "")
+PEOPLES_PROGRAM = os.environ.get("FROZENLAYER", "")
 EXAMPLES = os.environ.get("QNL_EXAMPLES", "")
 WANTED = os.environ.get("QNL_CASE", "")
 SEEDS = int(os.environ.get("QNL_SEEDS", "12"))
@@ -47,6 +48,16 @@ def run_program(words, threads=2, options=()):
     # Waiting threads that spin would slow a busy machine down.
     environment = {**os.environ, "OMP_WAIT_POLICY": "passive"}
     done = subprocess.run(arguments, capture_output=True, text=True, timeout=600, env=environment)
+    return done.returncode, done.stdout + done.stderr
+
+
+def run_for_people(words):
+    """The same run through the program for people."""
+    arguments = [PEOPLES_PROGRAM, "run", words.input_path, "--analysis-code", str(words.code)]
+    arguments += ["--intermediate-times", str(words.times), "--threads", "2"]
+    if not words.corrected:
+        arguments.append("--classic")
+    done = subprocess.run(arguments, capture_output=True, text=True, timeout=600)
     return done.returncode, done.stdout + done.stderr
 
 
@@ -124,6 +135,9 @@ class ProjectTest(unittest.TestCase):
         """Runs the program and compares all result files; gives the referee's run."""
         status, text = run_program(words, threads)
         self.assertEqual(status, SUCCESS, text)
+        return self.compare(words)
+
+    def compare(self, words):
         run = Run(words)
         expected = run.evaluate()
         problems = []
@@ -204,6 +218,19 @@ class SameBytes(ProjectTest):
     def _remove_written(project, untouched):
         for path in all_bytes(project).keys() - untouched.keys():
             os.remove(os.path.join(project, path))
+
+
+class ForPeople(ProjectTest):
+    CASES = ("flow code 6", "flow code 1 corrected", "cool with map and gas", "warp skewed")
+
+    def test_same_numbers(self):
+        for name in self.CASES:
+            with self.subTest(name):
+                project, stage = write_project(BY_NAME[name], tempfile.mkdtemp(dir=self.folder))
+                words = case_words(BY_NAME[name], project, stage)
+                status, text = run_for_people(words)
+                self.assertEqual(status, 0, text)
+                self.compare(replace(words, project_text=project.replace("/", "\\")))
 
 
 class StoredSearch(ProjectTest):

@@ -32,7 +32,12 @@ class Case:
     warp_items: bool = False
     fibre: bool = False
     shrinkage: float = 17.0
+    shrinkage_power: int = 1
     still_shrinkage: bool = False
+    stray_shrinkage: float = 0.0  # at labels that no node has
+    negative_cooling: bool = False
+    shorter: bool = False  # later files hold six tenths of the labels
+    longer: bool = False  # files hold labels beyond the mesh
     folder: str = ""
     missing: tuple = ()
     log_level: int = 0
@@ -55,6 +60,11 @@ STEP = Block("wedge", bricks=(6, 4, 4), shape="step", seed=11)
 HOLE = Block("tetra", bricks=(5, 5, 2), shape="hole", runner=False, seed=12)
 CORNERS = Block("hexa", bricks=(6, 4, 4), shape="corners", bend=0.2, seed=13)
 PYRAMIDS = Block("pyramid", bricks=(3, 3, 2), shape="step", seed=14)
+TILTED_HEXA = Block("hexa", bricks=(5, 4, 4), tilted=True, seed=15)
+TILTED_TETRA = Block("tetra", bricks=(4, 3, 3), tilted=True, shape="step", seed=16)
+TILTED_MIXED = Block("mixed", bricks=(6, 3, 3), tilted=True, seed=17)
+PIECES = Block("mixed", bricks=(6, 3, 3), bend=0.2, pieces=3, seed=19)
+LONG = Block("hexa", bricks=(200, 1, 1), size=(100.0, 0.5, 0.5), bend=0.2, runner=False, seed=18)
 BLOCKS = (
     HEXA,
     BENT,
@@ -70,6 +80,11 @@ BLOCKS = (
     HOLE,
     CORNERS,
     PYRAMIDS,
+    TILTED_HEXA,
+    TILTED_TETRA,
+    TILTED_MIXED,
+    PIECES,
+    LONG,
 )
 
 
@@ -119,6 +134,10 @@ SPECIAL = (
     Case("flow flakes, open log", material="flake", fibre=True, log=OPEN, block=BENT),
     Case("flow sink file", times=1, block=WEDGE, log_level=1),
     Case("flow sink file without labels", block=STRAIGHT_MIXED, log_level=1),
+    Case("flow shorter later", times=2, shorter=True, block=TETRA),
+    Case("flow shorter later corrected", times=2, shorter=True, block=TETRA, corrected=True),
+    Case("flow longer", times=1, longer=True, block=WEDGE),
+    Case("flow many intervals", log=None, block=LONG, times=1, corrected=True),
     Case("pack", ".k4p", times=1, block=BENT, code=2),
     Case("pack with gas", ".k4p", times=2, block=TETRA, code=7, gas_item=True, cooling_item=(0, 1, 2)),
     Case("pack corrected", ".k4p", times=2, block=MIXED, code=1, gas_item=True, corrected=True),
@@ -127,6 +146,9 @@ SPECIAL = (
     Case("cool with gas", ".k4c", "cool", BENT, gas_item=True, times=1),
     Case("cool with gas corrected", ".k4c", "cool", MIXED, gas_item=True, times=1, corrected=True),
     Case("cool with gas nowhere", ".k4c", "cool", TETRA, gas_item=True, gas_never=True),
+    Case("cool with negative times", ".k4c", "cool", BENT, negative_cooling=True),
+    Case("cool shorter later", ".k4c", "cool", TETRA, shorter=True, times=1, gas_item=True),
+    Case("cool longer corrected", ".k4c", "cool", TETRA, longer=True, corrected=True),
     Case("cool with map", ".k4c", "cool", WEDGE, id_map=True, times=2),
     Case("cool with map and gas", ".k4c", "cool", WEDGE, id_map=True, gas_item=True),
     Case("cool with map corrected", ".k4c", "cool", WEDGE, id_map=True, times=2, corrected=True),
@@ -136,6 +158,11 @@ SPECIAL = (
     Case("warp", ".k4w", "warp", BENT),
     Case("warp low shrinkage", ".k4w", "warp", TETRA, shrinkage=1.7, times=1),
     Case("warp low shrinkage corrected", ".k4w", "warp", TETRA, shrinkage=1.7, times=1, corrected=True),
+    Case("warp skewed", ".k4w", "warp", TETRA, shrinkage_power=4, corrected=True),
+    Case("warp stray", ".k4w", "warp", TETRA, shrinkage=0.5, stray_shrinkage=2.5, corrected=True),
+    Case("warp longer", ".k4w", "warp", TETRA, shrinkage=0.5, longer=True, corrected=True),
+    Case("warp shorter later", ".k4w", "warp", TETRA, shorter=True, times=1),
+    Case("warp shorter later corrected", ".k4w", "warp", TETRA, shorter=True, times=1, corrected=True),
     Case("warp thin corrected", ".k4w", "warp", THIN, shrinkage=2.5, corrected=True),
     Case("cool in a warp folder", ".k4c", "cool", BENT, warp_items=True, folder="old.k4w", single_thread=True),
     Case(
@@ -190,15 +217,18 @@ def random_case(seed):
     def draw(*choices):
         return choices[int(random.integers(len(choices)))]
 
+    labels = draw(True, False)
     block = Block(
         kind=draw("hexa", "wedge", "tetra", "pyramid", "mixed"),
         bricks=tuple(int(random.integers(2, top)) for top in (7, 5, 5)),
         size=(7.0, 5.0, float(random.uniform(0.8, 4.0))),
         bend=draw(0.0, 0.0, 0.1, 0.4),
         runner=draw(True, False),
-        labels=draw(True, False),
+        labels=labels,
+        pieces=draw(1, 1, 2) if labels else 1,
         single_precision=draw(False, False, True),
         tolerance=draw(None, None, None, float(random.uniform(0.1, 3.0))),
+        tilted=draw(True, False, False),
         shape=draw("full", "full", "step", "hole", "corners"),
         seed=seed,
     )
@@ -224,6 +254,9 @@ def random_case(seed):
         warp_items=folder == "old.k4w",
         fibre=draw(True, False),
         shrinkage=draw(17.0, 3.0, 0.5),
+        shrinkage_power=draw(1, 1, 3),
+        stray_shrinkage=draw(0.0, 0.0, 2.5),
+        shorter=draw(True, False, False),
         folder=folder,
         missing=tuple(k for k in range(times) if random.random() < 0.15),
         single_thread=folder == "old.k4w",

@@ -43,8 +43,8 @@ def _compare_fixed(file, run, expected):
         "head": {
             "code": HEAD_CODE,
             "stamp": HEAD_STAMP,
-            "mesh": f"{words.project}\\Mesh\\{run.mesh_name}",
-            "material": f"{words.project}\\Material\\{run.material_name}",
+            "mesh": words.shown_path("Mesh", run.mesh_name),
+            "material": words.shown_path("Material", run.material_name),
             "project": ".pro",
             "flag": int(words.corrected),
             "item_count": expected.item_count,
@@ -87,5 +87,6 @@ def compare_file(run, expected):
                 problems.append(f"item {item.number} {name}: expected {value!r}, written {found[name]!r}")
         for name, value in (("max", expected.maxima), ("min", expected.minima)):
             problems += compare_values(f"{item.name} {name}", [value[item.number]], [found[name]], [0])
-        problems += compare_values(item.name, expected.items[item.number], file.items[item.number][1:], expected.labels)
+        wanted = expected.items[item.number]
+        problems += compare_values(item.name, wanted, file.items[item.number][1:], expected.labels)
     return problems

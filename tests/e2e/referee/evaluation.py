@@ -103,6 +103,10 @@ class RunWords:
     corrected: bool = False
     log_level: int = 0
     five_words: bool = False
+    project_text: str = ""  # how results name the project folder, when not as in `project`
+
+    def shown_path(self, folder, name):
+        return f"{self.project_text or self.project}\\{folder}\\{name}"
 
 
 def read_search(path):

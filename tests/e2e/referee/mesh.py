@@ -265,22 +265,44 @@ class Mesh:
         return result
 
 
+def _joined_pieces(root, node_ids):
+    """(kept point rows, corner list of each cell as 1-based nodes) of all pieces.
+
+    Points of equal label are one node, standing where the label first appears.
+    """
+    point_counts, cell_counts = root["NumberOfPoints"][()], root["NumberOfCells"][()]
+    id_counts = root["NumberOfConnectivityIds"][()]
+    offsets, connectivity = root["Offsets"][()], root["Connectivity"][()]
+    if len(point_counts) == 1:
+        kept = node_of = np.arange(point_counts[0])
+    else:
+        _, first, inverse = np.unique(node_ids, return_index=True, return_inverse=True)
+        kept = np.sort(first)
+        node_of = np.searchsorted(kept, first)[inverse]
+    corners, point_base, id_base, offset_base = [], 0, 0, 0
+    for points, cells, ids in zip(point_counts, cell_counts, id_counts):
+        here = offsets[offset_base : offset_base + cells + 1]
+        nodes = node_of[connectivity[id_base : id_base + ids] + point_base] + 1
+        corners += np.split(nodes, here[1:-1])
+        point_base, id_base, offset_base = point_base + points, id_base + ids, offset_base + cells + 1
+    return kept, corners
+
+
 def read_mesh(path):
     with h5py.File(path, "r") as file:
         root = file["VTKHDF"]
         raw = root["Points"][()]
-        offsets, connectivity = root["Offsets"][()], root["Connectivity"][()]
         types = root["Types"][()].astype(np.int64)
         node_ids = root["PointData/NodeId"][()] if "PointData/NodeId" in root else None
         regions = root["CellData/Region"][()] if "CellData/Region" in root else np.zeros(len(types), np.int64)
         tolerance = float(root["FieldData/GeomTolerance"][0]) if "FieldData/GeomTolerance" in root else None
-    counts = np.diff(offsets)
+        kept, corners = _joined_pieces(root, node_ids)
+    counts = np.array([len(c) for c in corners])
     cells = np.zeros((len(types) + 1, 8), np.int64)
-    for k in range(8):
-        has = np.flatnonzero(counts > k)
-        cells[has + 1, k] = connectivity[offsets[has] + k] + 1
-    points = np.concatenate((np.zeros((1, 3)), raw.astype(np.float64)))
-    labels = np.arange(len(points)) if node_ids is None else np.concatenate(([0], node_ids)).astype(np.int64)
+    for row, nodes in enumerate(corners, 1):
+        cells[row, : len(nodes)] = nodes
+    points = np.concatenate((np.zeros((1, 3)), raw[kept].astype(np.float64)))
+    labels = np.arange(len(points)) if node_ids is None else np.concatenate(([0], node_ids[kept])).astype(np.int64)
     return Mesh(
         points=points,
         labels=labels,

@@ -126,7 +126,8 @@ def smaller(a, b):
 def frozen_ratio(samples, temperature, window, freeze):
     frozen = np.zeros(len(samples.count))
     for j, has, delta in samples.segments():
-        frozen = np.where(has, frozen + frozen_length(temperature[:, j], temperature[:, j + 1], delta, freeze), frozen)
+        part = frozen_length(temperature[:, j], temperature[:, j + 1], delta, freeze)
+        frozen = np.where(has, frozen + part, frozen)
     span = smaller(samples.span(), window)
     ratio = 100.0 * smaller(frozen, window) / span
     return np.where((samples.count < 2) | (span <= 1e-10), 100.0, ratio)

@@ -37,7 +37,7 @@ def sink_file_lines(run, vectors):
     mesh, words = run.mesh, run.words
     rows = max(mesh.node_count, int(mesh.labels.max())) if mesh.uses_labels else mesh.node_count
     head = ["1", "[HEADER]", "1007  9104"]
-    head += [f"{words.project}\\Mesh\\{run.mesh_name}", f"{words.project}\\Material\\{run.material_name}"]
+    head += [words.shown_path("Mesh", run.mesh_name), words.shown_path("Material", run.material_name)]
     head += [".pro", "0", f"{rows} {mesh.cell_count} 0", "17 7", "0 0 0 0 1 1 1", "04/02/10  17:41:28 "]
     head += ["[FIX NODE]", "0", "-1", "[VARBLE INFO]", *NODE_VARIABLES, "", "[RESULTS EOW]"]
     body = [_node_row(mesh, vectors, label) for label in range(1, rows + 1)]

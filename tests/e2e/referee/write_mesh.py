@@ -24,7 +24,9 @@ class Block:
     labels: bool = True
     single_precision: bool = False
     tolerance: float | None = None
+    tilted: bool = False  # turned in space, so that layers coincide in depth up to rounding only
     shape: str = "full"  # full, step, hole or corners (bricks that meet along one edge only)
+    pieces: int = 1
     turned: float = 0.2  # part of the cells that are given inside out
     seed: int = 1
 
@@ -93,6 +95,15 @@ class Draft:
         return ("hexa", "pyramid", "wedge")[i % 3] if self.block.kind == "mixed" else self.block.kind
 
 
+def tilt(points):
+    """The points turned by fixed angles about z and x."""
+    c, s = np.cos(0.7), np.sin(0.7)
+    about_z = np.array(((c, -s, 0.0), (s, c, 0.0), (0.0, 0.0, 1.0)))
+    c, s = np.cos(-0.4), np.sin(-0.4)
+    about_x = np.array(((1.0, 0.0, 0.0), (0.0, c, -s), (0.0, s, c)))
+    return points @ (about_x @ about_z).T
+
+
 TURNS = {10: (1, 0, 2, 3), 12: (4, 5, 6, 7, 0, 1, 2, 3), 13: (3, 4, 5, 0, 1, 2), 14: (0, 3, 2, 1, 4)}
 
 
@@ -113,22 +124,42 @@ def write_mesh(path, block):
     ]
     count = len(draft.points)
     labels = draft.random.permutation(count + count // 3)[:count] + 1 if block.labels else None
-    _write(path, block, np.array(draft.points), labels, cells)
+    points = np.array(draft.points)
+    _write(path, block, tilt(points) if block.tilted else points, labels, cells)
     return labels if labels is not None else np.arange(1, count + 1)
 
 
+def _in_pieces(block, points, labels, cells):
+    """Points, labels, cells and the counts of each piece; points on the seams are given by each piece."""
+    parts = [cells[k :: block.pieces] for k in range(block.pieces)]
+    if block.pieces == 1:
+        return points, labels, parts
+    kept, moved = [], []
+    for part in parts:
+        used = sorted({node for _, nodes, _ in part for node in nodes}, key=lambda node: (node * 7) % len(points))
+        place = {node: at for at, node in enumerate(used)}
+        kept.append(used)
+        moved.append([(kind, [place[node] for node in nodes], region) for kind, nodes, region in part])
+    order = np.concatenate(kept)
+    return points[order], labels[order], moved
+
+
 def _write(path, block, points, labels, cells):
-    counts = np.array([len(nodes) for _, nodes, _ in cells])
+    points, labels, parts = _in_pieces(block, points, labels, cells)
+    cells = [cell for part in parts for cell in part]
+    part_points = [1 + max(node for _, nodes, _ in part for node in nodes) for part in parts]
+    part_points = part_points if block.pieces > 1 else [len(points)]
+    part_sizes = [np.array([len(nodes) for _, nodes, _ in part]) for part in parts]
     with h5py.File(path, "w") as file:
         root = file.create_group("VTKHDF")
         root.attrs["Version"] = np.array([1, 0], np.int32)
         root.attrs["Type"] = np.bytes_("UnstructuredGrid")
-        root["NumberOfPoints"] = np.array([len(points)])
-        root["NumberOfCells"] = np.array([len(cells)])
-        root["NumberOfConnectivityIds"] = np.array([counts.sum()])
+        root["NumberOfPoints"] = np.array(part_points)
+        root["NumberOfCells"] = np.array([len(part) for part in parts])
+        root["NumberOfConnectivityIds"] = np.array([sizes.sum() for sizes in part_sizes])
         root["Points"] = points.astype(np.float32 if block.single_precision else np.float64)
         root["Types"] = np.array([kind for kind, _, _ in cells], np.uint8)
-        root["Offsets"] = np.concatenate(([0], np.cumsum(counts)))
+        root["Offsets"] = np.concatenate([np.concatenate(([0], np.cumsum(sizes))) for sizes in part_sizes])
         root["Connectivity"] = np.concatenate([nodes for _, nodes, _ in cells])
         root["CellData/Region"] = np.array([region for _, _, region in cells], np.int32)
         if labels is not None:

@@ -34,12 +34,13 @@ MATERIALS = {
 class Fields:
     """Random values of one output time, dense by label."""
 
-    def __init__(self, count, case, index):
+    def __init__(self, labels, case, index):
+        count = int(labels.max())
         random = np.random.default_rng(1000 * case.seed + index)
         self.temperature = random.uniform(40.0, 240.0, count)
         self.velocity = random.uniform(-20.0, 20.0, (3, count)) * (random.random(count) < 0.7)
         self.velocity[:, random.random(count) < 0.1] *= 1e-6
-        self.shrinkage = random.uniform(-0.1, 1.0, count) * case.shrinkage
+        self.shrinkage = random.uniform(-0.1, 1.0, count) ** case.shrinkage_power * case.shrinkage
         self.density = random.uniform(0.7, 0.95, count)
         self.cooling_time = random.uniform(0.0, 15.0, count) - 5.0 * (random.random(count) < 0.1)
         self.gas = random.choice([-1.0, 0.0, 0.05, 1.0], count, p=[0.6, 0.1, 0.1, 0.2])
@@ -47,6 +48,10 @@ class Fields:
         self.other = random.uniform(0.0, 1.0, (29, count))
         if case.still_shrinkage:
             self.shrinkage[:] = 0.0
+        if case.stray_shrinkage:
+            self.shrinkage[np.setdiff1d(np.arange(1, count + 1), labels) - 1] = case.stray_shrinkage
+        if case.negative_cooling:
+            self.cooling_time -= 40.0
 
 
 def write_project(case, folder):
@@ -60,7 +65,8 @@ def write_project(case, folder):
     with open(os.path.join(project, "Material", "stuff.toml"), "w") as file:
         file.write('name = "test"\n' + MATERIALS[case.material])
     with open(os.path.join(run_folder, f"part{case.run}.run"), "w") as file:
-        file.write("[MESH]\nMeshCount = 1\nMesh1 = block.hdf\n[MATERIAL]\nMaterialCount = 1\nMaterial1 = stuff.toml\n")
+        file.write("[MESH]\nMeshCount = 1\nMesh1 = block.hdf\n")
+        file.write("[MATERIAL]\nMaterialCount = 1\nMaterial1 = stuff.toml\n")
     if case.log is not None:
         with open(os.path.join(run_folder, "QNLIntermediateOutputTime.log"), "w") as file:
             file.write("1 0.5\n" + case.log)
@@ -70,7 +76,7 @@ def write_project(case, folder):
             continue
         path = stage if index == 0 else indexed(stage, index)
         if case.stage != ".k4o":
-            _write_stage(path, case, labels, Fields(int(labels.max()), case, index), index)
+            _write_stage(path, case, labels, Fields(labels, case, index), index)
         if case.fibre:
             _write_fibre(path[: path.rindex(".")] + ".k4o", case, index)
     return project, stage
@@ -99,7 +105,17 @@ def _flow_binary(path, case, _, f, index):
         items[9] = f.gas
     if case.cooling_item and index in case.cooling_item:
         items[16] = f.cooling_time
-    write_binary(path, items, max_node=len(f.temperature))
+    _write_dense(path, case, items, index)
+
+
+def _write_dense(path, case, items, index):
+    """Dense by label; later files end early where the case says so, or hold more labels than the mesh has."""
+    count = len(next(iter(items.values())))
+    if case.shorter and index > 0:
+        items = {number: values[: count * 6 // 10] for number, values in items.items()}
+    elif case.longer:
+        items = {number: np.concatenate((values, np.full(9, 500.0))) for number, values in items.items()}
+    write_binary(path, items, max_node=len(next(iter(items.values()))))
 
 
 def _cool_binary(path, case, labels, f, index):
@@ -113,13 +129,13 @@ def _cool_binary(path, case, labels, f, index):
         items = {number: values[chosen - 1] for number, values in items.items()}
         write_binary(path, items, max_node=len(chosen), node_ids=chosen)
     else:
-        write_binary(path, items, max_node=len(f.temperature))
+        _write_dense(path, case, items, index)
 
 
 def _warp_binary(path, case, _, f, index):
     items = {k + 1: f.displacement[k] for k in range(3)}
     items[7] = f.shrinkage
-    write_binary(path, items, max_node=len(f.temperature))
+    _write_dense(path, case, items, index)
 
 
 def _flow_text(path, case, labels, f):
