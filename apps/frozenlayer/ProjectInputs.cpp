@@ -91,12 +91,9 @@ StageFile ChooseStageFile(const std::string& word, bool fibreProbe) {
     throw InputProblem(NotAProject(word));
 }
 
-void CheckInputs(const StageFile& base, int intermediateTimes) {
+void CheckProjectFiles(const StageFile& base) {
     RequireShortWords(base);
     RequireOneStagePattern(base.Path());
-    for (int index = 1; index <= intermediateTimes; ++index) {
-        RequireFile(base.AtIndex(index).Path(), "intermediate output time " + std::to_string(index));
-    }
     RequireFile(base.AtIndex(0).Sibling(".run"), "the run file, which names the mesh and the material");
     const ProjectInputs inputs = ReadProjectInputs(base);
     RequireNamed(inputs.meshFile, inputs.runFile, "mesh ([MESH], MeshCount = 1, Mesh1 = <file>)");
@@ -104,6 +101,13 @@ void CheckInputs(const StageFile& base, int intermediateTimes) {
     RequireNamed(inputs.materialFile, inputs.runFile,
                  "material ([MATERIAL], MaterialCount = 1, Material1 = <file>)");
     RequireFile(inputs.materialFile, "the material that " + NativePath(inputs.runFile) + " names");
+}
+
+void CheckInputs(const StageFile& base, int intermediateTimes) {
+    CheckProjectFiles(base);
+    for (int index = 1; index <= intermediateTimes; ++index) {
+        RequireFile(base.AtIndex(index).Path(), "intermediate output time " + std::to_string(index));
+    }
 }
 
 }  // namespace qnl

@@ -21,6 +21,10 @@ ProjectInputs ReadProjectInputs(const StageFile& base);
 /// results only when `fibreProbe`, and then only those). Raises InputProblem.
 StageFile ChooseStageFile(const std::string& word, bool fibreProbe);
 
+/// Checks that the run file of a stage file's project, and the mesh and the material that it names, are
+/// there, and that the paths can be used. Raises InputProblem for the first thing that is wrong.
+void CheckProjectFiles(const StageFile& base);
+
 /// Checks that everything that a run with intermediate times 1 to `intermediateTimes` reads is there.
 /// Raises InputProblem for the first thing that is missing.
 void CheckInputs(const StageFile& base, int intermediateTimes);

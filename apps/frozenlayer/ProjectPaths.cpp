@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <set>
 
 #include "job/WindowsPath.h"
 #include "platform/HostFiles.h"
@@ -203,14 +202,20 @@ std::vector<StageFile> FindBaseStageFiles(std::string_view projectDirectory) {
     return files;
 }
 
-int CountIntermediateTimes(const StageFile& base) {
+std::set<int> ExistingIndices(const StageFile& file) {
     std::set<int> indices;
-    VisitFolder(base.RunFolder(), [&](const std::string& fileName) {
-        const std::optional<StageFile> file = ParseStagePath(base.RunFolder() + "\\" + fileName);
-        if (file && file->name == base.name && file->extension == base.extension && file->index > 0) {
-            indices.insert(file->index);
+    VisitFolder(file.RunFolder(), [&](const std::string& fileName) {
+        const std::optional<StageFile> other = ParseStagePath(file.RunFolder() + "\\" + fileName);
+        if (other && other->name == file.name && other->extension == file.extension) {
+            indices.insert(other->index);
         }
     });
+    return indices;
+}
+
+int CountIntermediateTimes(const StageFile& base) {
+    std::set<int> indices = ExistingIndices(base);
+    indices.erase(0);
     const int count = static_cast<int>(indices.size());
     if (count > 0 && *indices.rbegin() != count) {
         int missing = 1;

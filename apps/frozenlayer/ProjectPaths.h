@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -48,6 +49,9 @@ StageFile SplitStagePath(std::string_view path);
 /// Every base stage file in the run folders of a project: the latest run first, in it flow, pack, cool,
 /// heating-cooling, warp, fibre. Empty for a folder that is no project.
 std::vector<StageFile> FindBaseStageFiles(std::string_view projectDirectory);
+
+/// Indices of the files of the same name, run and extension that are there; 0 is the base time.
+std::set<int> ExistingIndices(const StageFile& file);
 
 /// Number of intermediate output times beside a base file: those numbered from 1 without a gap. Raises
 /// InputProblem when a later one stands behind a gap.

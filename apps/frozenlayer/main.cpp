@@ -5,14 +5,16 @@
 #include "InfoCommand.h"
 #include "RunCommand.h"
 #include "Terminal.h"
+#include "ViewCommand.h"
 
 namespace {
 
 using AddSubcommand = void (*)(CLI::App& app, int& exitCode);
 
-constexpr std::array<AddSubcommand, 3> kSubcommands{
+constexpr std::array<AddSubcommand, 4> kSubcommands{
     qnl::AddRunCommand,
     qnl::AddInfoCommand,
+    qnl::AddViewCommand,
     qnl::AddDemoCommand,
 };
 

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "ProjectPaths.h"
+#include "job/FrozenLayerJob.h"
+#include "kernel/mesh_kernel_state.h"
+#include "profile/PassElementMesh.h"
+
+namespace qnl {
+
+/// The mesh and the material of a stage of a project, opened to look at its results, and the temperatures of
+/// its output times as the corrected mode reads them.
+class OpenedProject {
+public:
+    /// `base` is the stage file of the base time. Raises InputProblem when the run file, the mesh or the
+    /// material is missing or cannot be used.
+    explicit OpenedProject(const StageFile& base);
+
+    const KernelMesh& Mesh() const { return job_->m_pOptKer->m_pState->mesh; }
+    const FrozenLayerJob& Job() const { return *job_; }
+    const std::string& MeshFile() const { return meshFile_; }
+    const std::string& MaterialFile() const { return materialFile_; }
+
+    /// degC; none for a material that does not freeze at one temperature.
+    std::optional<double> FreezeTemperature() const;
+    /// False for stages without temperatures.
+    bool HasTemperatures() const { return job_->m_bHasWarp == 0; }
+
+    /// Reads the temperatures of one output time and carries them to faces and cells. Raises InputProblem
+    /// when the stage file cannot be used.
+    void LoadTemperatures(const std::string& stageFile);
+    /// Temperatures of the last output time read, degC.
+    PassElementField Temperatures() const;
+    PassElementMesh Elements() const { return {job_->p_Surfce, job_->p_Cell, {job_->m_nSurfaces}}; }
+
+private:
+    void OpenMaterial();
+    void OpenMesh();
+
+    std::string meshFile_;
+    std::string materialFile_;
+    std::unique_ptr<FrozenLayerJob> job_;
+};
+
+}  // namespace qnl

@@ -1,0 +1,135 @@
+#include "ResultSeries.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace qnl {
+
+namespace {
+
+std::string ResultExtension(const std::string& stageExtension) {
+    for (const StagePattern& stage : kStagePatterns) {
+        if (stage.pattern == stageExtension) {
+            return std::string(stage.resultExtension);
+        }
+    }
+    return {};
+}
+
+std::string StageExtension(const std::string& extension) {
+    for (const StagePattern& stage : kStagePatterns) {
+        if (stage.pattern == extension || stage.resultExtension == extension) {
+            return std::string(stage.pattern);
+        }
+    }
+    return {};
+}
+
+StageFile ResultOf(StageFile stageFile) {
+    stageFile.extension = ResultExtension(stageFile.extension);
+    return stageFile;
+}
+
+/// The stage file that belongs to a result or stage file of any time.
+StageFile StageFileOfWord(const std::string& word) {
+    StageFile file = SplitRunPath(word);
+    const std::string extension = StageExtension(file.extension);
+    if (extension.empty()) {
+        throw InputProblem(NativePath(word) +
+                           ": neither a frozen-layer result (.fzr flow, .pzr pack, .czr cool, .hczr"
+                           " heating-cooling, .wzr warp) nor the stage file of one");
+    }
+    file.extension = extension;
+    return file;
+}
+
+[[noreturn]] void RefuseWithoutResult(const std::string& path) {
+    throw InputProblem(NativePath(path) +
+                       ": no frozen-layer result is there; make it first with frozenlayer run");
+}
+
+StageFile StageFileOfFolder(const std::string& folder) {
+    const std::vector<StageFile> files = FindBaseStageFiles(folder);
+    const auto found = std::find_if(files.begin(), files.end(), [](const StageFile& file) {
+        return file.extension != kFibreExtension && !ExistingIndices(ResultOf(file)).empty();
+    });
+    if (found == files.end()) {
+        RefuseWithoutResult(folder);
+    }
+    return *found;
+}
+
+bool SameSeries(const StageFile& a, const StageFile& b) {
+    return a.AtIndex(0).Path() == b.AtIndex(0).Path();
+}
+
+std::set<int> IndicesOfWords(const StageFile& base, const std::vector<std::string>& words) {
+    std::set<int> indices;
+    for (const std::string& word : words) {
+        const StageFile file = StageFileOfWord(word);
+        if (!SameSeries(file, base)) {
+            throw InputProblem(NativePath(word) + " belongs to another run or stage than " +
+                               NativePath(words.front()) + ": name results of one series");
+        }
+        if (!FileExists(ResultOf(file).Path())) {
+            RefuseWithoutResult(ResultOf(file).Path());
+        }
+        indices.insert(file.index);
+    }
+    return indices;
+}
+
+/// The base time is the last where times are not known.
+bool ComesEarlier(const SeriesTime& a, const SeriesTime& b, bool realTimes) {
+    if (realTimes) {
+        return *a.time.seconds < *b.time.seconds;
+    }
+    return (a.time.index == 0) != (b.time.index == 0) ? b.time.index == 0 : a.time.index < b.time.index;
+}
+
+/// The decimal number that a time in single precision was written as: 6.4, not 6.40000009536743.
+double Decimal(double seconds) {
+    std::array<char, 32> digits{};
+    const auto written =
+        std::to_chars(digits.data(), digits.data() + digits.size(), static_cast<float>(seconds));
+    double number = seconds;
+    std::from_chars(digits.data(), written.ptr, number);
+    return number;
+}
+
+void OrderTimes(ResultSeries& series) {
+    auto& times = series.times;
+    series.realTimes = std::all_of(times.begin(), times.end(),
+                                   [](const SeriesTime& time) { return time.time.seconds.has_value(); });
+    std::stable_sort(times.begin(), times.end(), [&](const SeriesTime& a, const SeriesTime& b) {
+        return ComesEarlier(a, b, series.realTimes);
+    });
+    for (std::size_t i = 0; i < times.size(); ++i) {
+        times[i].axis = series.realTimes ? Decimal(*times[i].time.seconds) : static_cast<double>(i + 1);
+    }
+}
+
+}  // namespace
+
+ResultSeries FindResultSeries(const std::vector<std::string>& words) {
+    ResultSeries series;
+    const std::string& first = words.front();
+    const bool single = words.size() == 1;
+    const StageFile named = single && FolderExists(first) ? StageFileOfFolder(first) : StageFileOfWord(first);
+    series.base = named.AtIndex(0);
+    const std::set<int> indices =
+        single ? ExistingIndices(ResultOf(series.base)) : IndicesOfWords(series.base, words);
+    if (indices.empty()) {
+        RefuseWithoutResult(ResultOf(series.base).Path());
+    }
+    for (const int index : indices) {
+        const StageFile file = series.base.AtIndex(index);
+        const StageSummary summary = ReadStageSummary(file.Path());
+        series.times.push_back({{index, summary.seconds}, file.Path(), ResultOf(file).Path(), 0.0});
+    }
+    OrderTimes(series);
+    return series;
+}
+
+}  // namespace qnl

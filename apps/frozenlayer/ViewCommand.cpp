@@ -1,0 +1,51 @@
+#include "ViewCommand.h"
+
+#include <iostream>
+#include <memory>
+
+#include "FaultReport.h"
+#include "ReportPage.h"
+#include "ResultSeries.h"
+#include "Subcommand.h"
+
+namespace qnl {
+
+namespace {
+
+int View(const ReportRequest& request) {
+    const bool written = WriteReportPage(request);
+    if (written) {
+        std::cout << request.out << std::endl;
+    }
+    const std::vector<Fault> faults = TakeFaults();
+    PrintFaults(faults, std::cerr);
+    return written && faults.empty() && std::cout.good() ? 0 : 1;
+}
+
+}  // namespace
+
+std::string CheckPageName(const std::string& name) {
+    for (const std::string end : {".html", ".htm"}) {
+        if (name.size() > end.size() && name.substr(name.size() - end.size()) == end) {
+            return {};
+        }
+    }
+    return "\"" + name + "\" is no name of a page: end it in .html";
+}
+
+void AddViewCommand(CLI::App& app, int& exitCode) {
+    auto request = std::make_shared<ReportRequest>();
+    CLI::App& command =
+        AddSubcommand(app, exitCode, "view", "Write a page that shows results in a browser",
+                      "frozenlayer view examples/ribbed-cover/Analysis/Run1/cover1.fzr --out report.html",
+                      [request] { return View(*request); });
+    command.add_option("RESULT", request->results, HelpText(kSeriesHelp))->type_name("PATH")->required();
+    command
+        .add_option("--out", request->out,
+                    HelpText("The page, one file that needs no network; one of that name is replaced"))
+        ->type_name("FILE.html")
+        ->check(CheckPageName)
+        ->required();
+}
+
+}  // namespace qnl
