@@ -1,14 +1,15 @@
 #pragma once
 
 #include <string>
-#include <vector>
+
+#include "ResultSeries.h"
 
 namespace qnl {
 
 /// A page to be written.
 struct ReportRequest {
-    std::vector<std::string> results;  ///< words as FindResultSeries takes them
-    std::string out;                   ///< path of the page
+    SeriesWords results;
+    std::string out;  ///< path of the page
 };
 
 /// Writes one self-contained page that shows the results of a series; a file of that name is replaced. Notes

@@ -112,21 +112,22 @@ void OrderTimes(ResultSeries& series) {
 
 }  // namespace
 
-ResultSeries FindResultSeries(const std::vector<std::string>& words) {
+ResultSeries FindResultSeries(const SeriesWords& named) {
+    const std::vector<std::string>& words = named.words;
     ResultSeries series;
     const std::string& first = words.front();
-    const bool single = words.size() == 1;
-    const StageFile named = single && FolderExists(first) ? StageFileOfFolder(first) : StageFileOfWord(first);
-    series.base = named.AtIndex(0);
+    const bool single = words.size() == 1 && !named.onlyThese;
+    const StageFile file = single && FolderExists(first) ? StageFileOfFolder(first) : StageFileOfWord(first);
+    series.base = file.AtIndex(0);
     const std::set<int> indices =
         single ? ExistingIndices(ResultOf(series.base)) : IndicesOfWords(series.base, words);
     if (indices.empty()) {
         RefuseWithoutResult(ResultOf(series.base).Path());
     }
     for (const int index : indices) {
-        const StageFile file = series.base.AtIndex(index);
-        const StageSummary summary = ReadStageSummary(file.Path());
-        series.times.push_back({{index, summary.seconds}, file.Path(), ResultOf(file).Path(), 0.0});
+        const StageFile stage = series.base.AtIndex(index);
+        const StageSummary summary = ReadStageSummary(stage.Path());
+        series.times.push_back({{index, summary.seconds}, stage.Path(), ResultOf(stage).Path(), 0.0});
     }
     OrderTimes(series);
     return series;

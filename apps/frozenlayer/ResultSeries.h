@@ -27,10 +27,16 @@ struct ResultSeries {
     const char* AxisUnit() const { return realTimes ? "s" : ""; }
 };
 
-/// The series that a user's words stand for. One word: a project folder (its latest run, the first stage
-/// that has results), or a result or stage file, which stands for all times of its series. Several words:
-/// files of one series, which stand for exactly those times. Raises InputProblem.
-ResultSeries FindResultSeries(const std::vector<std::string>& words);
+/// Words that stand for a series. One word: a project folder (its latest run, the first stage that has
+/// results), or a result or stage file, which stands for all times of its series. Several words: files of one
+/// series, which stand for exactly those times.
+struct SeriesWords {
+    std::vector<std::string> words;
+    bool onlyThese = false;  ///< a single file stands for its own time only
+};
+
+/// The series that the words stand for. Raises InputProblem.
+ResultSeries FindResultSeries(const SeriesWords& named);
 
 /// Options of a command for people that takes such words.
 inline constexpr const char* kSeriesHelp =

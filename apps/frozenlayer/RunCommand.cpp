@@ -11,11 +11,14 @@
 #include "FaultReport.h"
 #include "NumberText.h"
 #include "ProjectInputs.h"
+#include "ReportPage.h"
+#include "ResultExport.h"
 #include "RunProgress.h"
 #include "RunReport.h"
 #include "StreamRedirection.h"
 #include "Subcommand.h"
 #include "Terminal.h"
+#include "ViewCommand.h"
 #include "WrittenFiles.h"
 #include "job/EntryRoutine.h"
 
@@ -32,6 +35,8 @@ struct RunRequest {
     int threads = 0;
     bool fibreProbe = false;
     bool classic = false;
+    std::string view;
+    std::string exportName;
 };
 
 int ChooseIntermediateTimes(const RunRequest& request, const StageFile& base) {
@@ -98,7 +103,27 @@ bool Succeeded(ExitCode code, const std::vector<EvaluatedTime>& times) {
            std::all_of(times.begin(), times.end(), [](const EvaluatedTime& time) { return time.evaluated; });
 }
 
+/// Shows the results that this run wrote, as asked; gives whether that could be done.
+bool ShowResults(const RunRequest& request, const std::vector<EvaluatedTime>& times) {
+    SeriesWords results{{}, true};
+    for (const EvaluatedTime& time : times) {
+        results.words.push_back(time.resultFile);
+    }
+    bool shown = true;
+    if (!request.view.empty()) {
+        shown = WriteReportPage({results, request.view});
+        std::cout << (shown ? "Page written:\n  " + request.view + "\n" : "");
+    }
+    if (!request.exportName.empty()) {
+        PrintWrittenFiles(ExportResults({results, request.exportName, "pvd", true}), std::cout);
+    }
+    return shown;
+}
+
 int Run(const RunRequest& request) {
+    if (request.fibreProbe && (!request.view.empty() || !request.exportName.empty())) {
+        throw InputProblem("--fibre-probe writes no results that --view or --export could show");
+    }
     const StageFile base = ChooseStageFile(request.target, request.fibreProbe);
     const int intermediateTimes = ChooseIntermediateTimes(request, base);
     CheckInputs(base, intermediateTimes);
@@ -116,6 +141,7 @@ int Run(const RunRequest& request) {
         succeeded = PrintResultTables(progress.Times(), std::cout) && succeeded;
     }
     PrintWrittenFiles(written.List(), std::cout);
+    succeeded = succeeded && ShowResults(request, progress.Times());
     std::cout.flush();
     PrintDeepWalls(progress.Walls(), std::cerr);
     const std::vector<Fault> faults = TakeFaults();
@@ -167,6 +193,18 @@ void AddOptions(CLI::App& command, RunRequest& request) {
     command.add_flag(
         "--fibre-probe,--fiber-probe", request.fibreProbe,
         HelpText("Print the fibre orientation along the normal of listed or typed nodes instead"));
+    command
+        .add_option(
+            "--view", request.view,
+            HelpText("Write a page that shows the results in a browser; one of that name is replaced"))
+        ->type_name("FILE.html")
+        ->check(CheckPageName);
+    command
+        .add_option(
+            "--export", request.exportName,
+            HelpText("Write the surface with all items as NAME.pvd and .vtp files; files of these names "
+                     "are replaced"))
+        ->type_name("NAME");
     command.add_flag("--classic", request.classic,
                      HelpText("Carry state from one output time to the next (see docs/modes.md); without it "
                               "each output time is evaluated on its own"));

@@ -40,7 +40,7 @@ std::string WhyNoHistory(const SeriesResults& loaded) {
 
 }  // namespace
 
-SeriesResults LoadSeriesResults(const std::vector<std::string>& words, std::size_t profileNodes) {
+SeriesResults LoadSeriesResults(const SeriesWords& words, std::size_t profileNodes) {
     ResultSeries series = FindResultSeries(words);
     OpenedProject project(series.base);
     SeriesResults loaded{std::move(series), std::move(project), {}, {}, {}, {}, {}, {}, {}, {}};

@@ -31,6 +31,6 @@ struct SeriesResults {
 
 /// Loads the series that the words stand for, with the profiles of at most `profileNodes` nodes spread over
 /// the part. Raises InputProblem.
-SeriesResults LoadSeriesResults(const std::vector<std::string>& words, std::size_t profileNodes);
+SeriesResults LoadSeriesResults(const SeriesWords& words, std::size_t profileNodes);
 
 }  // namespace qnl

@@ -39,7 +39,9 @@ void AddViewCommand(CLI::App& app, int& exitCode) {
         AddSubcommand(app, exitCode, "view", "Write a page that shows results in a browser",
                       "frozenlayer view examples/ribbed-cover/Analysis/Run1/cover1.fzr --out report.html",
                       [request] { return View(*request); });
-    command.add_option("RESULT", request->results, HelpText(kSeriesHelp))->type_name("PATH")->required();
+    command.add_option("RESULT", request->results.words, HelpText(kSeriesHelp))
+        ->type_name("PATH")
+        ->required();
     command
         .add_option("--out", request->out,
                     HelpText("The page, one file that needs no network; one of that name is replaced"))

@@ -2,7 +2,9 @@
 #include <array>
 
 #include "DemoCommand.h"
+#include "ExportCommand.h"
 #include "InfoCommand.h"
+#include "ProbeCommand.h"
 #include "RunCommand.h"
 #include "Terminal.h"
 #include "ViewCommand.h"
@@ -11,11 +13,9 @@ namespace {
 
 using AddSubcommand = void (*)(CLI::App& app, int& exitCode);
 
-constexpr std::array<AddSubcommand, 4> kSubcommands{
-    qnl::AddRunCommand,
-    qnl::AddInfoCommand,
-    qnl::AddViewCommand,
-    qnl::AddDemoCommand,
+constexpr std::array<AddSubcommand, 6> kSubcommands{
+    qnl::AddRunCommand,    qnl::AddInfoCommand,  qnl::AddViewCommand,
+    qnl::AddExportCommand, qnl::AddProbeCommand, qnl::AddDemoCommand,
 };
 
 }  // namespace

@@ -1,0 +1,93 @@
+#include "ProbeCommand.h"
+
+#include <charconv>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "FaultReport.h"
+#include "ProjectPaths.h"
+#include "RayProbeReport.h"
+#include "ResultSeries.h"
+#include "RunReport.h"
+#include "Subcommand.h"
+
+namespace qnl {
+
+namespace {
+
+struct ProbeWords {
+    ProbeRequest request;
+    std::vector<std::string> points;
+};
+
+/// Three numbers with commas between them.
+std::optional<std::array<double, 3>> ParsePoint(const std::string& text) {
+    std::array<double, 3> point{};
+    const char* place = text.data();
+    const char* end = text.data() + text.size();
+    for (std::size_t axis = 0; axis < point.size(); ++axis) {
+        if (axis > 0 && (place == end || *place++ != ',')) {
+            return std::nullopt;
+        }
+        const auto read = std::from_chars(place, end, point[axis]);
+        if (read.ec != std::errc()) {
+            return std::nullopt;
+        }
+        place = read.ptr;
+    }
+    return place == end ? std::optional(point) : std::nullopt;
+}
+
+std::string CheckPoint(const std::string& text) {
+    return ParsePoint(text)
+               ? ""
+               : "\"" + text + "\" is no point: three numbers in mm are expected, such as 10,5,2.5";
+}
+
+int ProbeNodes(const ProbeWords& words) {
+    ProbeRequest request = words.request;
+    for (const std::string& text : words.points) {
+        request.points.push_back(*ParsePoint(text));
+    }
+    if (request.labels.empty() && request.points.empty()) {
+        throw InputProblem("nothing to probe: name surface nodes with --node, or places with --point x,y,z");
+    }
+    const std::vector<std::string> written = ProbeRays(request);
+    if (!request.out.empty()) {
+        PrintWrittenFiles(written, std::cout);
+    }
+    std::cout.flush();
+    const std::vector<Fault> faults = TakeFaults();
+    PrintFaults(faults, std::cerr);
+    return faults.empty() && std::cout.good() ? 0 : 1;
+}
+
+}  // namespace
+
+void AddProbeCommand(CLI::App& app, int& exitCode) {
+    auto words = std::make_shared<ProbeWords>();
+    CLI::App& command =
+        AddSubcommand(app, exitCode, "probe", "Tell the temperatures over depth below surface nodes",
+                      "frozenlayer probe examples/ribbed-cover/Analysis/Run1/cover1.fzr --point 40,0,7",
+                      [words] { return ProbeNodes(*words); });
+    command.add_option("RESULT", words->request.results.words, HelpText(kSeriesHelp))
+        ->type_name("PATH")
+        ->required();
+    command.add_option("--node", words->request.labels, HelpText("Labels of surface nodes"))
+        ->type_name("LABEL");
+    command
+        .add_option("--point", words->points,
+                    HelpText("Places in mm; each stands for the surface node nearest to it"))
+        ->type_name("x,y,z")
+        ->check(CheckPoint);
+    command
+        .add_option(
+            "--out", words->request.out,
+            HelpText("Write NAME.csv and NAME.vtp, polylines with the same numbers; without it the rows "
+                     "go to standard output"))
+        ->type_name("NAME");
+    command.add_flag("--force", words->request.force, HelpText("Replace files of these names"));
+}
+
+}  // namespace qnl

@@ -1,0 +1,149 @@
+#include "ResultExport.h"
+
+#include <array>
+#include <filesystem>
+#include <iostream>
+
+#include "CsvFile.h"
+#include "ExportFrames.h"
+#include "SeriesResults.h"
+#include "VtkXmlFile.h"
+
+namespace qnl {
+
+namespace {
+
+using WriteFrame = bool (*)(const std::string& path, const ExportSurface& surface, const ExportFrame& frame);
+using WriteList = bool (*)(const std::string& path, const std::string& timeLabel,
+                           const std::vector<CollectionEntry>& entries);
+
+/// What a format calls its files, and who writes them.
+struct Format {
+    const char* name;
+    const char* frameExtension;
+    WriteFrame writeFrame;
+    const char* listEnding;
+    WriteList writeList;
+};
+
+template <VtkKind kind>
+bool WriteVtkFrame(const std::string& path, const ExportSurface& surface, const ExportFrame& frame) {
+    return WriteVtkSurface(path, kind, surface, frame);
+}
+
+bool WriteVtkList(const std::string& path, const std::string& /*timeLabel*/,
+                  const std::vector<CollectionEntry>& entries) {
+    return WriteCollection(path, entries);
+}
+
+constexpr std::array<Format, 3> kFormats{{
+    {"pvd", ".vtp", WriteVtkFrame<VtkKind::PolyData>, ".pvd", WriteVtkList},
+    {"vtu", ".vtu", WriteVtkFrame<VtkKind::UnstructuredGrid>, ".pvd", WriteVtkList},
+    {"csv", ".csv", WriteCsvSurface, "_times.csv", WriteCsvTimes},
+}};
+
+const Format& FormatOf(const std::string& name) {
+    for (const Format& format : kFormats) {
+        if (name == format.name) {
+            return format;
+        }
+    }
+    throw InputProblem("\"" + name + "\" is no format of exported files");
+}
+
+/// The name without an extension of the formats.
+std::string Stem(const std::string& out) {
+    for (const char* extension : {".pvd", ".vtp", ".vtu", ".csv"}) {
+        const std::string_view end(extension);
+        if (out.size() > end.size() && std::string_view(out).substr(out.size() - end.size()) == end) {
+            return out.substr(0, out.size() - end.size());
+        }
+    }
+    return out;
+}
+
+void RequireFolder(const std::string& stem) {
+    const std::filesystem::path folder = std::filesystem::path(NativePath(stem)).parent_path();
+    std::error_code failed;
+    if (!folder.empty() && !std::filesystem::is_directory(folder, failed)) {
+        throw InputProblem(folder.string() + " is no folder: make it first, or choose another --out");
+    }
+}
+
+void RefuseExisting(const std::vector<std::string>& paths) {
+    for (const std::string& path : paths) {
+        std::error_code failed;
+        if (std::filesystem::exists(NativePath(path), failed)) {
+            throw InputProblem(NativePath(path) +
+                               " is there already: choose another --out, or add --force to"
+                               " replace it");
+        }
+    }
+}
+
+std::string FileName(const std::string& path) {
+    return std::filesystem::path(NativePath(path)).filename().string();
+}
+
+/// Paths of the files by time, then of the static one and of the list.
+std::vector<std::string> PathsOf(const Format& format, const std::string& stem, std::size_t times) {
+    std::vector<std::string> paths;
+    for (std::size_t t = 0; t < times; ++t) {
+        paths.push_back(stem + TimeSuffix(t) + format.frameExtension);
+    }
+    paths.push_back(stem + kStaticSuffix + format.frameExtension);
+    paths.push_back(stem + format.listEnding);
+    return paths;
+}
+
+/// Stops at the first file that cannot be written.
+std::vector<std::string> WriteAll(const Format& format, const std::vector<std::string>& paths,
+                                  const SeriesResults& loaded) {
+    const ExportSurface surface = SurfaceForExport(loaded);
+    const std::size_t times = loaded.series.times.size();
+    std::vector<std::string> written;
+    std::vector<CollectionEntry> entries;
+    for (std::size_t t = 0; t <= times; ++t) {
+        const ExportFrame frame = t < times ? TimeFrame(loaded, t) : StaticFrame(loaded);
+        if (!format.writeFrame(paths[t], surface, frame)) {
+            return written;
+        }
+        written.push_back(NativePath(paths[t]));
+        if (t < times) {
+            entries.push_back({loaded.series.times[t].axis, FileName(paths[t])});
+        }
+    }
+    const std::string timeLabel = Label(loaded.series.AxisName(), loaded.series.AxisUnit());
+    if (format.writeList(paths.back(), timeLabel, entries)) {
+        written.push_back(NativePath(paths.back()));
+    }
+    return written;
+}
+
+}  // namespace
+
+std::vector<std::string> ExportFormats() {
+    std::vector<std::string> names;
+    for (const Format& format : kFormats) {
+        names.emplace_back(format.name);
+    }
+    return names;
+}
+
+std::vector<std::string> ExportResults(const ExportRequest& request) {
+    const Format& format = FormatOf(request.format);
+    const std::size_t times = FindResultSeries(request.results).times.size();
+    const std::string stem = Stem(request.out);
+    const std::vector<std::string> paths = PathsOf(format, stem, times);
+    RequireFolder(stem);
+    if (!request.force) {
+        RefuseExisting(paths);
+    }
+    const SeriesResults loaded = LoadSeriesResults(request.results, 0);
+    if (!loaded.withoutHistory.empty()) {
+        std::cerr << loaded.withoutHistory + "\n";
+    }
+    return WriteAll(format, paths, loaded);
+}
+
+}  // namespace qnl
