@@ -2,6 +2,7 @@
 #include <array>
 
 #include "DemoCommand.h"
+#include "ImportCommand.h"
 #include "InfoCommand.h"
 #include "RunCommand.h"
 #include "Terminal.h"
@@ -10,10 +11,11 @@ namespace {
 
 using AddSubcommand = void (*)(CLI::App& app, int& exitCode);
 
-constexpr std::array<AddSubcommand, 3> kSubcommands{
+constexpr std::array<AddSubcommand, 4> kSubcommands{
     qnl::AddRunCommand,
     qnl::AddInfoCommand,
     qnl::AddDemoCommand,
+    qnl::AddImportCommand,
 };
 
 }  // namespace
