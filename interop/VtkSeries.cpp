@@ -5,6 +5,7 @@
 #include <vtkGenericEnSightReader.h>
 #include <vtkHDFReader.h>
 #include <vtkInformation.h>
+#include <vtkLogger.h>
 #include <vtkNew.h>
 #include <vtkObjectFactory.h>
 #include <vtkOpenFOAMReader.h>
@@ -19,6 +20,8 @@
 #include <array>
 #include <cctype>
 #include <filesystem>
+#include <fstream>
+#include <string_view>
 #include <utility>
 
 #include "ForeignSeries.h"
@@ -35,8 +38,7 @@ using Reader = vtkSmartPointer<vtkAlgorithm>;
 class Complaints : public vtkOutputWindow {
 public:
     static Complaints* New();
-    vtkTypeMacro(Complaints, vtkOutputWindow)
-    void DisplayText(const char*) override {}
+    vtkTypeMacro(Complaints, vtkOutputWindow) void DisplayText(const char*) override {}
     void DisplayWarningText(const char*) override {}
     void DisplayErrorText(const char* text) override { first_ = first_.empty() ? text : first_; }
 
@@ -47,7 +49,7 @@ public:
         text = head == std::string::npos ? text : text.substr(head + 3);
         std::replace(text.begin(), text.end(), '\n', ' ');
         text.erase(text.find_last_not_of(" .") + 1);
-        return text;
+        return text.find("returned failure for request") == std::string::npos ? text : "its reader failed";
     }
 
 private:
@@ -115,19 +117,33 @@ Reader MakeOpenFoamReader(const char* file) {
     return reader;
 }
 
+/// What a binary file begins with; the libraries behind the readers end the program over other contents.
+constexpr std::string_view kHdf5Start = "\x89HDF\r\n\x1A\n";
+constexpr std::string_view kAdfStart = "@(#)ADF";
+constexpr std::string_view kNetCdfStart = "CDF";
+
+using Starts = std::array<std::string_view, 2>;
+constexpr Starts kHdf{kHdf5Start};
+constexpr Starts kCgns{kHdf5Start, kAdfStart};
+constexpr Starts kExodus{kNetCdfStart, kHdf5Start};
+
 struct Format {
     const char* extension;
     Reader (*make)(const char* file);
+    Starts starts;  ///< those allowed; all empty: any
 };
 
 constexpr std::array<Format, 19> kFormats{{
-    {".vtu", MakeXmlReader},           {".pvtu", MakeXmlReader},     {".vtm", MakeXmlReader},
-    {".vts", MakeXmlReader},           {".vtr", MakeXmlReader},      {".vti", MakeXmlReader},
-    {".vtp", MakeXmlReader},           {".vtk", MakeLegacyReader},   {".hdf", MakeHdfReader},
-    {".vtkhdf", MakeHdfReader},        {".case", MakeEnSightReader}, {".encas", MakeEnSightReader},
-    {".cgns", MakeCgnsReader},         {".e", MakeExodusReader},     {".ex2", MakeExodusReader},
-    {".exo", MakeExodusReader},        {".exii", MakeExodusReader},  {".foam", MakeOpenFoamReader},
-    {".openfoam", MakeOpenFoamReader},
+    {".vtu", MakeXmlReader, {}},           {".pvtu", MakeXmlReader, {}},
+    {".vtm", MakeXmlReader, {}},           {".vts", MakeXmlReader, {}},
+    {".vtr", MakeXmlReader, {}},           {".vti", MakeXmlReader, {}},
+    {".vtp", MakeXmlReader, {}},           {".vtk", MakeLegacyReader, {}},
+    {".hdf", MakeHdfReader, kHdf},         {".vtkhdf", MakeHdfReader, kHdf},
+    {".case", MakeEnSightReader, {}},      {".encas", MakeEnSightReader, {}},
+    {".cgns", MakeCgnsReader, kCgns},      {".e", MakeExodusReader, kExodus},
+    {".ex2", MakeExodusReader, kExodus},   {".exo", MakeExodusReader, kExodus},
+    {".exii", MakeExodusReader, kExodus},  {".foam", MakeOpenFoamReader, {}},
+    {".openfoam", MakeOpenFoamReader, {}},
 }};
 
 std::string Extension(const std::string& file) {
@@ -158,6 +174,19 @@ void CheckFile(const std::string& file) {
     }
 }
 
+void CheckStart(const std::string& file, const Starts& starts) {
+    constexpr std::size_t kLongest = 8;
+    std::string found(kLongest, '\0');
+    std::ifstream(file, std::ios::binary).read(found.data(), kLongest);
+    const bool any = std::all_of(starts.begin(), starts.end(), [](std::string_view s) { return s.empty(); });
+    const bool fits = std::any_of(starts.begin(), starts.end(), [&](std::string_view start) {
+        return !start.empty() && found.compare(0, start.size(), start) == 0;
+    });
+    if (!any && !fits) {
+        throw ForeignProblem(file + " is not of the format that its extension stands for; export it anew");
+    }
+}
+
 /// One output time: its files (several when the mesh comes in parts), and the time when a list of files or
 /// the file's own list of times tells it.
 struct Entry {
@@ -169,6 +198,7 @@ struct Entry {
 class VtkSeries : public ForeignSeries {
 public:
     explicit VtkSeries(const std::vector<std::string>& files) {
+        vtkLogger::SetStderrVerbosity(vtkLogger::VERBOSITY_OFF);
         vtkOutputWindow::SetInstance(complaints_);
         for (const std::string& file : files) {
             CheckFile(file);
@@ -205,7 +235,9 @@ private:
     /// One reader is kept, so that a file with several times is opened once.
     vtkAlgorithm& ReaderOf(const std::string& file) {
         if (file != currentFile_) {
-            current_ = FindFormat(file).make(file.c_str());
+            const Format& format = FindFormat(file);
+            CheckStart(file, format.starts);
+            current_ = format.make(file.c_str());
             current_->UpdateInformation();
             RaiseComplaint(file);
             currentFile_ = file;

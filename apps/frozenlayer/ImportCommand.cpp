@@ -2,6 +2,9 @@
 
 #include <iostream>
 #include <memory>
+#include <string>
+#include <tuple>
+#include <vector>
 
 #include "ImportReport.h"
 #include "ImportedCase.h"
@@ -11,6 +14,13 @@
 namespace qnl {
 
 namespace {
+
+/// Without the list in the help, where the type already names it.
+CLI::Validator OneOf(const std::vector<std::string>& words) {
+    CLI::Validator check = CLI::IsMember(words);
+    check.description("");
+    return check;
+}
 
 void AddArrayOptions(CLI::App& command, ImportRequest& request) {
     for (const QuantityRule& rule : kQuantityRules) {
@@ -26,11 +36,11 @@ void AddArrayOptions(CLI::App& command, ImportRequest& request) {
 void AddUnitOptions(CLI::App& command, ImportRequest& request) {
     command.add_option("--temperature-unit", request.temperatureUnit, HelpText("Unit of the temperatures"))
         ->type_name("K|degC")
-        ->check(CLI::IsMember({"K", "degC"}))
+        ->check(OneOf({"K", "degC"}))
         ->capture_default_str();
     command.add_option("--length-unit", request.lengthUnit, HelpText("Unit of the coordinates"))
         ->type_name("m|mm|cm|in")
-        ->check(CLI::IsMember({"m", "mm", "cm", "in"}))
+        ->check(OneOf({"m", "mm", "cm", "in"}))
         ->capture_default_str();
     command
         .add_option(
@@ -96,7 +106,7 @@ void AddImportOptions(CLI::App& command, ImportRequest& request) {
         ->required();
     command.add_option("--stage", request.stage, HelpText("Stage that the results belong to"))
         ->type_name("flow|pack|cool|warp")
-        ->check(CLI::IsMember({"flow", "pack", "cool", "warp"}))
+        ->check(OneOf({"flow", "pack", "cool", "warp"}))
         ->capture_default_str();
     AddArrayOptions(command, request);
     AddUnitOptions(command, request);
