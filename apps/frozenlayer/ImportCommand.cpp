@@ -48,7 +48,8 @@ void AddUnitOptions(CLI::App& command, ImportRequest& request) {
             HelpText("Times of the output times in s, T1,T2,..., in the order of the files; without it "
                      "those that the files tell"))
         ->type_name("T,...")
-        ->delimiter(',');
+        ->delimiter(',')
+        ->allow_extra_args(false);
 }
 
 void AddMeshOptions(CLI::App& command, ImportRequest& request) {
@@ -65,6 +66,7 @@ void AddMeshOptions(CLI::App& command, ImportRequest& request) {
             .add_option(option, *numbers, HelpText(std::string("Region numbers of ") + kind + ", N1,N2,..."))
             ->type_name("N,...")
             ->delimiter(',')
+            ->allow_extra_args(false)
             ->needs("--region-array");
     }
     command

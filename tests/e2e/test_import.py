@@ -196,7 +196,7 @@ class ImportTest(ImportCase):
     def test_regions(self):
         ids = numpy.array([7] * 90 + [2] * 4 + [4] * 2)
         path = self.vtu(cell_data={"CellEntityIds": ids})
-        self.bring_in(path, "--region-array", "CellEntityIds", "--runner", "2", "--special", "4")
+        self.bring_in("--region-array", "CellEntityIds", "--runner", "2", "--special", "4,4", path)
         with h5py.File(self.out / "Mesh/box.hdf") as file:
             numpy.testing.assert_array_equal(file["VTKHDF/CellData/Region"][()], [0] * 90 + [1] * 4 + [2] * 2)
 
