@@ -1,18 +1,20 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need. Runs as root or through sudo; does nothing
 # when all are there.
-#   tools/install_packages.sh build|test|view ...
+#   tools/install_packages.sh build|import|test ...
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build libhdf5-dev libcli11-dev libtomlplusplus-dev libboost-dev zlib1g-dev git ca-certificates)
+import_packages=(libvtk9-dev)
 test_packages=(clang clang-format clang-tidy libomp-dev libgtest-dev libbenchmark-dev python3-h5py python3-numpy)
 
 wanted=()
 for group in "$@"; do
   case "$group" in
     build) wanted+=("${build_packages[@]}") ;;
+    import) wanted+=("${import_packages[@]}") ;;
     test) wanted+=("${test_packages[@]}") ;;
-    *) echo "unknown package group \"$group\": build or test" >&2; exit 2 ;;
+    *) echo "unknown package group \"$group\": build, import or test" >&2; exit 2 ;;
   esac
 done
 

@@ -3,6 +3,7 @@
 
 #include "DemoCommand.h"
 #include "ExportCommand.h"
+#include "ImportCommand.h"
 #include "InfoCommand.h"
 #include "ProbeCommand.h"
 #include "RunCommand.h"
@@ -13,8 +14,8 @@ namespace {
 
 using AddSubcommand = void (*)(CLI::App& app, int& exitCode);
 
-constexpr std::array<AddSubcommand, 6> kSubcommands{
-    qnl::AddRunCommand,    qnl::AddInfoCommand,  qnl::AddViewCommand,
+constexpr std::array<AddSubcommand, 7> kSubcommands{
+    qnl::AddRunCommand,    qnl::AddInfoCommand,  qnl::AddImportCommand, qnl::AddViewCommand,
     qnl::AddExportCommand, qnl::AddProbeCommand, qnl::AddDemoCommand,
 };
 

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "ForeignSeries.h"
+#include "SolidMesh.h"
+
+namespace qnl {
+
+/// One component of an array, one value per node of the solid mesh. Values of cells become the mean over the
+/// cells of the node, weighted by their volumes; those that are not finite do not count.
+std::vector<double> NodeValues(const ForeignArray& array, int component, const SolidMesh& solid);
+
+/// Gives each value that is not finite the mean of the finite values of the cells around it, spreading from
+/// neighbour to neighbour. Gives the number of values that cannot be reached.
+std::int64_t FillMissing(std::vector<double>& values, const SolidMesh& solid);
+
+}  // namespace qnl

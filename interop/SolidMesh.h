@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ForeignSeries.h"
+#include "kernel/mesh_data.h"
+
+namespace qnl {
+
+/// Linear volume cells of a foreign mesh. Nodes that no such cell uses are left out.
+struct SolidMesh {
+    MeshData mesh;                          ///< mm, cells of positive volume; no labels, no regions
+    std::vector<double> volumes;            ///< of the cells, mm3
+    std::vector<std::int64_t> cellSource;   ///< foreign cell of each cell
+    std::vector<std::int64_t> pointSource;  ///< foreign point of each node
+    std::int64_t madeLinear = 0;            ///< cells that lost their mid-side nodes
+    std::int64_t leftOut = 0;               ///< points, lines and surface cells
+};
+
+/// `millimetres` is the length unit of the foreign mesh. Raises ForeignProblem, in the name of `file`, for a
+/// mesh without volume cells, polyhedra and other volume cells that have no linear counterpart (counted), a
+/// coordinate that is not finite, a corner that a cell names twice, and a cell without volume.
+SolidMesh BuildSolidMesh(const ForeignMesh& foreign, double millimetres, const std::string& file);
+
+}  // namespace qnl

@@ -1,0 +1,160 @@
+#include "VtkSnapshot.h"
+
+#include <vtkAppendFilter.h>
+#include <vtkCellData.h>
+#include <vtkCellTypes.h>
+#include <vtkCompositeDataIterator.h>
+#include <vtkCompositeDataSet.h>
+#include <vtkDataSet.h>
+#include <vtkDoubleArray.h>
+#include <vtkFieldData.h>
+#include <vtkGenericCell.h>
+#include <vtkInformation.h>
+#include <vtkIntArray.h>
+#include <vtkPointData.h>
+#include <vtkSmartPointer.h>
+#include <vtkUnstructuredGrid.h>
+
+#include <algorithm>
+
+namespace qnl {
+
+namespace {
+
+using Leaves = std::vector<vtkSmartPointer<vtkDataSet>>;
+
+void CollectLeaves(vtkDataObject* data, Leaves& leaves) {
+    if (auto* set = vtkDataSet::SafeDownCast(data)) {
+        leaves.emplace_back(set);
+        return;
+    }
+    auto* composite = vtkCompositeDataSet::SafeDownCast(data);
+    if (composite == nullptr) {
+        return;
+    }
+    const auto blocks = vtkSmartPointer<vtkCompositeDataIterator>::Take(composite->NewIterator());
+    for (blocks->InitTraversal(); !blocks->IsDoneWithTraversal(); blocks->GoToNextItem()) {
+        CollectLeaves(blocks->GetCurrentDataObject(), leaves);
+    }
+}
+
+bool HasVolumeCells(vtkDataSet& leaf) {
+    vtkNew<vtkCellTypes> types;
+    leaf.GetCellTypes(types);
+    vtkNew<vtkGenericCell> cell;
+    for (vtkIdType i = 0; i < types->GetNumberOfTypes(); ++i) {
+        cell->SetCellType(types->GetCellType(i));
+        if (cell->GetCellDimension() == 3) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Drops patches beside volumes; keeps everything when there is no volume at all.
+void KeepVolumes(Leaves& leaves) {
+    const auto isSurface = [](const vtkSmartPointer<vtkDataSet>& leaf) { return !HasVolumeCells(*leaf); };
+    if (!std::all_of(leaves.begin(), leaves.end(), isSurface)) {
+        leaves.erase(std::remove_if(leaves.begin(), leaves.end(), isSurface), leaves.end());
+    }
+}
+
+void NumberBlocks(Leaves& leaves) {
+    int block = 0;
+    for (auto& leaf : leaves) {
+        auto copy = vtkSmartPointer<vtkDataSet>::Take(leaf->NewInstance());
+        copy->ShallowCopy(leaf);
+        vtkNew<vtkIntArray> ids;
+        ids->SetName("BlockId");
+        ids->SetNumberOfValues(copy->GetNumberOfCells());
+        ids->FillValue(block++);
+        copy->GetCellData()->AddArray(ids);
+        leaf = copy;
+    }
+}
+
+vtkSmartPointer<vtkUnstructuredGrid> Join(Leaves leaves) {
+    if (leaves.size() == 1) {
+        if (auto* grid = vtkUnstructuredGrid::SafeDownCast(leaves.front())) {
+            return grid;
+        }
+    } else {
+        NumberBlocks(leaves);
+    }
+    vtkNew<vtkAppendFilter> append;
+    append->SetMergePoints(leaves.size() > 1);
+    for (const auto& leaf : leaves) {
+        append->AddInputData(leaf);
+    }
+    append->Update();
+    return append->GetOutput();
+}
+
+void TakeMesh(vtkUnstructuredGrid& grid, ForeignMesh& mesh) {
+    mesh.singlePrecision = grid.GetPoints()->GetDataType() == VTK_FLOAT;
+    mesh.points.resize(static_cast<std::size_t>(grid.GetNumberOfPoints()));
+    for (std::size_t i = 0; i < mesh.points.size(); ++i) {
+        grid.GetPoint(static_cast<vtkIdType>(i), mesh.points[i].data());
+    }
+    mesh.offsets.push_back(0);
+    for (vtkIdType cell = 0; cell < grid.GetNumberOfCells(); ++cell) {
+        vtkIdType count = 0;
+        const vtkIdType* nodes = nullptr;
+        grid.GetCellPoints(cell, count, nodes);
+        mesh.cellTypes.push_back(grid.GetCellType(cell));
+        mesh.nodes.insert(mesh.nodes.end(), nodes, nodes + count);
+        mesh.offsets.push_back(static_cast<std::int64_t>(mesh.nodes.size()));
+    }
+}
+
+void TakeArrays(vtkFieldData& fields, bool onCells, std::vector<ForeignArray>& arrays) {
+    for (int i = 0; i < fields.GetNumberOfArrays(); ++i) {
+        vtkDataArray* array = fields.GetArray(i);
+        if (array == nullptr || array->GetName() == nullptr) {
+            continue;
+        }
+        vtkNew<vtkDoubleArray> copy;
+        copy->DeepCopy(array);
+        const double* values = copy->GetPointer(0);
+        arrays.push_back({array->GetName(), array->GetNumberOfComponents(), onCells,
+                          std::vector<double>(values, values + copy->GetNumberOfValues())});
+    }
+}
+
+std::optional<double> OwnTime(vtkDataObject& data) {
+    if (data.GetInformation()->Has(vtkDataObject::DATA_TIME_STEP())) {
+        return data.GetInformation()->Get(vtkDataObject::DATA_TIME_STEP());
+    }
+    vtkDataArray* time = data.GetFieldData()->GetArray("TimeValue");
+    return time != nullptr && time->GetNumberOfValues() == 1 ? std::optional<double>(time->GetComponent(0, 0))
+                                                             : std::nullopt;
+}
+
+}  // namespace
+
+ForeignSnapshot TakeSnapshot(const std::vector<vtkDataObject*>& parts, const std::string& file) {
+    Leaves leaves;
+    for (vtkDataObject* part : parts) {
+        CollectLeaves(part, leaves);
+    }
+    KeepVolumes(leaves);
+    ForeignSnapshot snapshot;
+    snapshot.file = file;
+    if (leaves.empty()) {
+        throw ForeignProblem(file + " holds no mesh; give one with volume cells and results");
+    }
+    const vtkSmartPointer<vtkUnstructuredGrid> grid = Join(leaves);
+    if (grid->GetNumberOfCells() == 0 || grid->GetPoints() == nullptr) {
+        throw ForeignProblem(file + " holds no cells; give a mesh with volume cells and results");
+    }
+    grid->RemoveGhostCells();
+    TakeMesh(*grid, snapshot.mesh);
+    TakeArrays(*grid->GetPointData(), false, snapshot.arrays);
+    TakeArrays(*grid->GetCellData(), true, snapshot.arrays);
+    for (vtkDataObject* part : parts) {
+        snapshot.seconds = snapshot.seconds ? snapshot.seconds : OwnTime(*part);
+    }
+    return snapshot;
+}
+
+}  // namespace qnl

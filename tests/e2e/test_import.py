@@ -1,0 +1,383 @@
+"""frozenlayer import: projects from the files of other programs, and what it says of files it cannot use."""
+import os
+import unittest
+
+import h5py
+import numpy
+
+import foreign_files as foreign
+from small_project import EXAMPLES, MATERIAL, Folder, run, write_box_mesh
+
+READERS_ARE_BUILT_IN = "reads no foreign files" not in run("import", "none.vtu", "--out", "none",
+                                                            "--freeze-temperature", 130).stderr
+SERIES = EXAMPLES / "stepped-plate-vtu/b.pvd"
+PLATE_MATERIAL = EXAMPLES / "stepped-plate/Material/pp.toml"
+
+
+def items(path):
+    with h5py.File(path) as file:
+        return {int(key): file[f"items/{key}"][()].astype("f8") for key in file["items"]}
+
+
+def item_name(path, item):
+    with h5py.File(path) as file:
+        name = file[f"items/{item}"].attrs["name"]
+        return name.decode() if isinstance(name, bytes) else str(name)
+
+
+def mesh(path):
+    with h5py.File(path) as file:
+        return {key: file["VTKHDF/" + key][()] for key in ("Points", "Connectivity", "Offsets", "Types")}
+
+
+def time_of(path):
+    with h5py.File(path) as file:
+        return float(file["time"].attrs["value"]), int(file["time"].attrs["index"])
+
+
+class ImportCase(unittest.TestCase):
+    def setUp(self):
+        self.folder = Folder(self).path
+        self.points, self.hexas = foreign.box()
+        self.depth = numpy.minimum(self.points[:, 2], 2.0 - self.points[:, 2])
+        self.temperature = 60.0 + 120.0 * self.depth
+        self.out = self.folder / "box"
+        self.run_folder = self.out / "Analysis/Run1"
+
+    def vtu(self, name="box.vtu", points=None, cells=None, point_data=None, **more):
+        path = self.folder / name
+        foreign.write_vtu(path, self.points if points is None else points, cells or self.hexas,
+                          {"temperature": self.temperature} if point_data is None else point_data, **more)
+        return path
+
+    def bring_in(self, *words, material=("--freeze-temperature", 130)):
+        result = run("import", *words, "--out", self.out, *material)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        return result
+
+    def check_refused(self, words, *texts):
+        result = run("import", *words, "--out", self.out, "--freeze-temperature", 130)
+        self.assertEqual(result.returncode, 1, result.stdout)
+        self.assertEqual(result.stderr.count("\n"), 1, result.stderr)
+        for text in texts:
+            self.assertIn(text, result.stderr)
+        self.assertFalse(self.out.exists())
+        self.assertFalse((self.folder / "box.part").exists())
+
+
+@unittest.skipUnless(READERS_ARE_BUILT_IN, "built without VTK")
+class SteppedPlateTest(ImportCase):
+    def setUp(self):
+        super().setUp()
+        self.ready = Folder(self).copy_example("stepped-plate")
+        self.out = self.folder / "plate"
+        self.run_folder = self.out / "Analysis/Run1"
+
+    def pairs(self, extension):
+        names = ["plate1" + extension] + [f"plate1_{i:03d}{extension}" for i in range(1, 9)]
+        return [(self.ready / "Analysis/Run1" / name, self.run_folder / name) for name in names]
+
+    def check_inputs(self):
+        """Temperatures are the same float32 numbers; density and shrinkage were computed elsewhere, in the same
+        precision: a few units in the last place (0.9 g/cm3: 6e-8, 17 %: 1.9e-6)."""
+        for ready, ours in self.pairs(".k4f"):
+            self.assertEqual(time_of(ours), time_of(ready))
+            expected, found = items(ready), items(ours)
+            self.assertEqual(sorted(found), sorted(expected))
+            for item, tolerance in ((6, 0.0), (11, 0.0), (12, 0.0), (13, 0.0), (14, 4e-6), (17, 1.3e-7)):
+                self.assertLessEqual(numpy.abs(found[item] - expected[item]).max(), tolerance, (ours.name, item))
+            self.assertEqual(item_name(ours, 17), "Density (computed: Tait law at 10 MPa)")
+
+    def test_series_gives_the_ready_made_project(self):
+        """The points of the series are float32, those of the project float64: rays along cell edges meet other
+        cells. Equal nodes, and per item a mean difference below 0.2 % of its range."""
+        self.bring_in(SERIES, material=("--material", PLATE_MATERIAL))
+        self.check_inputs()
+        for project in (self.ready, self.out):
+            self.assertEqual(run("run", project).returncode, 0)
+        for ready, ours in self.pairs(".fzr"):
+            expected, found = items(ready), items(ours)
+            self.assertEqual(sorted(found), sorted(expected))
+            with h5py.File(ready) as a, h5py.File(ours) as b:
+                numpy.testing.assert_array_equal(a["node_ids"][()], b["node_ids"][()])
+            for item, values in expected.items():
+                mean = numpy.abs(found[item] - values).mean()
+                self.assertLessEqual(mean, 2e-3 * (values.max() - values.min()), (ours.name, item))
+
+    def test_points_of_double_precision_give_equal_results(self):
+        """Exactly equal, but for what follows from the computed density and shrinkage."""
+        grid = mesh(self.ready / "Mesh/plate.hdf")
+        ends = grid["Offsets"]
+        cells = [(int(kind), grid["Connectivity"][a:b]) for kind, a, b in zip(grid["Types"], ends, ends[1:])]
+        names = []
+        for ready, _ in self.pairs(".k4f")[:2]:
+            with h5py.File(ready) as file:
+                self.vtu(ready.name + ".vtu", grid["Points"], cells, {"T": file["items/6"][()]},
+                         seconds=time_of(ready)[0])
+            names.append(self.folder / (ready.name + ".vtu"))
+        self.bring_in(*names, material=("--material", PLATE_MATERIAL))
+        for project in (self.ready, self.out):
+            self.assertEqual(run("run", project, "--intermediate-times", 1).returncode, 0)
+        for ready, ours in self.pairs(".fzr")[:2]:
+            expected, found = items(ready), items(ours)
+            for item, values in expected.items():
+                if item in (1, 2, 3, 4, 5, 17, 18, 19):
+                    numpy.testing.assert_array_equal(found[item], values, f"{ours.name} item {item}")
+                else:
+                    span = values.max() - values.min()
+                    self.assertLessEqual(numpy.abs(found[item] - values).max(), 2e-5 * span, (ours.name, item))
+
+
+@unittest.skipUnless(READERS_ARE_BUILT_IN, "built without VTK")
+class ImportTest(ImportCase):
+    def test_complete_project(self):
+        names = []
+        for seconds in (3.0, 1.0, 2.0):
+            names.append(self.vtu(f"t{seconds:g}.vtu", point_data={"temperature": self.temperature + seconds},
+                                  seconds=seconds))
+        result = self.bring_in(*names)
+        for name, expected in (("box1_001.k4f", (1.0, 1)), ("box1_002.k4f", (2.0, 2)), ("box1.k4f", (3.0, 0))):
+            self.assertEqual(time_of(self.run_folder / name), expected)
+            numpy.testing.assert_array_equal(items(self.run_folder / name)[6],
+                                             (self.temperature + expected[0]).astype("f4"))
+        self.assertEqual((self.run_folder / "QNLIntermediateOutputTime.log").read_text(), "1 1\n2 2\n[EOF]\n")
+        evaluated = run("run", self.out)
+        self.assertEqual(evaluated.returncode, 0, evaluated.stderr)
+        for text in ("175 nodes", "hexa", "temperature", "its name", "61", "183", "base time",
+                     "a density of 1 g/cm³ is assumed", f"Next: frozenlayer run {self.run_folder}/box1.k4f"):
+            self.assertIn(text, result.stdout)
+
+    def test_one_time_has_no_marker_log(self):
+        result = self.bring_in(self.vtu())
+        self.assertFalse((self.run_folder / "QNLIntermediateOutputTime.log").exists())
+        self.assertIn("does not tell its time", result.stderr)
+
+    def test_both_orders_of_a_wedge_give_one_mesh(self):
+        base = [(0, 0, 0), (4, 0, 0), (0, 4, 0)]
+        points = numpy.array(base + [(x, y, 2.0) for x, y, _ in base], dtype="f8")
+        written = []
+        for name, order in (("up", [0, 1, 2, 3, 4, 5]), ("down", [3, 4, 5, 0, 1, 2])):
+            self.out = self.folder / name
+            self.bring_in(self.vtu("w.vtu", points, [(foreign.WEDGE, order)], {"T": numpy.full(6, 100.0)}))
+            grid = mesh(self.out / f"Mesh/{name}.hdf")
+            corners = grid["Points"][grid["Connectivity"]]
+            normal = numpy.cross(corners[1] - corners[0], corners[2] - corners[0])
+            self.assertLess(normal @ (corners[3] - corners[0]), 0.0)
+            written.append(grid["Connectivity"].tolist())
+        self.assertEqual(written[0], written[1])
+
+    def test_units(self):
+        path = self.vtu(points=self.points / 1000.0, point_data={"T": self.temperature + 273.15})
+        result = self.bring_in(path, "--length-unit", "m", "--temperature-unit", "K")
+        self.assertEqual(result.stderr.count("Warning"), 1)
+        numpy.testing.assert_allclose(mesh(self.out / "Mesh/box.hdf")["Points"], self.points, rtol=1e-14)
+        numpy.testing.assert_allclose(items(self.run_folder / "box1.k4f")[6], self.temperature, rtol=1e-6)
+
+    def test_unusual_ranges_are_told(self):
+        path = self.vtu(points=self.points / 1000.0, point_data={"T": self.temperature + 300.0})
+        result = self.bring_in(path)
+        self.assertIn("add --length-unit m", result.stderr)
+        self.assertIn("look like kelvin", result.stderr)
+
+    def test_velocity_becomes_centimetres_per_second(self):
+        velocity = numpy.outer(self.depth, [1.0, -2.0, 3.0])
+        self.bring_in(self.vtu(point_data={"T": self.temperature, "U": velocity}))
+        found = items(self.run_folder / "box1.k4f")
+        for axis in range(3):
+            numpy.testing.assert_allclose(found[11 + axis], velocity[:, axis] / 10.0, rtol=1e-6)
+
+    def test_warp_stage(self):
+        shift = numpy.outer(self.depth, [0.1, 0.0, -0.2])
+        self.bring_in(self.vtu(point_data={"U": shift}), "--stage", "warp")
+        found = items(self.run_folder / "box1.k4w")
+        self.assertEqual(sorted(found), [1, 2, 3])
+        numpy.testing.assert_array_equal(found[3], shift[:, 2].astype("f4"))
+
+    def test_regions(self):
+        ids = numpy.array([7] * 90 + [2] * 4 + [4] * 2)
+        path = self.vtu(cell_data={"CellEntityIds": ids})
+        self.bring_in("--region-array", "CellEntityIds", "--runner", "2", "--special", "4,4", path)
+        with h5py.File(self.out / "Mesh/box.hdf") as file:
+            numpy.testing.assert_array_equal(file["VTKHDF/CellData/Region"][()], [0] * 90 + [1] * 4 + [2] * 2)
+
+    def test_wall_sets_the_tolerance(self):
+        self.bring_in(self.vtu(), "--wall", 3)
+        with h5py.File(self.out / "Mesh/box.hdf") as file:
+            self.assertEqual(file["VTKHDF/FieldData/GeomTolerance"][()].tolist(), [1.5])
+
+    def test_cell_values_are_weighted_by_volume(self):
+        points = numpy.array([(x, y, z) for x in (0.0, 1.0, 4.0) for y in (0.0, 1.0) for z in (0.0, 1.0)]) * 5.0
+        hexa = lambda a: (foreign.HEXA, [a, a + 4, a + 6, a + 2, a + 1, a + 5, a + 7, a + 3])
+        self.bring_in(self.vtu("c.vtu", points, [hexa(0), hexa(4)], {}, cell_data={"T": numpy.array([100.0, 200.0])}))
+        numpy.testing.assert_allclose(items(self.run_folder / "box1.k4f")[6], [100.0] * 4 + [175.0] * 4 + [200.0] * 4)
+
+    def test_quadratic_cells_become_linear(self):
+        corners = numpy.array([(0, 0, 0), (9, 0, 0), (0, 9, 0), (0, 0, 9)], dtype="f8")
+        edges = [(0, 1), (1, 2), (0, 2), (0, 3), (1, 3), (2, 3)]
+        points = numpy.vstack([corners, [(corners[a] + corners[b]) / 2 for a, b in edges]])
+        labels = numpy.arange(11, 21, dtype="i4")
+        result = self.bring_in(self.vtu("q.vtu", points, [(foreign.QUADRATIC_TETRA, range(10))],
+                                        {"T": numpy.arange(10) + 80.0, "NodeId": labels}))
+        self.assertIn("1 quadratic cell made linear", result.stdout)
+        grid = mesh(self.out / "Mesh/box.hdf")
+        numpy.testing.assert_array_equal(grid["Points"], corners)
+        self.assertEqual(items(self.run_folder / "box1.k4f")[6].tolist(), [0.0] * 10 + [80.0, 81.0, 82.0, 83.0])
+
+    def test_few_missing_values_are_filled(self):
+        self.temperature[40] = numpy.nan
+        path = self.vtu()
+        self.check_refused([path], "1 value of \"temperature\"", "--allow-missing")
+        result = self.bring_in(path, "--allow-missing", 1)
+        self.assertIn("filled from their neighbours", result.stderr)
+        found = items(self.run_folder / "box1.k4f")[6]
+        self.assertTrue(60.0 <= found[40] <= 180.0)
+
+    def test_existing_folders(self):
+        path = self.vtu()
+        self.bring_in(path)
+        again = run("import", path, "--out", self.out, "--freeze-temperature", 130)
+        self.assertEqual(again.returncode, 1)
+        self.assertIn("--force", again.stderr)
+        self.bring_in(path, "--force", "--stage", "cool")
+        self.assertEqual([p.name for p in sorted(self.run_folder.iterdir())], ["box1.k4c", "box1.run"])
+        (self.out / "notes.txt").write_text("mine")
+        kept = run("import", path, "--out", self.out, "--freeze-temperature", 130, "--force")
+        self.assertEqual(kept.returncode, 1)
+        self.assertIn("holds other files", kept.stderr)
+        self.assertEqual((self.out / "notes.txt").read_text(), "mine")
+
+    def test_other_formats(self):
+        times = [0.5, 2.0]
+        arrays = [self.temperature, self.temperature - 10.0]
+        legacy = self.folder / "box.vtk"
+        foreign.write_legacy(legacy, self.points, self.hexas, {"Temp": arrays[1]},
+                             {"CellEntityIds": numpy.ones(len(self.hexas))})
+        ensight = self.folder / "box.case"
+        foreign.write_ensight(ensight, self.points, self.hexas, times, arrays)
+        own = self.folder / "own.hdf"
+        write_box_mesh(own, (12.0, 8.0, 2.0), (6, 4, 4))
+        with h5py.File(own, "a") as file:
+            file["VTKHDF/PointData/Temperature"] = arrays[1]
+        for path, count in ((legacy, 1), (ensight, 2), (own, 1)):
+            with self.subTest(path=path.name):
+                self.bring_in(path, "--force")
+                self.assertEqual(len(list(self.run_folder.glob("*.k4f"))), count)
+                numpy.testing.assert_allclose(items(self.run_folder / "box1.k4f")[6], arrays[1], rtol=1e-5)
+
+    def test_openfoam_case(self):
+        """T on cells, kelvin and metres: a uniform value stays, a linear one is met inside the box."""
+        middle = numpy.array([self.points[nodes].mean(axis=0) for _, nodes in self.hexas])
+        case = foreign.write_openfoam(self.folder / "foam", self.points / 1000.0, self.hexas, [1, 2],
+                                      [numpy.full(len(middle), 400.0), 400.0 + 5.0 * middle[:, 0]])
+        self.bring_in(case, "--length-unit", "m", "--temperature-unit", "K")
+        self.assertEqual(time_of(self.run_folder / "box1_001.k4f"), (1.0, 1))
+        numpy.testing.assert_allclose(items(self.run_folder / "box1_001.k4f")[6], 126.85, rtol=1e-6)
+        with h5py.File(self.out / "Mesh/box.hdf") as file:
+            points = file["VTKHDF/Points"][()]
+        inside = (points[:, 0] > 0.1) & (points[:, 0] < 11.9)
+        numpy.testing.assert_allclose(items(self.run_folder / "box1.k4f")[6][inside],
+                                      126.85 + 5.0 * points[inside, 0], rtol=1e-5)
+
+
+@unittest.skipUnless(READERS_ARE_BUILT_IN, "built without VTK")
+class RefusalTest(ImportCase):
+    def test_arrays(self):
+        path = self.vtu(point_data={"Tmp_1": self.temperature, "pressure": self.temperature,
+                                    "flux": numpy.zeros((len(self.points), 3))})
+        self.check_refused([path, "--temperature", "Tmp"], "no array \"Tmp\"", "there: Tmp_1 (1 component, points)")
+        self.check_refused([path, "--temperature", "flux"], "has 3 components, but a temperature has 1")
+        self.check_refused([path], "name it with --temperature", "pressure")
+        self.check_refused([path, "--temperature", "Tmp_1", "--region-array", "body"], "no cell array \"body\"")
+
+    def test_regions(self):
+        path = self.vtu(cell_data={"body": numpy.ones(len(self.hexas))})
+        words = [path, "--region-array", "body", "--runner"]
+        self.check_refused([*words, "2"], "region 2 of --runner is not in array \"body\"; there are 1")
+        self.check_refused([*words, "1"], "no cell is left for the part")
+
+    def test_meshes(self):
+        triangle = [(foreign.TRIANGLE, [0, 1, 7])]
+        self.check_refused([self.vtu(cells=triangle)], "this is a surface mesh")
+        flat = [(foreign.TETRA, [0, 1, 2, 7])]
+        self.check_refused([self.vtu(cells=flat)], "repair the mesh")
+        twice = [(foreign.TETRA, [0, 1, 1, 40])]
+        self.check_refused([self.vtu(cells=twice)], "cell 1 lacks a corner, names one twice")
+        prism = [(16, [0, 1, 2, 3, 4, 5, 40, 41, 42, 43, 44, 45])]
+        self.check_refused([self.vtu(cells=prism)], "1 cells of VTK type 16")
+
+    def test_polyhedra_are_counted(self):
+        path = self.vtu(cells=[(foreign.POLYHEDRON, [0, 1, 7, 35])])
+        faces = numpy.array([4, 3, 0, 1, 7, 3, 0, 1, 35, 3, 1, 7, 35, 3, 0, 7, 35])
+        path.write_text(path.read_text().replace("</Cells>", foreign.array_text("faces", faces) +
+                                                 foreign.array_text("faceoffsets", numpy.array([17])) + "</Cells>"))
+        self.check_refused([path], "holds 1 polyhedra; split them into tetrahedra")
+
+    def test_coordinates_and_values_that_are_no_numbers(self):
+        points = self.points.copy()
+        points[3, 1] = numpy.nan
+        self.check_refused([self.vtu(points=points)], "point 4 has a coordinate that is not finite")
+        self.temperature[:20] = numpy.nan
+        self.check_refused([self.vtu()], "20 values of \"temperature\" (11.429 % of the nodes) not a number")
+
+    def test_series(self):
+        first, moved = self.vtu("a.vtu"), self.vtu("b.vtu", points=self.points + 1.0)
+        self.check_refused([first, moved], "b.vtu has another mesh than", "a.vtu")
+        same = self.vtu("c.vtu")
+        self.check_refused([first, same, "--times", "1"], "--times gives 1, but there are 2 output times")
+        self.check_refused([first, same, "--times", "2,2"], "have the same time, 2 s")
+        other = self.vtu("d.vtu", point_data={"heat": self.temperature})
+        self.check_refused([first, other], "d.vtu holds no array \"temperature\" as")
+        timed = self.vtu("e.vtu", seconds=4.0)
+        self.check_refused([first, timed], "only 1 of 2 files tell their time")
+
+    def test_files(self):
+        self.check_refused([self.folder / "none.vtu"], "none.vtu is missing")
+        (self.folder / "a.msh").write_text("$MeshFormat\n")
+        self.check_refused([self.folder / "a.msh"], "a.msh is of no known format", "gmsh")
+        broken = self.vtu()
+        broken.write_text(broken.read_text()[:3000])
+        self.check_refused([broken], "box.vtu")
+        for name in ("x.vtu", "x.vtk", "x.hdf", "x.case", "x.cgns", "x.exo", "x.pvd"):
+            with self.subTest(name=name):
+                (self.folder / name).write_text("hello\n")
+                self.check_refused([self.folder / name], name)
+        with h5py.File(self.folder / "y.hdf", "w") as file:
+            file["a"] = 1
+        self.check_refused([self.folder / "y.hdf"], "y.hdf cannot be read (its reader failed)")
+        foreign.write_pvd(self.folder / "gone.pvd", [(1.0, "gone.vtu")])
+        self.check_refused([self.folder / "gone.pvd"], "gone.vtu is missing")
+
+    def test_material_and_space(self):
+        path = self.vtu()
+        bare = run("import", path, "--out", self.out)
+        self.assertEqual(bare.returncode, 1)
+        self.assertIn("--material FILE or --freeze-temperature DEGC", bare.stderr)
+        bad = self.folder / "bad.toml"
+        bad.write_text(MATERIAL.replace("freeze_temperature = 130.0\n", ""))
+        refused = run("import", path, "--out", self.out, "--material", bad)
+        self.assertEqual(refused.returncode, 1)
+        self.assertIn("bad.toml", refused.stderr)
+        self.assertFalse(self.out.exists())
+        (self.folder / "file").write_text("")
+        self.out = self.folder / "file/box"
+        self.check_refused([path], "cannot be written")
+
+    @unittest.skipIf(os.name != "posix", "limits the size of files")
+    def test_full_disk_leaves_nothing(self):
+        import resource
+        limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (2048, 2048))
+        result = run("import", self.vtu(), "--out", self.out, "--freeze-temperature", 130, preexec_fn=limit,
+                     restore_signals=False)
+        self.assertEqual(result.returncode, 1, result.stderr)
+        self.assertIn("box.part/Mesh/box.hdf", result.stderr)
+        self.assertFalse(self.out.exists())
+
+
+@unittest.skipIf(READERS_ARE_BUILT_IN, "built with VTK")
+class WithoutReadersTest(ImportCase):
+    def test_what_to_install(self):
+        self.check_refused([self.vtu()], "apt-get install libvtk9-dev")
+
+
+if __name__ == "__main__":
+    unittest.main()
