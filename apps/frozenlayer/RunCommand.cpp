@@ -212,6 +212,12 @@ void AddOptions(CLI::App& command, RunRequest& request) {
 
 }  // namespace
 
+int RunStage(const std::string& stageFile) {
+    RunRequest request;
+    request.target = stageFile;
+    return Run(request);
+}
+
 void AddRunCommand(CLI::App& app, int& exitCode) {
     auto request = std::make_shared<RunRequest>();
     CLI::App& command =

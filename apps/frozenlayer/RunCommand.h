@@ -1,8 +1,12 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <string>
 
 namespace qnl {
+
+/// Evaluates a stage at all its output times as "run" does without options. Gives the exit code.
+int RunStage(const std::string& stageFile);
 
 /// "run": evaluates a stage of a project.
 void AddRunCommand(CLI::App& app, int& exitCode);

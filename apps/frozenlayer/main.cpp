@@ -7,6 +7,7 @@
 #include "InfoCommand.h"
 #include "ProbeCommand.h"
 #include "RunCommand.h"
+#include "ShowCommand.h"
 #include "Terminal.h"
 #include "ViewCommand.h"
 
@@ -14,9 +15,9 @@ namespace {
 
 using AddSubcommand = void (*)(CLI::App& app, int& exitCode);
 
-constexpr std::array<AddSubcommand, 7> kSubcommands{
-    qnl::AddRunCommand,    qnl::AddInfoCommand,  qnl::AddImportCommand, qnl::AddViewCommand,
-    qnl::AddExportCommand, qnl::AddProbeCommand, qnl::AddDemoCommand,
+constexpr std::array<AddSubcommand, 8> kSubcommands{
+    qnl::AddRunCommand,  qnl::AddInfoCommand,   qnl::AddImportCommand, qnl::AddShowCommand,
+    qnl::AddViewCommand, qnl::AddExportCommand, qnl::AddProbeCommand,  qnl::AddDemoCommand,
 };
 
 }  // namespace

@@ -1,0 +1,93 @@
+#include "ShowCommand.h"
+
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <random>
+#include <string>
+
+#include "FaultReport.h"
+#include "ImportCommand.h"
+#include "ReportPage.h"
+#include "ResultSeries.h"
+#include "RunCommand.h"
+#include "Subcommand.h"
+#include "ViewCommand.h"
+
+namespace qnl {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct ShowRequest {
+    ImportRequest import;  ///< its folder is empty for a temporary project
+    std::string page;
+};
+
+/// A new folder in the system's place for temporary files; gone with the object.
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        std::random_device random;
+        do {
+            path_ = fs::temp_directory_path() / ("frozenlayer-" + std::to_string(random()));
+        } while (!fs::create_directory(path_));
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        fs::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const fs::path& Path() const { return path_; }
+
+private:
+    fs::path path_;
+};
+
+int ShowProject(const ShowRequest& request) {
+    const std::string stageFile = ImportProject(request.import);
+    std::cout << "\n";
+    if (RunStage(stageFile) != 0) {
+        return 1;
+    }
+    const bool written = WriteReportPage({SeriesWords{{request.import.folder}}, request.page});
+    std::cout << (written ? "\nPage: " + request.page + "\n" : "");
+    std::cout.flush();
+    const std::vector<Fault> faults = TakeFaults();
+    PrintFaults(faults, std::cerr);
+    return written && faults.empty() && std::cout.good() ? 0 : 1;
+}
+
+int Show(ShowRequest request) {
+    if (!request.import.folder.empty()) {
+        return ShowProject(request);
+    }
+    const TemporaryFolder folder;
+    request.import.folder = (folder.Path() / fs::path(request.import.files.front()).stem()).string();
+    return ShowProject(request);
+}
+
+}  // namespace
+
+void AddShowCommand(CLI::App& app, int& exitCode) {
+    auto request = std::make_shared<ShowRequest>();
+    CLI::App& command = AddSubcommand(app, exitCode, "show", "Import, run and view in one command",
+                                      "frozenlayer show examples/stepped-plate-vtu/b.pvd --material "
+                                      "examples/stepped-plate/Material/pp.toml --out report.html",
+                                      [request] { return Show(*request); });
+    AddImportOptions(command, request->import);
+    command.add_option("--out", request->page, HelpText("The page, one file that needs no network"))
+        ->type_name("FILE.html")
+        ->check(CheckPageName)
+        ->required();
+    auto* keep = command.add_option("--keep", request->import.folder,
+                                    HelpText("Project folder to make; without it the project is temporary"));
+    keep->type_name("FOLDER");
+    command.add_flag("--force", request->import.force, HelpText("Replace a project that stands there"))
+        ->needs(keep);
+}
+
+}  // namespace qnl
