@@ -36,7 +36,7 @@ if gate checks; then
 fi
 if gate address; then
   build asan
-  run asan -L unit
+  LSAN_OPTIONS=suppressions=$PWD/tests/leaks_of_libraries.txt:print_suppressions=0 run asan -L unit
 fi
 if gate threads; then
   build tsan

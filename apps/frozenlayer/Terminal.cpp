@@ -12,24 +12,12 @@
 
 namespace qnl {
 
-namespace {
-
-bool IsTerminal(std::FILE* stream) {
-#ifdef _WIN32
-    return _isatty(_fileno(stream)) != 0;
-#else
-    return isatty(fileno(stream)) != 0;
-#endif
-}
-
-}  // namespace
-
-bool OutputIsTerminal() {
-    return IsTerminal(stdout);
-}
-
 bool ErrorIsTerminal() {
-    return IsTerminal(stderr);
+#ifdef _WIN32
+    return _isatty(_fileno(stderr)) != 0;
+#else
+    return isatty(fileno(stderr)) != 0;
+#endif
 }
 
 void UseUtf8Output() {

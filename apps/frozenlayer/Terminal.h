@@ -2,7 +2,6 @@
 
 namespace qnl {
 
-bool OutputIsTerminal();
 bool ErrorIsTerminal();
 
 /// Makes a console that expects another encoding take the program's UTF-8 texts.

@@ -60,10 +60,26 @@ bool HostFile::Close() {
     return closed && clean;
 }
 
+namespace {
+
+/// Bytes from the position to the end, as far as the system tells; 0 for a stream that has no end.
+std::size_t RestOfStream(std::FILE* stream) {
+    const long here = std::ftell(stream);
+    if (here < 0 || std::fseek(stream, 0, SEEK_END) != 0) {
+        return 0;
+    }
+    const long end = std::ftell(stream);
+    return std::fseek(stream, here, SEEK_SET) == 0 && end > here ? static_cast<std::size_t>(end - here) : 0;
+}
+
+}  // namespace
+
 bool ReadAll(std::FILE* stream, std::string& content) {
+    constexpr std::size_t kLeastChunk = 1 << 16;
+    constexpr std::size_t kMostTrusted = std::size_t{1} << 30;
     content.clear();
     std::size_t filled = 0;
-    std::size_t chunk = 1 << 16;
+    std::size_t chunk = std::clamp(RestOfStream(stream) + 1, kLeastChunk, kMostTrusted);
     for (;;) {
         content.resize(filled + chunk);
         const std::size_t got = std::fread(&content[filled], 1, chunk, stream);

@@ -58,7 +58,8 @@ int EvaluateBaseTime(FrozenLayerJob& job, const char* inputResult) {
 int EvaluateOutputTimes(FrozenLayerJob& job, const char* inputResult) {
     EvaluateBaseTime(job, inputResult);
     const std::string baseResult(job.m_szResultFile.View());
-    for (int i = 1; i <= job.m_nIntermediateTimes; ++i) {
+    for (int i = 0; i < job.m_nIntermediateTimes;) {
+        ++i;
         const std::string input = IndexedName(inputResult, i);
         job.m_szResultFile.Set(IndexedName(baseResult, i));
         ObserveTime(job, i, input.c_str());
