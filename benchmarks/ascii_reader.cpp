@@ -96,3 +96,5 @@ void ReadWithFscanf(benchmark::State& state) {
 
 BENCHMARK(ReadWithTokenReader)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(ReadWithFscanf)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();
