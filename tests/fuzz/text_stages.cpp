@@ -47,8 +47,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
     static const InputFile file(".txt");
     const std::string& path = file.Write(bytes, count);
     SmallJob small;
-    for (const unsigned char intermediateTimes : {0, 1}) {
-        small.job.m_bHasIntermediateTimes = intermediateTimes;
+    for (const bool completeLog : {false, true}) {
+        small.job.m_bHasIntermediateTimes = completeLog ? 1 : 0;
         ReadFlowResultsAscii(small.job, path.c_str());
         ReadCoolResultsAscii(small.job, path.c_str());
         ReadWarpResultsAscii(small.job, path.c_str());
