@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "MortonOrder.h"
+#include "mesh/MortonOrder.h"
 
 namespace qnl {
 

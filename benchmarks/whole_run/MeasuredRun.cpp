@@ -30,6 +30,7 @@
 #include "output/BinaryResult.h"
 #include "platform/QnlMaterial.h"
 #include "profile/NodeLoop.h"
+#include "profile/NodeOrder.h"
 #include "profile/PassElementSearch.h"
 #include "profile/SearchFile.h"
 #include "profile/ThreadFailure.h"
@@ -150,9 +151,10 @@ private:
 
     void SearchAll() {
         qnl::ThreadFailure failure;
+        const std::vector<int> order = NodeOrder(job_);
 #pragma omp parallel for schedule(dynamic, 1)
-        for (int position = 1; position <= job_.m_nSurfaceNodes; ++position) {
-            failure.Guard([&] { SearchOne(position); });
+        for (std::size_t i = 0; i < order.size(); ++i) {
+            failure.Guard([&] { SearchOne(order[i]); });
         }
         failure.RaiseAgain();
     }

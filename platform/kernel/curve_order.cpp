@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "kernel/prefetch.h"
+
 namespace qnl {
 namespace {
 
@@ -28,6 +30,9 @@ public:
         ChooseWidths(extent, cells);
         BuildTables();
     }
+
+    /// Keys are below 2^KeyBits().
+    int KeyBits() const { return bits_[0] + bits_[1] + bits_[2]; }
 
     std::uint32_t Key(const std::array<double, 3>& place) const {
         std::uint32_t key = 0;
@@ -104,11 +109,21 @@ private:
     std::array<std::vector<std::uint32_t>, 3> spread_;
 };
 
-std::vector<KeyedCell> KeyCells(const MeshData& mesh) {
-    const CurveGrid grid(mesh.points, mesh.Cells());
+// Asks for the points of corners that come `ahead` places later.
+void PrefetchPoints(const MeshData& mesh, int cell, std::size_t ahead) {
+    const auto begin = static_cast<std::size_t>(mesh.offsets[static_cast<std::size_t>(cell)]) + ahead;
+    const auto end = static_cast<std::size_t>(mesh.offsets[static_cast<std::size_t>(cell) + 1]) + ahead;
+    for (std::size_t c = begin; c < std::min(end, mesh.connectivity.size()); ++c) {
+        Prefetch(&mesh.points[static_cast<std::size_t>(mesh.connectivity[c])]);
+    }
+}
+
+std::vector<KeyedCell> KeyCells(const MeshData& mesh, const CurveGrid& grid) {
+    constexpr std::size_t kLookAhead = 64;  // corners
     std::vector<KeyedCell> keyed(mesh.cellTypes.size());
 #pragma omp parallel for schedule(static)
     for (int cell = 0; cell < mesh.Cells(); ++cell) {
+        PrefetchPoints(mesh, cell, kLookAhead);
         const int* corner = mesh.Corners(cell);
         const int* end = corner + (mesh.offsets[static_cast<std::size_t>(cell) + 1] -
                                    mesh.offsets[static_cast<std::size_t>(cell)]);
@@ -169,9 +184,10 @@ void SortPass(const std::vector<KeyedCell>& from, std::vector<KeyedCell>& to, in
 }  // namespace
 
 std::vector<int> CurveOrder(const MeshData& mesh) {
-    std::vector<KeyedCell> keyed = KeyCells(mesh);
+    const CurveGrid grid(mesh.points, mesh.Cells());
+    std::vector<KeyedCell> keyed = KeyCells(mesh, grid);
     std::vector<KeyedCell> other(keyed.size());
-    for (int pass = 0; pass * kDigitBits < 32; ++pass) {
+    for (int pass = 0; pass * kDigitBits < grid.KeyBits(); ++pass) {
         SortPass(keyed, other, pass);
         keyed.swap(other);
     }

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "kernel/ray_geometry.h"
+
 namespace qnl {
 namespace {
 
@@ -50,18 +52,12 @@ void Order(std::uint32_t& a, std::uint32_t& b, bool& swapped) {
     swapped ^= exchange;
 }
 
-template <std::size_t Others>
-KeyedFace<Others> KeyTriangle(std::array<std::uint32_t, 3> node, std::uint32_t owner) {
+KeyedFace<3> KeyTriangle(std::array<std::uint32_t, 3> node, std::uint32_t owner) {
     bool turn = false;
     Order(node[0], node[1], turn);
     Order(node[1], node[2], turn);
     Order(node[0], node[1], turn);
-    KeyedFace<Others> face{node[0], {}};
-    face.record.others.fill(kNoNode);
-    face.record.others[0] = node[1];
-    face.record.others[1] = node[2];
-    face.record.owner = owner | (turn ? 8U : 0U);
-    return face;
+    return {node[0], {{node[1], node[2], kNoNode}, owner | (turn ? 8U : 0U)}};
 }
 
 KeyedFace<3> KeyQuad(std::array<std::uint32_t, 4> node, std::uint32_t owner) {
@@ -71,17 +67,38 @@ KeyedFace<3> KeyQuad(std::array<std::uint32_t, 4> node, std::uint32_t owner) {
     return {node[0], {{node[1], node[2], node[3]}, owner | (turn ? 8U : 0U)}};
 }
 
-template <std::size_t Others>
-KeyedFace<Others> KeyFace(const int* corners, const CellShape& shape, std::size_t f, std::uint32_t cell) {
+KeyedFace<3> KeyFace(const int* corners, const CellShape& shape, std::size_t f, std::uint32_t cell) {
     const auto& face = shape.face[f];
     const auto node = [&](std::size_t c) { return static_cast<std::uint32_t>(corners[face[c]]); };
     const std::uint32_t owner = cell << 4 | static_cast<std::uint32_t>(f);
-    if constexpr (Others == 3) {
-        if (shape.faceCorners[f] == 4) {
-            return KeyQuad({node(0), node(1), node(2), node(3)}, owner);
-        }
+    return shape.faceCorners[f] == 4 ? KeyQuad({node(0), node(1), node(2), node(3)}, owner)
+                                     : KeyTriangle({node(0), node(1), node(2)}, owner);
+}
+
+// The faces of a tetra from its corners in ascending order. Which way around a face runs follows from the
+// order of the corners: leaving out the next corner turns it.
+template <class Take>
+void KeyTetraFaces(const int* corners, std::uint32_t cell, Take take) {
+    std::array<std::uint32_t, 4> sorted;  // node, then two bits that tell the corner
+    for (std::uint32_t c = 0; c < 4; ++c) {
+        sorted[c] = static_cast<std::uint32_t>(corners[c]) << 2 | c;
     }
-    return KeyTriangle<Others>({node(0), node(1), node(2)}, owner);
+    bool turn = false;
+    Order(sorted[0], sorted[1], turn);
+    Order(sorted[2], sorted[3], turn);
+    Order(sorted[0], sorted[2], turn);
+    Order(sorted[1], sorted[3], turn);
+    Order(sorted[1], sorted[2], turn);
+    const auto keyed = [&](std::size_t a, std::size_t b, std::size_t c, std::size_t without) {
+        const bool turned = turn != (without % 2 != 0);
+        const auto face = static_cast<std::uint32_t>(kFaceOpposite[sorted[without] & 3U]);
+        return KeyedFace<2>{sorted[a] >> 2,
+                            {{sorted[b] >> 2, sorted[c] >> 2}, cell << 4 | (turned ? 8U : 0U) | face}};
+    };
+    take(keyed(0, 1, 2, 3));
+    take(keyed(0, 1, 3, 2));
+    take(keyed(0, 2, 3, 1));
+    take(keyed(1, 2, 3, 0));
 }
 
 template <std::size_t Others>
@@ -101,6 +118,8 @@ public:
 private:
     using Record = FaceRecord<Others>;
 
+    static constexpr std::size_t kShort = 64;  ///< faces of a bucket that are compared with each other
+
     int Nodes() const { return static_cast<int>(topology_.fileNode.size()); }
 
     std::size_t PartBegin(int part) const {
@@ -108,19 +127,28 @@ private:
                static_cast<std::size_t>(parts_);
     }
 
-    // Calls take(part, corners, shape, face, cell) for all faces, part after part on several threads.
+    // Calls take(part, face) for all faces, part after part on several threads.
     template <class Take>
     void ForFaces(Take take) const {
 #pragma omp parallel for schedule(static) num_threads(parts_)
         for (int part = 0; part < parts_; ++part) {
             for (std::size_t cell = PartBegin(part); cell < PartBegin(part + 1); ++cell) {
-                const int number = static_cast<int>(cell);
-                const CellShape& shape = Others == 2 ? kCellShapes[0] : topology_.Shape(number);
-                const int* corners = topology_.Corners(number);
-                const auto faces = static_cast<std::size_t>(Others == 2 ? 4 : shape.faces);
-                for (std::size_t f = 0; f < faces; ++f) {
-                    take(static_cast<std::size_t>(part), corners, shape, f, static_cast<std::uint32_t>(cell));
-                }
+                KeyFaces(static_cast<int>(cell),
+                         [&](const KeyedFace<Others>& face) { take(static_cast<std::size_t>(part), face); });
+            }
+        }
+    }
+
+    template <class Take>
+    void KeyFaces(int cell, Take take) const {
+        const int* corners = topology_.Corners(cell);
+        const auto number = static_cast<std::uint32_t>(cell);
+        if constexpr (Others == 2) {
+            KeyTetraFaces(corners, number, take);
+        } else {
+            const CellShape& shape = topology_.Shape(cell);
+            for (std::size_t f = 0; f < static_cast<std::size_t>(shape.faces); ++f) {
+                take(KeyFace(corners, shape, f, number));
             }
         }
     }
@@ -131,13 +159,7 @@ private:
         const auto nodes = static_cast<std::size_t>(Nodes());
         next_.assign(static_cast<std::size_t>(parts_) * nodes, 0);
         ForFaces(
-            [&](std::size_t part, const int* corners, const CellShape& shape, std::size_t f, std::uint32_t) {
-                int smallest = corners[shape.face[f][0]];
-                for (std::size_t c = 1; c < shape.faceCorners[f]; ++c) {
-                    smallest = std::min(smallest, corners[shape.face[f][c]]);
-                }
-                ++next_[part * nodes + static_cast<std::size_t>(smallest)];
-            });
+            [&](std::size_t part, const KeyedFace<Others>& face) { ++next_[part * nodes + face.smallest]; });
         first_.assign(nodes + 1, 0);
         for (std::size_t node = 0; node < nodes; ++node) {
             std::uint32_t size = 0;
@@ -151,9 +173,7 @@ private:
     void FillBuckets() {
         records_.resize(first_.back());
         const auto nodes = static_cast<std::size_t>(Nodes());
-        ForFaces([&](std::size_t part, const int* corners, const CellShape& shape, std::size_t f,
-                     std::uint32_t cell) {
-            const KeyedFace<Others> face = KeyFace<Others>(corners, shape, f, cell);
+        ForFaces([&](std::size_t part, const KeyedFace<Others>& face) {
             records_[first_[face.smallest] + next_[part * nodes + face.smallest]++] = face.record;
         });
         next_ = {};
@@ -174,37 +194,59 @@ private:
         }
     }
 
-    static void SortBucket(Record* begin, Record* end) {
-        constexpr std::ptrdiff_t kShort = 40;
-        if (end - begin > kShort) {
-            std::sort(begin, end);
-            return;
-        }
-        for (Record* i = begin; i != end; ++i) {
-            const Record record = *i;
-            Record* j = i;
-            for (; j != begin && record < j[-1]; --j) {
-                *j = j[-1];
-            }
-            *j = record;
+    void MatchBucket(std::size_t begin, std::size_t end, FaceMatch& own) {
+        if (end - begin <= kShort) {
+            MatchShort(records_.data() + begin, end - begin, own);
+        } else {
+            MatchLong(records_.data() + begin, records_.data() + end, own);
         }
     }
 
-    void MatchBucket(std::size_t begin, std::size_t end, FaceMatch& own) {
-        SortBucket(records_.data() + begin, records_.data() + end);
-        for (std::size_t i = begin; i < end;) {
-            std::size_t next = i + 1;
-            while (next < end && records_[next].SameFace(records_[i])) {
-                ++next;
+    // Without branches that depend on the faces: which of them comes next can't be foreseen.
+    void MatchShort(const Record* records, std::size_t size, FaceMatch& own) {
+        std::array<std::uint64_t, kShort> firstTwo;
+        std::array<std::uint32_t, kShort> last;
+        std::array<std::array<std::uint8_t, 4>, kShort> owner{};
+        std::array<std::uint8_t, kShort> owners;
+        std::size_t faces = 0;
+        for (std::size_t i = 0; i < size; ++i) {
+            const std::uint64_t two = records[i].FirstTwo();
+            const std::uint32_t third = records[i].others.back();
+            std::size_t at = faces;
+            for (std::size_t f = 0; f < faces; ++f) {
+                at = firstTwo[f] == two && (Others == 2 || last[f] == third) ? f : at;
             }
-            if (next - i == 1) {
-                own.single.push_back({records_[i].Cell(), records_[i].LocalFace()});
-            } else if (next - i == 2) {
-                Join(records_[i], records_[i + 1], own);
-            } else {
-                KeepFirst(own, {records_[i].Cell(), records_[i + 1].Cell(), records_[i + 2].Cell()});
-            }
+            const bool isNew = at == faces;
+            firstTwo[at] = two;
+            last[at] = third;
+            const std::uint8_t before = isNew ? std::uint8_t{0} : owners[at];
+            owner[at][before] = static_cast<std::uint8_t>(i);
+            owners[at] = static_cast<std::uint8_t>(before + (before < 3 ? 1 : 0));
+            faces += isNew ? 1 : 0;
+        }
+        for (std::size_t f = 0; f < faces; ++f) {
+            Take({&records[owner[f][0]], &records[owner[f][1]], &records[owner[f][2]]}, owners[f], own);
+        }
+    }
+
+    void MatchLong(Record* begin, Record* end, FaceMatch& own) {
+        std::sort(begin, end);
+        for (Record* i = begin; i < end;) {
+            Record* next =
+                std::find_if(i + 1, end, [&](const Record& record) { return !record.SameFace(*i); });
+            Take({i, i + 1, i + 2}, static_cast<std::size_t>(next - i), own);
             i = next;
+        }
+    }
+
+    // A face with its first owners, ascending.
+    void Take(const std::array<const Record*, 3>& face, std::size_t owners, FaceMatch& own) {
+        if (owners == 2) {
+            Join(*face[0], *face[1], own);
+        } else if (owners == 1) {
+            own.single.push_back({face[0]->Cell(), face[0]->LocalFace()});
+        } else {
+            KeepFirst(own, {face[0]->Cell(), face[1]->Cell(), face[2]->Cell()});
         }
     }
 

@@ -50,7 +50,8 @@ void TakeCorners(const MeshData& mesh, FaceTopology& topology) {
     topology.fileNode.reserve(mesh.points.size());
     const std::size_t cells = mesh.cellTypes.size();
     for (std::size_t cell = 0; cell < cells; ++cell) {
-        if (cell + kLookAhead < cells) {
+        if (cell + 2 * kLookAhead < cells) {
+            Prefetch(&mesh.offsets[static_cast<std::size_t>(topology.fileCell[cell + 2 * kLookAhead])]);
             Prefetch(mesh.Corners(topology.fileCell[cell + kLookAhead]));
         }
         const int* corner = mesh.Corners(topology.fileCell[cell]);

@@ -6,9 +6,11 @@
 #include <atomic>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "platform/Faults.h"
 #include "profile/NodeEvaluation.h"
+#include "profile/NodeOrder.h"
 #include "profile/ResultTargets.h"
 #include "profile/ThreadFailure.h"
 
@@ -84,13 +86,14 @@ void EvaluateListedNode(FrozenLayerJob& job, int position, const qnl::ResultTarg
 }
 
 /// The share of one thread in the loop.
-void RunShare(FrozenLayerJob& job, const qnl::ResultTargets& targets, qnl::ThreadFailure& failure,
-              Progress& progress, ShrinkageFaults& faults) {
+void RunShare(FrozenLayerJob& job, const std::vector<int>& order, const qnl::ResultTargets& targets,
+              qnl::ThreadFailure& failure, Progress& progress, ShrinkageFaults& faults) {
     ProfileScratch scratch;
     const int thread = omp_get_thread_num();
 #pragma omp for schedule(dynamic, 1)
-    for (int position = 1; position <= job.m_nSurfaceNodes; ++position) {
+    for (std::size_t i = 0; i < order.size(); ++i) {
         failure.Guard([&] {
+            const int position = order[i];
             EvaluateListedNode(job, position, targets, scratch);
             if (scratch.shrinkageBeyondWhole) {
                 faults.Add(position);
@@ -113,11 +116,12 @@ void EvaluateSurfaceNodes(FrozenLayerJob& job) {
     qnl::ThreadFailure failure;
     Progress progress(job.m_options.observer, job.m_nSurfaceNodes);
     ShrinkageFaults faults;
+    const std::vector<int> order = NodeOrder(job);
     omp_set_num_threads(job.m_nThreads);
 #pragma omp parallel
     {
         ShrinkageFaults own;
-        RunShare(job, targets, failure, progress, own);
+        RunShare(job, order, targets, failure, progress, own);
 #pragma omp critical
         faults.Add(own);
     }

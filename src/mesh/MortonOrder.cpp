@@ -1,9 +1,8 @@
-#include "MortonOrder.h"
+#include "mesh/MortonOrder.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <limits>
-#include <numeric>
 
 namespace qnl {
 
@@ -42,17 +41,18 @@ std::vector<int> MortonOrder(const std::vector<std::array<float, 3>>& points) {
             axes[a].high = std::max(axes[a].high, point[a]);
         }
     }
-    std::vector<std::uint32_t> codes;
-    codes.reserve(points.size());
+    std::vector<std::uint64_t> keys;
+    keys.reserve(points.size());
     for (const auto& point : points) {
-        codes.push_back(SpreadBits(axes[0].Cell(point[0])) | SpreadBits(axes[1].Cell(point[1])) << 1 |
-                        SpreadBits(axes[2].Cell(point[2])) << 2);
+        const std::uint64_t code = SpreadBits(axes[0].Cell(point[0])) |
+                                   SpreadBits(axes[1].Cell(point[1])) << 1 |
+                                   SpreadBits(axes[2].Cell(point[2])) << 2;
+        keys.push_back(code << 32 | keys.size());
     }
-    std::vector<int> order(points.size());
-    std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
-        return codes[static_cast<std::size_t>(a)] < codes[static_cast<std::size_t>(b)];
-    });
+    std::sort(keys.begin(), keys.end());
+    std::vector<int> order(keys.size());
+    std::transform(keys.begin(), keys.end(), order.begin(),
+                   [](std::uint64_t key) { return static_cast<int>(key & 0xFFFFFFFFU); });
     return order;
 }
 
