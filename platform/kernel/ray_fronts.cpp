@@ -76,6 +76,10 @@ void RayWalker::FollowFronts(RaySlot& slot, const Ray& ray, int cell, Front& fro
 bool RayWalker::Advance(const Ray& ray, const int* corners, Front& front, std::size_t& exit) const {
     auto& [a, b, c] = front.corner;
     const int node = corners[0] ^ corners[1] ^ corners[2] ^ corners[3] ^ a.node ^ b.node ^ c.node;
+    // Looked up before it is known which of them is needed.
+    const std::array<std::size_t, 3> opposite{kFaceOpposite[CornerOf(corners, a.node)],
+                                              kFaceOpposite[CornerOf(corners, b.node)],
+                                              kFaceOpposite[CornerOf(corners, c.node)]};
     const Front::Corner apex(node, LookAt(ray, topology_.Place(node)));
     const std::array<double, 3> side{SideOf(apex.seen, a.seen), SideOf(apex.seen, b.seen),
                                      SideOf(apex.seen, c.seen)};
@@ -92,7 +96,7 @@ bool RayWalker::Advance(const Ray& ray, const int* corners, Front& front, std::s
         return false;
     }
     const std::size_t previous = kBefore[drop];
-    exit = kFaceOpposite[CornerOf(corners, front.corner[drop].node)];
+    exit = opposite[drop];
     front.corner[drop] = apex;
     front.side[drop] = side[kAfter[drop]];
     front.side[previous] = -side[previous];
