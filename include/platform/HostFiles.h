@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -27,7 +29,15 @@ private:
     std::FILE* stream_ = nullptr;
 };
 
-/// Reads the rest of an open stream to its end. False on a read error.
+/// What a file holds, and a NUL character behind it.
+struct FileContent {
+    std::unique_ptr<char[]> bytes = std::make_unique<char[]>(1);  ///< size + 1 of them
+    std::size_t size = 0;
+};
+
+/// Reads the rest of an open stream to its end. False on a read error; the content is then what came before.
+/// The first of them does not copy, for large files.
+bool ReadAll(std::FILE* stream, FileContent& content);
 bool ReadAll(std::FILE* stream, std::string& content);
 
 /// True when both files exist and the first was modified before the second.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <memory>
 #include <system_error>
 #include <utility>
 
@@ -72,25 +73,39 @@ std::size_t RestOfStream(std::FILE* stream) {
     return std::fseek(stream, here, SEEK_SET) == 0 && end > here ? static_cast<std::size_t>(end - here) : 0;
 }
 
+// Storage that is written before it is read, so it is not zeroed.
+std::unique_ptr<char[]> UnsetBytes(std::size_t count) {
+    return std::unique_ptr<char[]>(new char[count]);
+}
+
 }  // namespace
 
-bool ReadAll(std::FILE* stream, std::string& content) {
-    constexpr std::size_t kLeastChunk = 1 << 16;
+bool ReadAll(std::FILE* stream, FileContent& content) {
+    constexpr std::size_t kLeastRoom = 1 << 16;
     constexpr std::size_t kMostTrusted = std::size_t{1} << 30;
-    content.clear();
-    std::size_t filled = 0;
-    std::size_t chunk = std::clamp(RestOfStream(stream) + 1, kLeastChunk, kMostTrusted);
+    // One byte more than there is shows the end.
+    std::size_t room = std::clamp(RestOfStream(stream) + 1, kLeastRoom, kMostTrusted);
+    content.size = 0;
+    content.bytes = UnsetBytes(room + 1);
     for (;;) {
-        content.resize(filled + chunk);
-        const std::size_t got = std::fread(&content[filled], 1, chunk, stream);
-        filled += got;
-        if (got < chunk) {
+        content.size += std::fread(content.bytes.get() + content.size, 1, room - content.size, stream);
+        if (content.size < room) {
             break;
         }
-        chunk = filled;
+        room *= 2;
+        std::unique_ptr<char[]> larger = UnsetBytes(room + 1);
+        std::copy_n(content.bytes.get(), content.size, larger.get());
+        content.bytes = std::move(larger);
     }
-    content.resize(filled);
+    content.bytes[content.size] = '\0';
     return std::ferror(stream) == 0;
+}
+
+bool ReadAll(std::FILE* stream, std::string& content) {
+    FileContent all;
+    const bool whole = ReadAll(stream, all);
+    content.assign(all.bytes.get(), all.size);
+    return whole;
 }
 
 bool IsOlder(std::string_view path, std::string_view reference) {

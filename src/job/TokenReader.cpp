@@ -6,11 +6,11 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <numeric>
 #include <system_error>
 #include <utility>
 
 #include "platform/Faults.h"
-#include "platform/HostFiles.h"
 
 namespace qnl {
 namespace {
@@ -19,8 +19,12 @@ namespace {
 bool IsBlank(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
+// The value of a digit; above 9 for any other character.
+unsigned DigitOf(char c) {
+    return static_cast<unsigned>(static_cast<unsigned char>(c)) - '0';
+}
 bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
+    return DigitOf(c) <= 9;
 }
 bool IsHexMark(char c) {
     return c == 'x' || c == 'X';
@@ -54,25 +58,40 @@ struct Decimal {
 std::int64_t TakeDigits(const char*& p, std::uint64_t& mantissa) {
     const char* const begin = p;
     std::uint64_t value = mantissa;
-    for (; IsDigit(*p); ++p) {
-        value = value * 10 + static_cast<std::uint64_t>(*p - '0');
+    for (unsigned digit = DigitOf(*p); digit <= 9; digit = DigitOf(*++p)) {
+        value = value * 10 + digit;
     }
     mantissa = value;
     return p - begin;
 }
 
-/// Takes the digits of an exponent; false when there are none. Values that no number could make up for
-/// are cut off.
+constexpr std::uint64_t kTooLarge = std::uint64_t{1} << 40;
+
+/// A number of any length; one that is too large for any use becomes kTooLarge.
+std::uint64_t LongInteger(const char* begin, const char* end) {
+    return std::accumulate(begin, end, std::uint64_t{0}, [](std::uint64_t value, char digit) {
+        return std::min(value * 10 + DigitOf(digit), kTooLarge);
+    });
+}
+
+/// The number of the digits at `p`, likewise.
+std::int64_t TakeInteger(const char*& p) {
+    constexpr std::int64_t kDigitsThatFit = 18;
+    const char* const begin = p;
+    std::uint64_t value = 0;
+    if (TakeDigits(p, value) > kDigitsThatFit) {
+        value = LongInteger(begin, p);
+    }
+    return static_cast<std::int64_t>(std::min(value, kTooLarge));
+}
+
+/// Takes an exponent; false when it has no digits.
 bool TakeExponent(const char*& p, std::int64_t& exponent) {
-    constexpr std::int64_t cap = std::int64_t{1} << 40;
     const bool negative = TakeSign(p);
     if (!IsDigit(*p)) {
         return false;
     }
-    std::int64_t value = 0;
-    for (; IsDigit(*p); ++p) {
-        value = std::min<std::int64_t>(value * 10 + (*p - '0'), cap);
-    }
+    const std::int64_t value = TakeInteger(p);
     exponent = negative ? -value : value;
     return true;
 }
@@ -81,13 +100,12 @@ bool TakeExponent(const char*& p, std::int64_t& exponent) {
 bool TakeDecimal(const char*& p, Decimal& number) {
     number.begin = p;
     number.digits = TakeDigits(p, number.mantissa);
-    if (IsHexMark(*p) && number.digits == 1 && *number.begin == '0') {
-        return false;
-    }
     if (*p == '.') {
         ++p;
         number.fractionDigits = TakeDigits(p, number.mantissa);
         number.digits += number.fractionDigits;
+    } else if (IsHexMark(*p) && number.digits == 1 && *number.begin == '0') {
+        return false;
     }
     if (number.digits == 0) {
         return false;
@@ -104,6 +122,7 @@ bool TakeDecimal(const char*& p, Decimal& number) {
 
 constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                    1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr double kSigns[] = {1.0, -1.0};
 constexpr bool kPlainDoubles = FLT_EVAL_METHOD == 0;  // no excess precision in between
 constexpr std::int64_t kExactPower = 22;
 constexpr std::int64_t kMantissaDigits = 19;
@@ -144,31 +163,34 @@ bool ConvertLong(const Decimal& number, double& value) {
 
 }  // namespace
 
+TokenReader::TokenReader(FileContent text) : text_(std::move(text)), cursor_(Begin()) {}
+
+TokenReader::TokenReader(std::string_view text)
+    : text_{std::make_unique<char[]>(text.size() + 1), text.size()}, cursor_(Begin()) {
+    std::copy(text.begin(), text.end(), text_.bytes.get());
+}
+
 bool TokenReader::ReadLine(std::size_t bufferSize, std::string_view& line) {
-    if (position_ >= text_.size()) {
+    if (AtEnd()) {
         return false;
     }
-    const char* const begin = text_.data() + position_;
-    std::size_t length = std::min(text_.size() - position_, bufferSize - 1);
+    const char* const begin = cursor_;
+    std::size_t length = std::min(text_.size - Position(), bufferSize - 1);
     if (const void* end = std::memchr(begin, '\n', length)) {
         length = static_cast<std::size_t>(static_cast<const char*>(end) - begin) + 1;
     }
-    position_ += length;
+    cursor_ += length;
     const std::string_view read(begin, length);
     line = read.substr(0, read.find('\0'));
     return true;
 }
 
 bool TokenReader::ReadInt(int& value) {
-    const char* p = PastBlanks(text_.c_str() + position_);
+    const char* p = PastBlanks(cursor_);
     const bool negative = TakeSign(p);
     const char* const digits = p;
-    constexpr std::int64_t cap = std::int64_t{1} << 40;
-    std::int64_t number = 0;
-    for (; IsDigit(*p); ++p) {
-        number = std::min<std::int64_t>(number * 10 + (*p - '0'), cap);
-    }
-    position_ = static_cast<std::size_t>(p - text_.c_str());
+    const std::int64_t number = TakeInteger(p);
+    cursor_ = p;
     const bool hexadecimal = IsHexMark(*p) && p == digits + 1 && *digits == '0';
     const std::int64_t result = negative ? -number : number;
     if (p == digits || hexadecimal || result < INT32_MIN || result > INT32_MAX) {
@@ -179,27 +201,25 @@ bool TokenReader::ReadInt(int& value) {
 }
 
 bool TokenReader::ReadDouble(double& value) {
-    const char* p = PastBlanks(text_.c_str() + position_);
+    const char* p = PastBlanks(cursor_);
     const bool negative = TakeSign(p);
     Decimal number;
     double magnitude = 0.0;
     const bool read =
         TakeDecimal(p, number) && (ConvertExactly(number, magnitude) || ConvertLong(number, magnitude));
-    position_ = static_cast<std::size_t>(p - text_.c_str());
+    cursor_ = p;
     if (read) {
-        constexpr double signs[] = {1.0, -1.0};
-        value = signs[negative ? 1 : 0] * magnitude;
+        value = kSigns[negative ? 1 : 0] * magnitude;
     }
     return read;
 }
 
 void TokenReader::SkipBlanks() {
-    position_ = static_cast<std::size_t>(PastBlanks(text_.c_str() + position_) - text_.c_str());
+    cursor_ = PastBlanks(cursor_);
 }
 
 std::size_t TokenReader::LineNumber() const {
-    const auto end = text_.begin() + static_cast<std::ptrdiff_t>(position_);
-    return static_cast<std::size_t>(std::count(text_.begin(), end, '\n')) + 1;
+    return static_cast<std::size_t>(std::count(Begin(), cursor_, '\n')) + 1;
 }
 
 std::optional<TokenReader> OpenText(const std::string& path) {
@@ -207,7 +227,7 @@ std::optional<TokenReader> OpenText(const std::string& path) {
     if (!file) {
         return std::nullopt;
     }
-    std::string text;
+    FileContent text;
     if (!ReadAll(file.Get(), text)) {
         RecordFault({path, "", "a text file", "a file that cannot be read",
                      "check the file and the device that it lies on"});

@@ -4,7 +4,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
+
+#include "platform/HostFiles.h"
 
 namespace qnl {
 
@@ -19,7 +20,8 @@ namespace qnl {
 class TokenReader {
 public:
     TokenReader() = default;
-    explicit TokenReader(std::string text) : text_(std::move(text)) {}
+    explicit TokenReader(FileContent text);
+    explicit TokenReader(std::string_view text);
 
     /// Reads up to and with the next line end, but no more than `bufferSize` - 1 characters; the next line
     /// read continues a longer line. `line` is what lies before a NUL character, if there is one, and
@@ -32,15 +34,17 @@ public:
     /// Skips white space, line ends included.
     void SkipBlanks();
 
-    std::size_t Position() const { return position_; }
-    bool AtEnd() const { return position_ == text_.size(); }
+    std::size_t Position() const { return static_cast<std::size_t>(cursor_ - Begin()); }
+    bool AtEnd() const { return Position() == text_.size; }
 
     /// Number of the line in which the cursor stands, from 1. Takes time linear in the position.
     std::size_t LineNumber() const;
 
 private:
-    std::string text_;
-    std::size_t position_ = 0;
+    const char* Begin() const { return text_.bytes.get(); }
+
+    FileContent text_;
+    const char* cursor_ = Begin();
 };
 
 /// The whole text file at `path`. Nothing when it cannot be opened, and, which is recorded as a fault, when

@@ -90,7 +90,7 @@ void ProbeListedIds(FrozenLayerJob& job, const std::string& name, HostFile& file
         RecordFault({name, "list of nodes", "a readable file", "a read error", "check the file"});
     }
     file.Close();
-    qnl::NodeIdList list(std::move(text));
+    qnl::NodeIdList list(text);
     for (int id = 0; list.Next(id);) {
         ProbeIdentifier(job, id);
     }

@@ -22,7 +22,7 @@ bool NodeIdList::Next(int& id) {
             inList_ = Holds(line, "<List>");
         } else if (Holds(line, "</List>")) {
             inList_ = false;
-        } else if (TokenReader(std::string(line)).ReadInt(id)) {
+        } else if (TokenReader(line).ReadInt(id)) {
             return true;
         }
     }

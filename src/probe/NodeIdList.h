@@ -13,7 +13,7 @@ namespace qnl {
 class NodeIdList {
 public:
     /// `text` is the content of the file.
-    explicit NodeIdList(std::string text) : text_(std::move(text)) {}
+    explicit NodeIdList(std::string_view text) : text_(text) {}
 
     /// The next id. False at the end.
     bool Next(int& id);

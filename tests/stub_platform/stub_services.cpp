@@ -66,6 +66,9 @@ bool HostFile::Close() {
     std::FILE* stream = std::exchange(stream_, nullptr);
     return stream == nullptr || std::fclose(stream) == 0;
 }
+bool ReadAll(std::FILE*, FileContent&) {
+    return true;
+}
 bool ReadAll(std::FILE* stream, std::string& content) {
     for (int character = std::fgetc(stream); character != EOF; character = std::fgetc(stream)) {
         content += static_cast<char>(character);

@@ -9,7 +9,7 @@ namespace {
 
 std::vector<int> Ids(std::string_view text) {
     std::vector<int> ids;
-    qnl::NodeIdList list{std::string(text)};
+    qnl::NodeIdList list(text);
     for (int id = 0; list.Next(id);) {
         ids.push_back(id);
     }
