@@ -104,7 +104,7 @@ void ReadTemperatures(Probe& probe) {
 
 Probe MakeProbe(const ProbeRequest& request) {
     ResultSeries series = FindResultSeries(request.results);
-    OpenedProject project(series.base);
+    OpenedProject project(series);
     if (!project.HasTemperatures()) {
         throw InputProblem(NativePath(series.base.Path()) + ": this stage has no temperatures to probe");
     }
