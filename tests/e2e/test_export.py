@@ -157,6 +157,49 @@ class ExportTest(unittest.TestCase):
         static = read_rows((project.root / "out_static.csv").read_text())
         self.assertEqual(set(static["Freeze temperature [°C]"]), {"130"})
 
+    def test_looks_along_the_normals_of_the_run(self):
+        """At (2, 4, 2), next to an edge of the box, the smoothed normal leans towards it."""
+        project = cooling_box(self)
+
+        def inward(*run_words, before_export=lambda: None):
+            done = run("run", project.root, *run_words)
+            self.assertEqual(done.returncode, 0, done.stderr)
+            before_export()
+            result = run("export", project.root, "--out", project.root / "out", "--force")
+            self.assertEqual(result.returncode, 0, result.stderr)
+            file = VtkFile(project.root / "out_static.vtp")
+            node = ((file.points == (2, 4, 2)).all(axis=1)).nonzero()[0][0]
+            return file.arrays["Inward direction"][node], file.arrays["Wall thickness [mm]"][node]
+
+        direction, wall = inward("--analysis-code", 2)
+        self.assertEqual((*direction, wall), (0, 0, -1, 2))
+        leaning, longer = inward(before_export=project.file("QNLIntermediateOutputTime.log").unlink)
+        self.assertGreater(leaning[0], 0.05)
+        self.assertAlmostEqual(longer, 2 / -leaning[2], places=5)
+        run("run", project.file("box1.k4f"), "--intermediate-times", 0)
+        for word in ("export", "view"):
+            mixed = run(word, project.root, "--out", project.root / "mixed.html")
+            self.assertEqual(mixed.returncode, 1)
+            self.assertIn("of which one smoothed the normals and one did not", mixed.stderr)
+
+    def test_compression_needs_a_format_that_has_it(self):
+        project = cooling_box(self)
+        export(self, project, "--to", "hdf", "--compress")
+        result = run("export", project.root, "--out", project.root / "rows", "--to", "csv", "--compress")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("--compress has no meaning with --to csv", result.stderr)
+        self.assertEqual(list(project.root.glob("rows*")), [])
+
+    def test_hdf_files_that_cannot_be_written(self):
+        project = cooling_box(self)
+        done = run("run", project.root)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        (project.root / "out_0002.hdf").mkdir()
+        result = run("export", project.root, "--out", project.root / "out.hdf", "--to", "hdf", "--force")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("out_0002.hdf", result.stderr)
+        self.assertEqual(sorted(path.name for path in project.root.glob("out*")), ["out_0001.hdf", "out_0002.hdf"])
+
     def test_existing_files_are_refused(self):
         project = cooling_box(self)
         export(self, project)
