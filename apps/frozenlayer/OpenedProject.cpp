@@ -83,6 +83,9 @@ void OpenedProject::OpenMesh() {
 }
 
 void OpenedProject::LoadTemperatures(const std::string& stageFile) {
+    if (!FileExists(stageFile)) {
+        throw InputProblem(NativePath(stageFile) + " is missing: it has the temperatures of one output time");
+    }
     int status = -1;
     const std::string message = Overhear([&] {
         DropCarriedState(*job_);

@@ -6,6 +6,7 @@
 
 #include "CsvFile.h"
 #include "ExportFrames.h"
+#include "OutputNames.h"
 #include "SeriesResults.h"
 #include "VtkHdfFile.h"
 #include "VtkXmlFile.h"
@@ -63,36 +64,6 @@ const Format& FormatOf(const std::string& name) {
     throw InputProblem("\"" + name + "\" is no format of exported files");
 }
 
-/// The name without an extension of the formats.
-std::string Stem(const std::string& out) {
-    for (const char* extension : {".hdf.series", ".pvd", ".vtp", ".vtu", ".hdf", ".csv"}) {
-        const std::string_view end(extension);
-        if (out.size() > end.size() && std::string_view(out).substr(out.size() - end.size()) == end) {
-            return out.substr(0, out.size() - end.size());
-        }
-    }
-    return out;
-}
-
-void RequireFolder(const std::string& stem) {
-    const std::filesystem::path folder = std::filesystem::path(NativePath(stem)).parent_path();
-    std::error_code failed;
-    if (!folder.empty() && !std::filesystem::is_directory(folder, failed)) {
-        throw InputProblem(folder.string() + " is no folder: make it first, or choose another --out");
-    }
-}
-
-void RefuseExisting(const std::vector<std::string>& paths) {
-    for (const std::string& path : paths) {
-        std::error_code failed;
-        if (std::filesystem::exists(NativePath(path), failed)) {
-            throw InputProblem(NativePath(path) +
-                               " is there already: choose another --out, or add --force to"
-                               " replace it");
-        }
-    }
-}
-
 std::string FileName(const std::string& path) {
     return std::filesystem::path(NativePath(path)).filename().string();
 }
@@ -106,6 +77,17 @@ std::vector<std::string> PathsOf(const Format& format, const std::string& stem, 
     paths.push_back(stem + kStaticSuffix + format.frameExtension);
     paths.push_back(stem + format.listEnding);
     return paths;
+}
+
+void PrintWhatIsMissing(const SeriesResults& loaded) {
+    if (!loaded.series.realTimes) {
+        std::cerr << "Not every stage file tells its time: output times are numbered from 1.\n";
+    }
+    if (!loaded.withoutHistory.empty()) {
+        std::cerr << loaded.withoutHistory + "\n";
+    } else if (!loaded.history->Freezes()) {
+        std::cerr << "The material has no freeze temperature: there are no times to freeze.\n";
+    }
 }
 
 /// Stops at the first file that cannot be written.
@@ -149,16 +131,14 @@ std::vector<std::string> ExportResults(const ExportRequest& request) {
                            ", whose files are text: leave it out, or choose another format");
     }
     const std::size_t times = FindResultSeries(request.results).times.size();
-    const std::string stem = Stem(request.out);
+    const std::string stem =
+        NameOfOutput(request.out, {".hdf.series", ".pvd", ".vtp", ".vtu", ".hdf", ".csv"});
     const std::vector<std::string> paths = PathsOf(format, stem, times);
-    RequireFolder(stem);
     if (!request.force) {
         RefuseExisting(paths);
     }
     const SeriesResults loaded = LoadSeriesResults(request.results, 0);
-    if (!loaded.withoutHistory.empty()) {
-        std::cerr << loaded.withoutHistory + "\n";
-    }
+    PrintWhatIsMissing(loaded);
     return WriteAll(format, paths, loaded, request.compress ? Storage::Compressed : Storage::Plain);
 }
 

@@ -155,8 +155,9 @@ bool WriteFile(const std::string& path, const Layout& layout, const ExportSurfac
     std::string text = Head(layout.type, "1.0", storage) + "<" + layout.type + ">\n" + FieldData(frame);
     text += "<Piece NumberOfPoints=\"" + std::to_string(surface.points.size()) + "\" " + layout.cellCount +
             "=\"" + std::to_string(surface.ends.size()) + "\">\n";
-    text += PointData(surface, frame, appendix) + Points(surface, appendix) +
-            Cells(layout.cells, surface, appendix, layout.withTypes);
+    text += PointData(surface, frame, appendix);
+    text += Points(surface, appendix);
+    text += Cells(layout.cells, surface, appendix, layout.withTypes);
     text += std::string("</Piece>\n</") + layout.type + ">\n<AppendedData encoding=\"raw\">\n_";
     ReplacedFile file(path, "wb");
     Append(file, text);
