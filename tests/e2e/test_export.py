@@ -190,6 +190,30 @@ class ExportTest(unittest.TestCase):
         self.assertIn("--compress has no meaning with --to csv", result.stderr)
         self.assertEqual(list(project.root.glob("rows*")), [])
 
+    def test_notes_tell_what_is_left_out(self):
+        project = cooling_box(self)
+        self.assertEqual(export(self, project).stderr, "")
+        write_flow(project, 1, None, project.temperature)
+        noted = run("export", project.root, "--out", project.root / "numbered")
+        self.assertEqual(noted.stderr, "Not every stage file tells its time: output times are numbered from 1.\n")
+        self.assertEqual([time for time, _ in read_collection(project.root / "numbered.pvd")], [1, 2, 3])
+        (project.root / "Material/pp.toml").write_text('kind = "thermoset"\n')
+        noted = run("export", project.root, "--out", project.root / "thermoset")
+        self.assertIn("The material has no freeze temperature: there are no times to freeze.\n", noted.stderr)
+        self.assertNotIn("Freeze status", VtkFile(project.root / "thermoset_static.vtp").arrays)
+
+    def test_names_without_a_file_are_refused(self):
+        project = cooling_box(self)
+        export(self, project)
+        for words in (("export", project.root, "--out", f"{project.root}/"), ("export", project.root, "--out", ""),
+                      ("export", project.root, "--out", f"{project.root}/.pvd"),
+                      ("probe", project.root, "--point", "6,4,2", "--out", f"{project.root}/.csv")):
+            with self.subTest(words=words):
+                result = run(*words)
+                self.assertEqual((result.returncode, result.stdout), (1, ""))
+                self.assertIn("names no file", result.stderr)
+        self.assertEqual(list(project.root.glob(".*")), [])
+
     def test_hdf_files_that_cannot_be_written(self):
         project = cooling_box(self)
         done = run("run", project.root)
@@ -291,7 +315,8 @@ class ProbeTest(unittest.TestCase):
     def test_refusals(self):
         project = self.probed_box()
         for words, text in (((), "nothing to probe"), (("--node", 88), "node 88 is not on the surface"),
-                            (("--node", 4000), "node 4000 is not on the surface"), (("--point", "1,2"), "is no point")):
+                            (("--node", 4000), "node 4000 is not on the surface"), (("--point", "1,2"), "is no point"),
+                            (("--point", "1,nan,2"), "is no point")):
             with self.subTest(words=words):
                 result = run("probe", project.root, *words)
                 self.assertEqual((result.returncode, result.stdout), (1, ""))
