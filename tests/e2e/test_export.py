@@ -11,12 +11,6 @@ from test_run import PEOPLE
 from test_view import cooling_box, write_flow
 from vtk_xml import VtkFile, read_collection
 
-try:
-    import vtk
-    from vtk.util.numpy_support import vtk_to_numpy
-except ImportError:
-    vtk = None
-
 RESULTS = ("box1_001.fzr", "box1_002.fzr", "box1.fzr")
 
 
@@ -240,20 +234,6 @@ class ExportTest(unittest.TestCase):
         self.assertIn("nowhere is no folder", result.stderr)
         self.assertEqual(run("export", project.root, "--out", project.root / "x", "--to", "foo").returncode, 1)
 
-    @unittest.skipIf(vtk is None, "python3-vtk9 is not installed")
-    def test_files_open_in_the_usual_library(self):
-        project = cooling_box(self)
-        export(self, project)
-        export(self, project, "--to", "vtu", "--force", name="grid")
-        for reader, name in ((vtk.vtkXMLPolyDataReader(), "out_0001.vtp"),
-                             (vtk.vtkXMLUnstructuredGridReader(), "grid_0001.vtu")):
-            reader.SetFileName(str(project.root / name))
-            reader.Update()
-            data = reader.GetOutput().GetPointData()
-            names = [data.GetArrayName(i) for i in range(data.GetNumberOfArrays())]
-            arrays = {array: vtk_to_numpy(data.GetArray(array)) for array in names}
-            self.check_frame(arrays["Node label"], arrays["Status"], arrays, project.file("box1_001.fzr"))
-
 
 class ProbeTest(unittest.TestCase):
     EXPECTED = numpy.array([80.0, 97.5, 132.5, 132.5, 97.5, 80.0])
@@ -280,6 +260,29 @@ class ProbeTest(unittest.TestCase):
         frozen = numpy.array(columns["Frozen"], "i4")
         numpy.testing.assert_array_equal(frozen, (temperatures < 130.0).astype("i4"))
         self.assertEqual(set(columns["Element kind"]), {"face", "cell"})
+
+    def test_elements_are_those_of_the_search(self):
+        """Whether the run smoothed its normals or not; every third surface node."""
+        project = cooling_box(self)
+        faces = 128
+        for words, name in ((("--analysis-code", 2), "box.sur"), ((), "box_s.sur")):
+            done = run("run", project.root, *words)
+            self.assertEqual(done.returncode, 0, done.stderr)
+            run("export", project.root, "--out", project.root / "out", "--force")
+            file = VtkFile(project.root / "out_static.vtp")
+            in_order_of_faces = list(dict.fromkeys(file.cells["connectivity"].tolist()))
+            labels = file.arrays["Node label"][in_order_of_faces]
+            numbers = iter(numpy.fromfile(project.root / "Mesh" / name, dtype="<i4").tolist())
+            self.assertEqual((next(numbers), next(numbers)), (1001, len(labels)))
+            records = {label: sorted(next(numbers) for _ in range(next(numbers))) for label in labels}
+            nodes = labels[::3]
+            columns = read_rows(run("probe", project.file("box1_001.fzr"), project.file("box1.fzr"), "--node",
+                                    *nodes).stdout)
+            found = {label: set() for label in nodes}
+            for label, kind, number in zip(*(columns[c] for c in ("Node label", "Element kind", "Element number"))):
+                found[int(label)].add(int(number) + (faces if kind == "cell" else 0))
+            self.assertEqual({label: sorted(ids) for label, ids in found.items()},
+                             {label: records[label] for label in nodes}, name)
 
     def test_rows_of_a_node(self):
         project = self.probed_box()
