@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <tuple>
 
 #include "export_sample.h"
 #include "platform/Faults.h"
