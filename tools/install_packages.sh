@@ -8,6 +8,9 @@ build_packages=(g++ cmake ninja-build libhdf5-dev libcli11-dev libtomlplusplus-d
 import_packages=(libvtk9-dev)
 test_packages=(clang clang-format clang-tidy libomp-dev libgtest-dev libbenchmark-dev python3-h5py python3-numpy)
 
+# VTK's readers for the tests; ParaView brings its own and does not go together with this package.
+command -v pvpython > /dev/null || test_packages+=(python3-vtk9)
+
 wanted=()
 for group in "$@"; do
   case "$group" in

@@ -35,18 +35,20 @@ void AddExportCommand(CLI::App& app, int& exitCode) {
     command
         .add_option("--out", request->out,
                     HelpText("Name that the files begin with: NAME_0001 and so on by time, NAME_static with "
-                             "wall thickness and time to freeze, and NAME.pvd (NAME_times.csv), which lists "
-                             "them by time"))
+                             "wall thickness and time to freeze, and NAME.pvd (NAME.hdf.series, "
+                             "NAME_times.csv), which lists them by time"))
         ->type_name("NAME")
         ->required();
     command
         .add_option(
             "--to", request->format,
-            HelpText("pvd: .vtp files, polygons; vtu: .vtu files, a grid of the faces; csv: one row a "
-                     "node with label, x, y, z, values"))
+            HelpText("pvd: .vtp files, polygons; vtu: .vtu files, a grid of the faces; hdf: the same grid as "
+                     "VTKHDF files; csv: one row a node with label, x, y, z, values"))
         ->type_name("FORMAT")
         ->check(CLI::IsMember(ExportFormats()))
         ->capture_default_str();
+    command.add_flag("--compress", request->compress,
+                     HelpText("Store the arrays of .vtp, .vtu and .hdf files compressed by zlib"));
     command.add_flag("--force", request->force, HelpText("Replace files of these names"));
 }
 

@@ -64,6 +64,18 @@ std::string TimeSuffix(std::size_t time) {
     return text.data();
 }
 
+std::vector<std::uint8_t> VtkCellTypes(const ExportSurface& surface) {
+    constexpr std::uint8_t kTriangle = 5;
+    constexpr std::uint8_t kQuad = 9;
+    std::vector<std::uint8_t> types;
+    std::int64_t begin = 0;
+    for (const std::int64_t end : surface.ends) {
+        types.push_back(end - begin == 3 ? kTriangle : kQuad);
+        begin = end;
+    }
+    return types;
+}
+
 ExportSurface SurfaceForExport(const SeriesResults& loaded) {
     const FrozenLayerJob& job = loaded.project.Job();
     ExportSurface surface{loaded.surface.labels, loaded.surface.points, {}, {}};

@@ -37,10 +37,16 @@ struct ExportSurface {
     std::vector<std::int64_t> ends;            ///< for each face, the number of corners up to its end
 };
 
+/// How the arrays of a file are stored.
+enum class Storage { Plain, Compressed };
+
 /// Endings of the names of files: "_0001" for the first output time, and that of what does not depend on
 /// time.
 std::string TimeSuffix(std::size_t time);
 inline constexpr const char* kStaticSuffix = "_static";
+
+/// The type number of each face as VTK counts types: 5 triangle, 9 quad.
+std::vector<std::uint8_t> VtkCellTypes(const ExportSurface& surface);
 
 ExportSurface SurfaceForExport(const SeriesResults& loaded);
 

@@ -37,19 +37,19 @@ std::string Overhear(const Work& work) {
 
 }  // namespace
 
-OpenedProject::OpenedProject(const StageFile& base) : job_(std::make_unique<FrozenLayerJob>()) {
-    constexpr int kFlowPackWarp = 4;
+OpenedProject::OpenedProject(const ResultSeries& series) : job_(std::make_unique<FrozenLayerJob>()) {
+    const StageFile& base = series.base;
     CheckProjectFiles(base);
     const ProjectInputs inputs = ReadProjectInputs(base);
     meshFile_ = inputs.meshFile;
     materialFile_ = inputs.materialFile;
     job_->m_options.corrected = true;
-    job_->m_nAnalysisType = kFlowPackWarp;
     const std::string stageFile = base.Path();
     job_->m_szInputResult = stageFile.c_str();
     job_->m_szLogFile.Set(base.Sibling(".lgz"));
     job_->m_szMeshFile.Set(meshFile_);
     Overhear([&] { SelectResultFiles(*job_); });
+    job_->m_bHasIntermediateTimes = series.smoothedNormals ? 1 : 0;
     job_->m_szInputResult = nullptr;
     OpenMaterial();
     OpenMesh();
@@ -83,6 +83,9 @@ void OpenedProject::OpenMesh() {
 }
 
 void OpenedProject::LoadTemperatures(const std::string& stageFile) {
+    if (!FileExists(stageFile)) {
+        throw InputProblem(NativePath(stageFile) + " is missing: it has the temperatures of one output time");
+    }
     int status = -1;
     const std::string message = Overhear([&] {
         DropCarriedState(*job_);

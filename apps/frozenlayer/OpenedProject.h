@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "ProjectPaths.h"
+#include "ResultSeries.h"
 #include "job/FrozenLayerJob.h"
 #include "kernel/mesh_kernel_state.h"
 #include "profile/PassElementMesh.h"
@@ -15,9 +15,9 @@ namespace qnl {
 /// its output times as the corrected mode reads them.
 class OpenedProject {
 public:
-    /// `base` is the stage file of the base time. Raises InputProblem when the run file, the mesh or the
-    /// material is missing or cannot be used.
-    explicit OpenedProject(const StageFile& base);
+    /// Raises InputProblem when the run file, the mesh or the material of the series' project is missing or
+    /// cannot be used.
+    explicit OpenedProject(const ResultSeries& series);
 
     const KernelMesh& Mesh() const { return job_->m_pOptKer->m_pState->mesh; }
     const FrozenLayerJob& Job() const { return *job_; }

@@ -1,6 +1,7 @@
 #include "ProbeCommand.h"
 
 #include <charconv>
+#include <cmath>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -31,7 +32,7 @@ std::optional<std::array<double, 3>> ParsePoint(const std::string& text) {
             return std::nullopt;
         }
         const auto read = std::from_chars(place, end, point[axis]);
-        if (read.ec != std::errc()) {
+        if (read.ec != std::errc() || !std::isfinite(point[axis])) {
             return std::nullopt;
         }
         place = read.ptr;

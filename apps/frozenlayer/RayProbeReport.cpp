@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <iostream>
 #include <limits>
 
 #include "CsvFile.h"
 #include "NumberText.h"
+#include "OutputNames.h"
 #include "SeriesResults.h"
 #include "TextFile.h"
 #include "VtkXmlFile.h"
@@ -104,7 +104,7 @@ void ReadTemperatures(Probe& probe) {
 
 Probe MakeProbe(const ProbeRequest& request) {
     ResultSeries series = FindResultSeries(request.results);
-    OpenedProject project(series.base);
+    OpenedProject project(series);
     if (!project.HasTemperatures()) {
         throw InputProblem(NativePath(series.base.Path()) + ": this stage has no temperatures to probe");
     }
@@ -215,28 +215,20 @@ bool WriteRows(const std::string& rows, const std::string& path) {
     return file.Commit();
 }
 
-void RefuseExisting(const std::string& path) {
-    std::error_code failed;
-    if (std::filesystem::exists(NativePath(path), failed)) {
-        throw InputProblem(NativePath(path) +
-                           " is there already: choose another --out, or add --force to replace it");
-    }
-}
-
 }  // namespace
 
 std::vector<std::string> ProbeRays(const ProbeRequest& request) {
-    const std::string table = request.out + ".csv";
-    const std::string lines = request.out + ".vtp";
-    if (!request.out.empty() && !request.force) {
-        RefuseExisting(table);
-        RefuseExisting(lines);
-    }
-    const Probe probe = MakeProbe(request);
     if (request.out.empty()) {
-        std::cout << Rows(probe);
+        std::cout << Rows(MakeProbe(request));
         return {};
     }
+    const std::string name = NameOfOutput(request.out, {".csv", ".vtp"});
+    const std::string table = name + ".csv";
+    const std::string lines = name + ".vtp";
+    if (!request.force) {
+        RefuseExisting({table, lines});
+    }
+    const Probe probe = MakeProbe(request);
     std::vector<std::string> written;
     if (WriteRows(Rows(probe), table)) {
         written.push_back(NativePath(table));

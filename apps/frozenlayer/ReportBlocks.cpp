@@ -1,19 +1,17 @@
 #include "ReportBlocks.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <stdexcept>
 #include <type_traits>
+
+#include "Deflate.h"
 
 namespace qnl {
 
 namespace {
 
 constexpr int kMaxLevel = 65527;
-constexpr int kCompression = 6;
 using Bytes = std::vector<unsigned char>;
 
 /// Differences against the base and the number before, folded to small unsigned numbers, low bytes first.
@@ -38,17 +36,6 @@ Bytes DifferencePlanes(const std::vector<Number>& numbers, const std::vector<Num
     return planes;
 }
 
-Bytes Deflate(const Bytes& bytes) {
-    uLongf length = compressBound(static_cast<uLong>(bytes.size()));
-    Bytes packed(length);
-    if (compress2(packed.data(), &length, bytes.data(), static_cast<uLong>(bytes.size()), kCompression) !=
-        Z_OK) {
-        throw std::runtime_error("a block of the page cannot be compressed: too little memory");
-    }
-    packed.resize(length);
-    return packed;
-}
-
 std::string Base64(const Bytes& bytes) {
     constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::string text;
@@ -64,6 +51,10 @@ std::string Base64(const Bytes& bytes) {
         }
     }
     return text;
+}
+
+std::string Packed(const Bytes& planes) {
+    return Base64(Deflate(planes.data(), planes.size()));
 }
 
 }  // namespace
@@ -103,11 +94,11 @@ Words BitsOf(const std::vector<float>& values) {
 }
 
 std::string EncodeBlock(const Levels& numbers, const Levels* base) {
-    return Base64(Deflate(DifferencePlanes(numbers, base)));
+    return Packed(DifferencePlanes(numbers, base));
 }
 
 std::string EncodeBlock(const Words& numbers) {
-    return Base64(Deflate(DifferencePlanes<std::uint32_t>(numbers, nullptr)));
+    return Packed(DifferencePlanes<std::uint32_t>(numbers, nullptr));
 }
 
 }  // namespace qnl

@@ -6,14 +6,17 @@
 
 #include "CsvFile.h"
 #include "ExportFrames.h"
+#include "OutputNames.h"
 #include "SeriesResults.h"
+#include "VtkHdfFile.h"
 #include "VtkXmlFile.h"
 
 namespace qnl {
 
 namespace {
 
-using WriteFrame = bool (*)(const std::string& path, const ExportSurface& surface, const ExportFrame& frame);
+using WriteFrame = bool (*)(const std::string& path, const ExportSurface& surface, const ExportFrame& frame,
+                            Storage storage);
 using WriteList = bool (*)(const std::string& path, const std::string& timeLabel,
                            const std::vector<CollectionEntry>& entries);
 
@@ -24,22 +27,32 @@ struct Format {
     WriteFrame writeFrame;
     const char* listEnding;
     WriteList writeList;
+    bool compresses;
 };
 
 template <VtkKind kind>
-bool WriteVtkFrame(const std::string& path, const ExportSurface& surface, const ExportFrame& frame) {
-    return WriteVtkSurface(path, kind, surface, frame);
+bool WriteVtkFrame(const std::string& path, const ExportSurface& surface, const ExportFrame& frame,
+                   Storage storage) {
+    return WriteVtkSurface(path, kind, surface, frame, storage);
 }
 
-bool WriteVtkList(const std::string& path, const std::string& /*timeLabel*/,
-                  const std::vector<CollectionEntry>& entries) {
-    return WriteCollection(path, entries);
+bool WriteCsvFrame(const std::string& path, const ExportSurface& surface, const ExportFrame& frame,
+                   Storage /*storage*/) {
+    return WriteCsvSurface(path, surface, frame);
 }
 
-constexpr std::array<Format, 3> kFormats{{
-    {"pvd", ".vtp", WriteVtkFrame<VtkKind::PolyData>, ".pvd", WriteVtkList},
-    {"vtu", ".vtu", WriteVtkFrame<VtkKind::UnstructuredGrid>, ".pvd", WriteVtkList},
-    {"csv", ".csv", WriteCsvSurface, "_times.csv", WriteCsvTimes},
+template <bool (*write)(const std::string&, const std::vector<CollectionEntry>&)>
+bool WriteUnlabelledList(const std::string& path, const std::string& /*timeLabel*/,
+                         const std::vector<CollectionEntry>& entries) {
+    return write(path, entries);
+}
+
+constexpr std::array<Format, 4> kFormats{{
+    {"pvd", ".vtp", WriteVtkFrame<VtkKind::PolyData>, ".pvd", WriteUnlabelledList<WriteCollection>, true},
+    {"vtu", ".vtu", WriteVtkFrame<VtkKind::UnstructuredGrid>, ".pvd", WriteUnlabelledList<WriteCollection>,
+     true},
+    {"hdf", ".hdf", WriteHdfSurface, ".hdf.series", WriteUnlabelledList<WriteFileSeries>, true},
+    {"csv", ".csv", WriteCsvFrame, "_times.csv", WriteCsvTimes, false},
 }};
 
 const Format& FormatOf(const std::string& name) {
@@ -49,36 +62,6 @@ const Format& FormatOf(const std::string& name) {
         }
     }
     throw InputProblem("\"" + name + "\" is no format of exported files");
-}
-
-/// The name without an extension of the formats.
-std::string Stem(const std::string& out) {
-    for (const char* extension : {".pvd", ".vtp", ".vtu", ".csv"}) {
-        const std::string_view end(extension);
-        if (out.size() > end.size() && std::string_view(out).substr(out.size() - end.size()) == end) {
-            return out.substr(0, out.size() - end.size());
-        }
-    }
-    return out;
-}
-
-void RequireFolder(const std::string& stem) {
-    const std::filesystem::path folder = std::filesystem::path(NativePath(stem)).parent_path();
-    std::error_code failed;
-    if (!folder.empty() && !std::filesystem::is_directory(folder, failed)) {
-        throw InputProblem(folder.string() + " is no folder: make it first, or choose another --out");
-    }
-}
-
-void RefuseExisting(const std::vector<std::string>& paths) {
-    for (const std::string& path : paths) {
-        std::error_code failed;
-        if (std::filesystem::exists(NativePath(path), failed)) {
-            throw InputProblem(NativePath(path) +
-                               " is there already: choose another --out, or add --force to"
-                               " replace it");
-        }
-    }
 }
 
 std::string FileName(const std::string& path) {
@@ -96,16 +79,27 @@ std::vector<std::string> PathsOf(const Format& format, const std::string& stem, 
     return paths;
 }
 
+void PrintWhatIsMissing(const SeriesResults& loaded) {
+    if (!loaded.series.realTimes) {
+        std::cerr << "Not every stage file tells its time: output times are numbered from 1.\n";
+    }
+    if (!loaded.withoutHistory.empty()) {
+        std::cerr << loaded.withoutHistory + "\n";
+    } else if (!loaded.history->Freezes()) {
+        std::cerr << "The material has no freeze temperature: there are no times to freeze.\n";
+    }
+}
+
 /// Stops at the first file that cannot be written.
 std::vector<std::string> WriteAll(const Format& format, const std::vector<std::string>& paths,
-                                  const SeriesResults& loaded) {
+                                  const SeriesResults& loaded, Storage storage) {
     const ExportSurface surface = SurfaceForExport(loaded);
     const std::size_t times = loaded.series.times.size();
     std::vector<std::string> written;
     std::vector<CollectionEntry> entries;
     for (std::size_t t = 0; t <= times; ++t) {
         const ExportFrame frame = t < times ? TimeFrame(loaded, t) : StaticFrame(loaded);
-        if (!format.writeFrame(paths[t], surface, frame)) {
+        if (!format.writeFrame(paths[t], surface, frame, storage)) {
             return written;
         }
         written.push_back(NativePath(paths[t]));
@@ -132,18 +126,20 @@ std::vector<std::string> ExportFormats() {
 
 std::vector<std::string> ExportResults(const ExportRequest& request) {
     const Format& format = FormatOf(request.format);
+    if (request.compress && !format.compresses) {
+        throw InputProblem("--compress has no meaning with --to " + request.format +
+                           ", whose files are text: leave it out, or choose another format");
+    }
     const std::size_t times = FindResultSeries(request.results).times.size();
-    const std::string stem = Stem(request.out);
+    const std::string stem =
+        NameOfOutput(request.out, {".hdf.series", ".pvd", ".vtp", ".vtu", ".hdf", ".csv"});
     const std::vector<std::string> paths = PathsOf(format, stem, times);
-    RequireFolder(stem);
     if (!request.force) {
         RefuseExisting(paths);
     }
     const SeriesResults loaded = LoadSeriesResults(request.results, 0);
-    if (!loaded.withoutHistory.empty()) {
-        std::cerr << loaded.withoutHistory + "\n";
-    }
-    return WriteAll(format, paths, loaded);
+    PrintWhatIsMissing(loaded);
+    return WriteAll(format, paths, loaded, request.compress ? Storage::Compressed : Storage::Plain);
 }
 
 }  // namespace qnl

@@ -13,6 +13,7 @@ struct ExportRequest {
     std::string out;             ///< path that every file's name begins with
     std::string format = "pvd";  ///< one of ExportFormats()
     bool force = false;          ///< files of these names may be replaced
+    bool compress = false;       ///< store arrays as zlib streams; not every format can
 };
 
 std::vector<std::string> ExportFormats();

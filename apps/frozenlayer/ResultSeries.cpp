@@ -4,6 +4,9 @@
 #include <array>
 #include <charconv>
 
+#include "FaultReport.h"
+#include "results/result_file.h"
+
 namespace qnl {
 
 namespace {
@@ -110,6 +113,30 @@ void OrderTimes(ResultSeries& series) {
     }
 }
 
+/// Runs that smooth their normals write the packing index, and no others do.
+bool ComesFromSmoothedNormals(const std::string& resultFile) {
+    constexpr int kPackingIndex = 11;
+    try {
+        const ResultFileContent content = ReadResultSummary(resultFile);
+        return std::any_of(content.items.begin(), content.items.end(),
+                           [](const ResultItem& item) { return item.id == kPackingIndex; });
+    } catch (const ResultFileError& error) {
+        throw InputProblem(FaultSentence(error.What()));
+    }
+}
+
+bool ComesFromSmoothedNormals(const std::vector<SeriesTime>& times) {
+    const bool first = ComesFromSmoothedNormals(times.front().resultFile);
+    for (const SeriesTime& time : times) {
+        if (ComesFromSmoothedNormals(time.resultFile) != first) {
+            throw InputProblem(NativePath(time.resultFile) + " and " + NativePath(times.front().resultFile) +
+                               " are of different runs, of which one smoothed the normals and one did not:"
+                               " make all results again with frozenlayer run");
+        }
+    }
+    return first;
+}
+
 }  // namespace
 
 ResultSeries FindResultSeries(const SeriesWords& named) {
@@ -129,6 +156,7 @@ ResultSeries FindResultSeries(const SeriesWords& named) {
         const StageSummary summary = ReadStageSummary(stage.Path());
         series.times.push_back({{index, summary.seconds}, stage.Path(), ResultOf(stage).Path(), 0.0});
     }
+    series.smoothedNormals = ComesFromSmoothedNormals(series.times);
     OrderTimes(series);
     return series;
 }

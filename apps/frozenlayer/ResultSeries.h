@@ -22,6 +22,7 @@ struct ResultSeries {
     std::vector<SeriesTime> times;
     bool realTimes =
         false;  ///< every stage file tells its time; else intermediate times come first, by index
+    bool smoothedNormals = false;  ///< the run smoothed the normals that it looked along
 
     const char* AxisName() const { return realTimes ? "Time" : "Output index"; }
     const char* AxisUnit() const { return realTimes ? "s" : ""; }

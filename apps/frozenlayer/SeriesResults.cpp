@@ -42,7 +42,7 @@ std::string WhyNoHistory(const SeriesResults& loaded) {
 
 SeriesResults LoadSeriesResults(const SeriesWords& words, std::size_t profileNodes) {
     ResultSeries series = FindResultSeries(words);
-    OpenedProject project(series.base);
+    OpenedProject project(series);
     SeriesResults loaded{std::move(series), std::move(project), {}, {}, {}, {}, {}, {}, {}, {}};
     loaded.surface = SurfaceOf(loaded.project);
     loaded.results = ReadSurfaceSeries(loaded.series, loaded.project, loaded.surface);

@@ -1,9 +1,11 @@
 #include "VtkXmlFile.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <variant>
 
+#include "Deflate.h"
 #include "TextFile.h"
 
 namespace qnl {
@@ -38,9 +40,13 @@ struct TypeName<std::uint8_t> {
     static constexpr const char* kText = "UInt8";
 };
 
-/// The arrays behind the XML head, each as its length in bytes and its bytes.
+/// The arrays behind the XML head: each as its length in bytes and its bytes, or, compressed, as the number
+/// of its blocks, their size, the size of the last when it is smaller (else 0), their compressed sizes and
+/// the blocks.
 class Appendix {
 public:
+    explicit Appendix(Storage storage) : storage_(storage) {}
+
     /// Takes an array up and gives the element that refers to it.
     template <typename Value>
     std::string Add(const std::string& name, int components, const std::vector<Value>& values) {
@@ -49,8 +55,12 @@ public:
                                     std::to_string(components) + "\" format=\"appended\" offset=\"" +
                                     std::to_string(bytes_.size()) + "\"/>\n";
         const std::uint64_t length = values.size() * sizeof(Value);
-        Put(&length, sizeof length);
-        Put(values.data(), length);
+        if (storage_ == Storage::Compressed) {
+            PutCompressed(reinterpret_cast<const unsigned char*>(values.data()), length);
+        } else {
+            Put(&length, sizeof length);
+            Put(values.data(), length);
+        }
         return element;
     }
     const std::string& Bytes() const { return bytes_; }
@@ -64,6 +74,20 @@ private:
         }
     }
 
+    void PutCompressed(const unsigned char* data, std::uint64_t length) {
+        constexpr std::uint64_t kBlock = std::uint64_t{1} << 18;
+        std::vector<std::uint64_t> head{(length + kBlock - 1) / kBlock, kBlock, length % kBlock};
+        std::vector<unsigned char> blocks;
+        for (std::uint64_t begin = 0; begin < length; begin += kBlock) {
+            const std::vector<unsigned char> packed = Deflate(data + begin, std::min(kBlock, length - begin));
+            head.push_back(packed.size());
+            blocks.insert(blocks.end(), packed.begin(), packed.end());
+        }
+        Put(head.data(), head.size() * sizeof head.front());
+        Put(blocks.data(), blocks.size());
+    }
+
+    Storage storage_;
     std::string bytes_;
 };
 
@@ -89,19 +113,11 @@ std::string Points(const ExportSurface& surface, Appendix& appendix) {
 }
 
 std::string Cells(const char* element, const ExportSurface& surface, Appendix& appendix, bool withTypes) {
-    constexpr std::uint8_t kTriangle = 5;
-    constexpr std::uint8_t kQuad = 9;
     std::string text = std::string("<") + element + ">\n";
     text += appendix.Add("connectivity", 1, surface.corners);
     text += appendix.Add("offsets", 1, surface.ends);
     if (withTypes) {
-        std::vector<std::uint8_t> types;
-        std::int64_t begin = 0;
-        for (const std::int64_t end : surface.ends) {
-            types.push_back(end - begin == 3 ? kTriangle : kQuad);
-            begin = end;
-        }
-        text += appendix.Add("types", 1, types);
+        text += appendix.Add("types", 1, VtkCellTypes(surface));
     }
     return text + "</" + element + ">\n";
 }
@@ -115,10 +131,11 @@ std::string FieldData(const ExportFrame& frame) {
     return text + "</FieldData>\n";
 }
 
-std::string Head(const char* type, const char* version) {
+std::string Head(const char* type, const char* version, Storage storage) {
     return std::string("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<VTKFile type=\"") + type +
            "\" version=\"" + version + "\" byte_order=\"" + (IsLittleEndian() ? kByteOrder : "BigEndian") +
-           "\" header_type=\"UInt64\">\n";
+           "\" header_type=\"UInt64\"" +
+           (storage == Storage::Compressed ? " compressor=\"vtkZLibDataCompressor\"" : "") + ">\n";
 }
 
 /// How a kind of file names its parts, and what holds its cells.
@@ -133,13 +150,14 @@ constexpr Layout kPolylines{"PolyData", "NumberOfLines", "Lines", false};
 constexpr Layout kGrid{"UnstructuredGrid", "NumberOfCells", "Cells", true};
 
 bool WriteFile(const std::string& path, const Layout& layout, const ExportSurface& surface,
-               const ExportFrame& frame) {
-    Appendix appendix;
-    std::string text = Head(layout.type, "1.0") + "<" + layout.type + ">\n" + FieldData(frame);
+               const ExportFrame& frame, Storage storage) {
+    Appendix appendix(storage);
+    std::string text = Head(layout.type, "1.0", storage) + "<" + layout.type + ">\n" + FieldData(frame);
     text += "<Piece NumberOfPoints=\"" + std::to_string(surface.points.size()) + "\" " + layout.cellCount +
             "=\"" + std::to_string(surface.ends.size()) + "\">\n";
-    text += PointData(surface, frame, appendix) + Points(surface, appendix) +
-            Cells(layout.cells, surface, appendix, layout.withTypes);
+    text += PointData(surface, frame, appendix);
+    text += Points(surface, appendix);
+    text += Cells(layout.cells, surface, appendix, layout.withTypes);
     text += std::string("</Piece>\n</") + layout.type + ">\n<AppendedData encoding=\"raw\">\n_";
     ReplacedFile file(path, "wb");
     Append(file, text);
@@ -151,17 +169,17 @@ bool WriteFile(const std::string& path, const Layout& layout, const ExportSurfac
 }  // namespace
 
 bool WriteVtkSurface(const std::string& path, VtkKind kind, const ExportSurface& surface,
-                     const ExportFrame& frame) {
-    return WriteFile(path, kind == VtkKind::PolyData ? kPolygons : kGrid, surface, frame);
+                     const ExportFrame& frame, Storage storage) {
+    return WriteFile(path, kind == VtkKind::PolyData ? kPolygons : kGrid, surface, frame, storage);
 }
 
 bool WriteVtkLines(const std::string& path, const ExportSurface& lines, const ExportFrame& frame) {
-    return WriteFile(path, kPolylines, lines, frame);
+    return WriteFile(path, kPolylines, lines, frame, Storage::Plain);
 }
 
 bool WriteCollection(const std::string& path, const std::vector<CollectionEntry>& entries) {
     ReplacedFile file(path, "wb");
-    Append(file, Head("Collection", "0.1") + "<Collection>\n");
+    Append(file, Head("Collection", "0.1", Storage::Plain) + "<Collection>\n");
     for (const CollectionEntry& entry : entries) {
         Append(file, "<DataSet timestep=\"" + ExactText(entry.time) + "\" group=\"\" part=\"0\" file=\"" +
                          XmlText(entry.file) + "\"/>\n");

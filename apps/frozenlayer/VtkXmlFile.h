@@ -10,10 +10,10 @@ namespace qnl {
 /// Kinds of files that hold the surface.
 enum class VtkKind { PolyData, UnstructuredGrid };
 
-/// Writes the surface with the values of a frame: an XML head, then the arrays as they are in memory.
-/// False, with a fault recorded, when the file cannot be written.
+/// Writes the surface with the values of a frame: an XML head, then the arrays as they are in memory, or as
+/// zlib streams of blocks. False, with a fault recorded, when the file cannot be written.
 [[nodiscard]] bool WriteVtkSurface(const std::string& path, VtkKind kind, const ExportSurface& surface,
-                                   const ExportFrame& frame);
+                                   const ExportFrame& frame, Storage storage);
 
 /// Writes a polyline through the points, with values by point. As above.
 [[nodiscard]] bool WriteVtkLines(const std::string& path, const ExportSurface& lines,

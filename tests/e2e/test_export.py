@@ -11,12 +11,6 @@ from test_run import PEOPLE
 from test_view import cooling_box, write_flow
 from vtk_xml import VtkFile, read_collection
 
-try:
-    import vtk
-    from vtk.util.numpy_support import vtk_to_numpy
-except ImportError:
-    vtk = None
-
 RESULTS = ("box1_001.fzr", "box1_002.fzr", "box1.fzr")
 
 
@@ -157,6 +151,73 @@ class ExportTest(unittest.TestCase):
         static = read_rows((project.root / "out_static.csv").read_text())
         self.assertEqual(set(static["Freeze temperature [°C]"]), {"130"})
 
+    def test_looks_along_the_normals_of_the_run(self):
+        """At (2, 4, 2), next to an edge of the box, the smoothed normal leans towards it."""
+        project = cooling_box(self)
+
+        def inward(*run_words, before_export=lambda: None):
+            done = run("run", project.root, *run_words)
+            self.assertEqual(done.returncode, 0, done.stderr)
+            before_export()
+            result = run("export", project.root, "--out", project.root / "out", "--force")
+            self.assertEqual(result.returncode, 0, result.stderr)
+            file = VtkFile(project.root / "out_static.vtp")
+            node = ((file.points == (2, 4, 2)).all(axis=1)).nonzero()[0][0]
+            return file.arrays["Inward direction"][node], file.arrays["Wall thickness [mm]"][node]
+
+        direction, wall = inward("--analysis-code", 2)
+        self.assertEqual((*direction, wall), (0, 0, -1, 2))
+        leaning, longer = inward(before_export=project.file("QNLIntermediateOutputTime.log").unlink)
+        self.assertGreater(leaning[0], 0.05)
+        self.assertAlmostEqual(longer, 2 / -leaning[2], places=5)
+        run("run", project.file("box1.k4f"), "--intermediate-times", 0)
+        for word in ("export", "view"):
+            mixed = run(word, project.root, "--out", project.root / "mixed.html")
+            self.assertEqual(mixed.returncode, 1)
+            self.assertIn("of which one smoothed the normals and one did not", mixed.stderr)
+
+    def test_compression_needs_a_format_that_has_it(self):
+        project = cooling_box(self)
+        export(self, project, "--to", "hdf", "--compress")
+        result = run("export", project.root, "--out", project.root / "rows", "--to", "csv", "--compress")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("--compress has no meaning with --to csv", result.stderr)
+        self.assertEqual(list(project.root.glob("rows*")), [])
+
+    def test_notes_tell_what_is_left_out(self):
+        project = cooling_box(self)
+        self.assertEqual(export(self, project).stderr, "")
+        write_flow(project, 1, None, project.temperature)
+        noted = run("export", project.root, "--out", project.root / "numbered")
+        self.assertEqual(noted.stderr, "Not every stage file tells its time: output times are numbered from 1.\n")
+        self.assertEqual([time for time, _ in read_collection(project.root / "numbered.pvd")], [1, 2, 3])
+        (project.root / "Material/pp.toml").write_text('kind = "thermoset"\n')
+        noted = run("export", project.root, "--out", project.root / "thermoset")
+        self.assertIn("The material has no freeze temperature: there are no times to freeze.\n", noted.stderr)
+        self.assertNotIn("Freeze status", VtkFile(project.root / "thermoset_static.vtp").arrays)
+
+    def test_names_without_a_file_are_refused(self):
+        project = cooling_box(self)
+        export(self, project)
+        for words in (("export", project.root, "--out", f"{project.root}/"), ("export", project.root, "--out", ""),
+                      ("export", project.root, "--out", f"{project.root}/.pvd"),
+                      ("probe", project.root, "--point", "6,4,2", "--out", f"{project.root}/.csv")):
+            with self.subTest(words=words):
+                result = run(*words)
+                self.assertEqual((result.returncode, result.stdout), (1, ""))
+                self.assertIn("names no file", result.stderr)
+        self.assertEqual(list(project.root.glob(".*")), [])
+
+    def test_hdf_files_that_cannot_be_written(self):
+        project = cooling_box(self)
+        done = run("run", project.root)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        (project.root / "out_0002.hdf").mkdir()
+        result = run("export", project.root, "--out", project.root / "out.hdf", "--to", "hdf", "--force")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("out_0002.hdf", result.stderr)
+        self.assertEqual(sorted(path.name for path in project.root.glob("out*")), ["out_0001.hdf", "out_0002.hdf"])
+
     def test_existing_files_are_refused(self):
         project = cooling_box(self)
         export(self, project)
@@ -172,20 +233,6 @@ class ExportTest(unittest.TestCase):
         self.assertEqual(result.returncode, 1)
         self.assertIn("nowhere is no folder", result.stderr)
         self.assertEqual(run("export", project.root, "--out", project.root / "x", "--to", "foo").returncode, 1)
-
-    @unittest.skipIf(vtk is None, "python3-vtk9 is not installed")
-    def test_files_open_in_the_usual_library(self):
-        project = cooling_box(self)
-        export(self, project)
-        export(self, project, "--to", "vtu", "--force", name="grid")
-        for reader, name in ((vtk.vtkXMLPolyDataReader(), "out_0001.vtp"),
-                             (vtk.vtkXMLUnstructuredGridReader(), "grid_0001.vtu")):
-            reader.SetFileName(str(project.root / name))
-            reader.Update()
-            data = reader.GetOutput().GetPointData()
-            names = [data.GetArrayName(i) for i in range(data.GetNumberOfArrays())]
-            arrays = {array: vtk_to_numpy(data.GetArray(array)) for array in names}
-            self.check_frame(arrays["Node label"], arrays["Status"], arrays, project.file("box1_001.fzr"))
 
 
 class ProbeTest(unittest.TestCase):
@@ -213,6 +260,29 @@ class ProbeTest(unittest.TestCase):
         frozen = numpy.array(columns["Frozen"], "i4")
         numpy.testing.assert_array_equal(frozen, (temperatures < 130.0).astype("i4"))
         self.assertEqual(set(columns["Element kind"]), {"face", "cell"})
+
+    def test_elements_are_those_of_the_search(self):
+        """Whether the run smoothed its normals or not; every third surface node."""
+        project = cooling_box(self)
+        faces = 128
+        for words, name in ((("--analysis-code", 2), "box.sur"), ((), "box_s.sur")):
+            done = run("run", project.root, *words)
+            self.assertEqual(done.returncode, 0, done.stderr)
+            run("export", project.root, "--out", project.root / "out", "--force")
+            file = VtkFile(project.root / "out_static.vtp")
+            in_order_of_faces = list(dict.fromkeys(file.cells["connectivity"].tolist()))
+            labels = file.arrays["Node label"][in_order_of_faces]
+            numbers = iter(numpy.fromfile(project.root / "Mesh" / name, dtype="<i4").tolist())
+            self.assertEqual((next(numbers), next(numbers)), (1001, len(labels)))
+            records = {label: sorted(next(numbers) for _ in range(next(numbers))) for label in labels}
+            nodes = labels[::3]
+            columns = read_rows(run("probe", project.file("box1_001.fzr"), project.file("box1.fzr"), "--node",
+                                    *nodes).stdout)
+            found = {label: set() for label in nodes}
+            for label, kind, number in zip(*(columns[c] for c in ("Node label", "Element kind", "Element number"))):
+                found[int(label)].add(int(number) + (faces if kind == "cell" else 0))
+            self.assertEqual({label: sorted(ids) for label, ids in found.items()},
+                             {label: records[label] for label in nodes}, name)
 
     def test_rows_of_a_node(self):
         project = self.probed_box()
@@ -248,7 +318,8 @@ class ProbeTest(unittest.TestCase):
     def test_refusals(self):
         project = self.probed_box()
         for words, text in (((), "nothing to probe"), (("--node", 88), "node 88 is not on the surface"),
-                            (("--node", 4000), "node 4000 is not on the surface"), (("--point", "1,2"), "is no point")):
+                            (("--node", 4000), "node 4000 is not on the surface"), (("--point", "1,2"), "is no point"),
+                            (("--point", "1,nan,2"), "is no point")):
             with self.subTest(words=words):
                 result = run("probe", project.root, *words)
                 self.assertEqual((result.returncode, result.stdout), (1, ""))

@@ -5,6 +5,10 @@
 #include <array>
 #include <cmath>
 
+#include "box_project.h"
+#include "job/EntryRoutine.h"
+#include "support/captured_output.h"
+
 namespace {
 
 EntityRecord At(double x, double y, double z) {
@@ -45,6 +49,39 @@ TEST(CountDeepWalls, WithoutSearchRecordsThereIsNothingToCount) {
     EXPECT_EQ(walls.deep, 0);
     EXPECT_EQ(walls.nodes, 0);
     EXPECT_EQ(walls.window, 1.5);
+}
+
+/// Counts at the end of a run, while the job holds its search.
+struct Counting : RunObserver {
+    void RunEnds(const FrozenLayerJob& job) override { walls = qnl::CountDeepWalls(job); }
+    qnl::DeepWalls walls;
+};
+
+/// A plate of 12 x 8 x 2 mm and a window of 5 mm. From the rims of its four sides, 20 nodes in each of the
+/// three inner layers, rays run 8 mm and more; through the plate and from the other edges less than 5 mm.
+TEST(CountDeepWalls, CountsTheNodesOfWallsThatAreThickerThanTheWindow) {
+    qnl::testing::BoxMesh box;
+    box.fill = qnl::testing::Fill::Hexa;
+    box.blocks = {6, 4, 4};
+    box.size = {12.0, 8.0, 2.0};
+    BoxProject project(box);
+    project.SetTolerance(5.0 / 3.0);
+    const auto one = [](const qnl::Point&) { return 1.0; };
+    project.AddTime(0, 1.0F, one, one);
+    std::array<std::string, 6> words{project.File("box1.k4f"), project.Folder(), "box", "4", "1", "x"};
+    std::array<char*, words.size() + 1> pointers{};
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        pointers[i] = words[i].data();
+    }
+    Counting observer;
+    RunOptions options;
+    options.corrected = true;
+    options.observer = &observer;
+    const CapturedOutput quiet;
+    RunFrozenLayer(static_cast<int>(words.size()), pointers.data(), options);
+    EXPECT_EQ(observer.walls.nodes, 130);
+    EXPECT_EQ(observer.walls.deep, 60);
+    EXPECT_DOUBLE_EQ(observer.walls.window, 5.0);
 }
 
 }  // namespace
