@@ -1,4 +1,4 @@
-#include "MortonOrder.h"
+#include "mesh/MortonOrder.h"
 
 #include <gtest/gtest.h>
 
