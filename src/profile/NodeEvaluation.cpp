@@ -44,10 +44,14 @@ OneBased<const double> Gather(const PassElementField& field, OneBased<const int>
     return {target, ids.Count()};
 }
 
+double DepthWindow(const FrozenLayerJob& job) {
+    return 3.0 * job.m_dGeomTolerance;
+}
+
 /// Stores the depth window of the kernels that set it and gives it. The store is made only where it
 /// changes something, so that threads do not take the cache line from each other.
 double SetWindow(FrozenLayerJob& job) {
-    const double window = 3.0 * job.m_dGeomTolerance;
+    const double window = DepthWindow(job);
     if (job.m_dKernelScratch != window) {
         job.m_dKernelScratch = window;
     }
@@ -284,4 +288,10 @@ int CalcuFrozenAtNode(FrozenLayerJob& job, int i, double x, double y, double z, 
     EvaluateProfile(job, MakeProfile(job, direction, count, scratch), scratch, result);
     scratch.hasProfile = true;
     return 1;
+}
+
+bool WindowChangesOnTheWay(const FrozenLayerJob& job) {
+    const bool setFirst = job.m_bHasWarp == 0;
+    const bool setLater = job.m_bHasCool != 0 || job.m_bIsGasIn != 0 || job.m_bFillHasCoolingTime != 0;
+    return !setFirst && setLater && job.m_dKernelScratch != DepthWindow(job);
 }

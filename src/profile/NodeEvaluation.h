@@ -12,3 +12,8 @@
 /// record `i` and the counters of the calling thread are written. Raises std::bad_alloc.
 int CalcuFrozenAtNode(FrozenLayerJob& job, int i, double x, double y, double z, double dx, double dy,
                       double dz, NodeProfileResult& result, ProfileScratch& scratch);
+
+/// True when a node sees another depth window than the nodes before it: where the stage sets the window only
+/// after its first use at a node, and what it holds from before differs. Nodes must then be evaluated in the
+/// order of the list.
+bool WindowChangesOnTheWay(const FrozenLayerJob& job);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <atomic>
 #include <limits>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -85,6 +86,15 @@ void EvaluateListedNode(FrozenLayerJob& job, int position, const qnl::ResultTarg
     job.m_pHasProfile.get()[n] = scratch.hasProfile ? 1 : 0;
 }
 
+std::vector<int> EvaluationOrder(const FrozenLayerJob& job) {
+    if (!WindowChangesOnTheWay(job)) {
+        return NodeOrder(job);
+    }
+    std::vector<int> order(static_cast<std::size_t>(job.m_nSurfaceNodes));
+    std::iota(order.begin(), order.end(), 1);
+    return order;
+}
+
 /// The share of one thread in the loop.
 void RunShare(FrozenLayerJob& job, const std::vector<int>& order, const qnl::ResultTargets& targets,
               qnl::ThreadFailure& failure, Progress& progress, ShrinkageFaults& faults) {
@@ -116,7 +126,7 @@ void EvaluateSurfaceNodes(FrozenLayerJob& job) {
     qnl::ThreadFailure failure;
     Progress progress(job.m_options.observer, job.m_nSurfaceNodes);
     ShrinkageFaults faults;
-    const std::vector<int> order = NodeOrder(job);
+    const std::vector<int> order = EvaluationOrder(job);
     omp_set_num_threads(job.m_nThreads);
 #pragma omp parallel
     {

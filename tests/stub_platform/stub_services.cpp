@@ -66,13 +66,17 @@ bool HostFile::Close() {
     std::FILE* stream = std::exchange(stream_, nullptr);
     return stream == nullptr || std::fclose(stream) == 0;
 }
-bool ReadAll(std::FILE*, FileContent&) {
-    return true;
-}
 bool ReadAll(std::FILE* stream, std::string& content) {
     for (int character = std::fgetc(stream); character != EOF; character = std::fgetc(stream)) {
         content += static_cast<char>(character);
     }
+    return true;
+}
+bool ReadAll(std::FILE* stream, FileContent& content) {
+    std::string text;
+    ReadAll(stream, text);
+    content.bytes = std::make_unique<char[]>(text.size() + 1);
+    content.size = text.copy(content.bytes.get(), text.size());
     return true;
 }
 bool IsOlder(std::string_view, std::string_view) {
