@@ -25,31 +25,31 @@ int Export(const ExportRequest& request) {
 
 void AddExportCommand(CLI::App& app, int& exitCode) {
     auto request = std::make_shared<ExportRequest>();
-    CLI::App& command =
-        AddSubcommand(app, exitCode, "export", "Write the surface with all items for other programs",
-                      "frozenlayer export examples/ribbed-cover/Analysis/Run1/cover1.fzr --out cover",
-                      [request] { return Export(*request); });
-    command.add_option("RESULT", request->results.words, HelpText(kSeriesHelp))
-        ->type_name("PATH")
-        ->required();
+    CLI::App& command = AddSubcommand(
+        app, exitCode,
+        {"export",
+         "write the surface with all items for other programs",
+         "Reads the frozen-layer results of a run and writes the surface of the part with all items at all "
+         "output times, and with wall thickness and time to freeze.",
+         {"frozenlayer run examples/stepped-plate", "frozenlayer export examples/stepped-plate --out plate"}},
+        [request] { return Export(*request); });
+    command.add_option("RESULT", request->results.words, kSeriesHelp)->type_name("PATH")->required();
     command
         .add_option("--out", request->out,
-                    HelpText("Name that the files begin with: NAME_0001 and so on by time, NAME_static with "
-                             "wall thickness and time to freeze, and NAME.pvd (NAME.hdf.series, "
-                             "NAME_times.csv), which lists them by time"))
+                    "Name that the files begin with: NAME_0001 and so on by time, NAME_static with "
+                    "wall thickness and time to freeze, and NAME.pvd (NAME.hdf.series, "
+                    "NAME_times.csv), which lists them by time")
         ->type_name("NAME")
         ->required();
     command
-        .add_option(
-            "--to", request->format,
-            HelpText("pvd: .vtp files, polygons; vtu: .vtu files, a grid of the faces; hdf: the same grid as "
-                     "VTKHDF files; csv: one row a node with label, x, y, z, values"))
-        ->type_name("FORMAT")
+        .add_option("--to", request->format,
+                    "pvd: .vtp files, polygons; vtu: .vtu files, a grid of the faces; hdf: the same grid as "
+                    "VTKHDF files; csv: one row a node with label, x, y, z, values")
         ->check(CLI::IsMember(ExportFormats()))
         ->capture_default_str();
     command.add_flag("--compress", request->compress,
-                     HelpText("Store the arrays of .vtp, .vtu and .hdf files compressed by zlib"));
-    command.add_flag("--force", request->force, HelpText("Replace files of these names"));
+                     "Store the arrays of .vtp, .vtu and .hdf files compressed by zlib");
+    command.add_flag("--force", request->force, "Replace files of these names");
 }
 
 }  // namespace qnl

@@ -15,13 +15,6 @@ namespace qnl {
 
 namespace {
 
-/// Without the list in the help, where the type already names it.
-CLI::Validator OneOf(const std::vector<std::string>& words) {
-    CLI::Validator check = CLI::IsMember(words);
-    check.description("");
-    return check;
-}
-
 void AddArrayOptions(CLI::App& command, ImportRequest& request) {
     for (const QuantityRule& rule : kQuantityRules) {
         std::string help = std::string("Array that holds the ") + rule.name + ", " + rule.unit;
@@ -29,24 +22,21 @@ void AddArrayOptions(CLI::App& command, ImportRequest& request) {
         help += rule.quantity == Quantity::Velocity ? " after conversion from length units per second" : "";
         help +=
             rule.names[0].empty() ? "; not looked for by itself" : "; usual names are found by themselves";
-        command.add_option(rule.option, request.*rule.request, HelpText(help))->type_name("ARRAY");
+        command.add_option(rule.option, request.*rule.request, help)->type_name("ARRAY");
     }
 }
 
 void AddUnitOptions(CLI::App& command, ImportRequest& request) {
-    command.add_option("--temperature-unit", request.temperatureUnit, HelpText("Unit of the temperatures"))
-        ->type_name("K|degC")
-        ->check(OneOf({"K", "degC"}))
+    command.add_option("--temperature-unit", request.temperatureUnit, "Unit of the temperatures")
+        ->check(CLI::IsMember(std::vector<std::string>{"K", "degC"}))
         ->capture_default_str();
-    command.add_option("--length-unit", request.lengthUnit, HelpText("Unit of the coordinates"))
-        ->type_name("m|mm|cm|in")
-        ->check(OneOf({"m", "mm", "cm", "in"}))
+    command.add_option("--length-unit", request.lengthUnit, "Unit of the coordinates")
+        ->check(CLI::IsMember(std::vector<std::string>{"m", "mm", "cm", "in"}))
         ->capture_default_str();
     command
-        .add_option(
-            "--times", request.times,
-            HelpText("Times of the output times in s, T1,T2,..., in the order of the files; without it "
-                     "those that the files tell"))
+        .add_option("--times", request.times,
+                    "Times of the output times in s, T1,T2,..., in the order of the files; without it "
+                    "those that the files tell")
         ->type_name("T,...")
         ->delimiter(',')
         ->allow_extra_args(false);
@@ -54,43 +44,40 @@ void AddUnitOptions(CLI::App& command, ImportRequest& request) {
 
 void AddMeshOptions(CLI::App& command, ImportRequest& request) {
     command
-        .add_option(
-            "--region-array", request.regionArray,
-            HelpText("Cell array with region numbers; every region is part unless --runner or --special "
-                     "names it. Without it an array \"Region\" of 0 part, 1 runner, 2 special is used"))
+        .add_option("--region-array", request.regionArray,
+                    "Cell array with region numbers; every region is part unless --runner or --special "
+                    "names it. Without it an array \"Region\" of 0 part, 1 runner, 2 special is used")
         ->type_name("ARRAY");
     for (auto& [option, numbers, kind] :
          {std::tuple{"--runner", &request.runner, "the runner"},
-          std::tuple{"--special", &request.special, "special: runner side, results cleared"}}) {
-        command
-            .add_option(option, *numbers, HelpText(std::string("Region numbers of ") + kind + ", N1,N2,..."))
+          std::tuple{"--special", &request.special, "special cells: runner side, results cleared"}}) {
+        command.add_option(option, *numbers, std::string("Region numbers, N1,N2,..., of ") + kind)
             ->type_name("N,...")
             ->delimiter(',')
             ->allow_extra_args(false)
             ->needs("--region-array");
     }
     command
-        .add_option(
-            "--wall", request.wall,
-            HelpText("Nominal wall, mm: sets the geometric tolerance to half of it; without it the part "
-                     "volume by its surface is taken"))
+        .add_option("--wall", request.wall,
+                    "Nominal wall, mm: sets the geometric tolerance to half of it; without it the part "
+                    "volume by its surface is taken")
         ->type_name("MM")
         ->check(CLI::PositiveNumber);
 }
 
 void AddMaterialOptions(CLI::App& command, ImportRequest& request) {
-    auto* material = command.add_option("--material", request.material, HelpText("Material file"));
+    auto* material = command.add_option("--material", request.material, "Material file");
     material->type_name("FILE");
     command
         .add_option("--freeze-temperature", request.freezeTemperature,
-                    HelpText("Freeze temperature, degC, instead of a material file"))
+                    "Freeze temperature, degC, instead of a material file")
         ->type_name("DEGC")
         ->excludes(material);
     command
         .add_option("--pressure", request.pressure,
-                    HelpText("Pressure, MPa, at which density and volume shrinkage are computed from the "
-                             "material's Tait law when the files give none; shrinkage is against 25 degC and "
-                             "0.1 MPa"))
+                    "Pressure, MPa, at which density and volume shrinkage are computed from the "
+                    "material's Tait law when the files give none; shrinkage is against 25 degC and "
+                    "0.1 MPa")
         ->type_name("MPA")
         ->check(CLI::NonNegativeNumber)
         ->capture_default_str();
@@ -100,25 +87,22 @@ void AddMaterialOptions(CLI::App& command, ImportRequest& request) {
 
 void AddImportOptions(CLI::App& command, ImportRequest& request) {
     command
-        .add_option(
-            "FILES", request.files,
-            HelpText("One time series (.pvd, .case, .cgns, .exo, .foam), or files that are one output "
-                     "time each (.vtu, .vtk, .hdf); the last time becomes the base time"))
+        .add_option("FILES", request.files,
+                    "One time series (.pvd, .case, .cgns, .exo, .foam), or files that are one output "
+                    "time each (.vtu, .vtk, .hdf); the last time becomes the base time")
         ->type_name("PATH")
         ->required();
-    command.add_option("--stage", request.stage, HelpText("Stage that the results belong to"))
-        ->type_name("flow|pack|cool|warp")
-        ->check(OneOf({"flow", "pack", "cool", "warp"}))
+    command.add_option("--stage", request.stage, "Stage that the results belong to")
+        ->check(CLI::IsMember(std::vector<std::string>{"flow", "pack", "cool", "warp"}))
         ->capture_default_str();
     AddArrayOptions(command, request);
     AddUnitOptions(command, request);
     AddMeshOptions(command, request);
     AddMaterialOptions(command, request);
     command
-        .add_option(
-            "--allow-missing", request.allowMissing,
-            HelpText("Share of the nodes, %, whose values may be no numbers; they are filled from their "
-                     "neighbours"))
+        .add_option("--allow-missing", request.allowMissing,
+                    "Share of the nodes, %, whose values may be no numbers; they are filled from their "
+                    "neighbours")
         ->type_name("PERCENT")
         ->check(CLI::Range(0.0, 100.0))
         ->capture_default_str();
@@ -140,18 +124,23 @@ std::string ImportProject(const ImportRequest& request) {
 void AddImportCommand(CLI::App& app, int& exitCode) {
     auto request = std::make_shared<ImportRequest>();
     CLI::App& command =
-        AddSubcommand(app, exitCode, "import", "Make a project from a mesh with results of another program",
-                      "frozenlayer import examples/stepped-plate-vtu/b.pvd --out plate --material "
-                      "examples/stepped-plate/Material/pp.toml",
+        AddSubcommand(app, exitCode,
+                      {"import",
+                       "make a project from a mesh with results of another program",
+                       "Reads a mesh with temperatures (or displacements) in a format of another program, "
+                       "and makes a complete project folder: mesh, material, run file, stage results. Prints "
+                       "what it found: cells, regions, the arrays chosen with their ranges, output times. "
+                       "docs/import.md tells more about formats and arrays.",
+                       {"frozenlayer import examples/stepped-plate-vtu/b.pvd --out plate --material "
+                        "examples/stepped-plate/Material/pp.toml",
+                        "frozenlayer run plate"}},
                       [request] {
                           ImportProject(*request);
                           return std::cout.good() ? 0 : 1;
                       });
     AddImportOptions(command, *request);
-    command.add_option("--out", request->folder, HelpText("Project folder to make"))
-        ->type_name("FOLDER")
-        ->required();
-    command.add_flag("--force", request->force, HelpText("Replace a project that stands there"));
+    command.add_option("--out", request->folder, "Project folder to make")->type_name("FOLDER")->required();
+    command.add_flag("--force", request->force, "Replace a project that stands there");
 }
 
 }  // namespace qnl

@@ -68,17 +68,21 @@ int Inform(const InfoRequest& request) {
 
 void AddInfoCommand(CLI::App& app, int& exitCode) {
     auto request = std::make_shared<InfoRequest>();
-    CLI::App& command = AddSubcommand(app, exitCode, "info", "Tell what a file or a project folder holds",
-                                      "frozenlayer info examples/ribbed-cover/Mesh/cover.hdf",
-                                      [request] { return Inform(*request); });
+    CLI::App& command =
+        AddSubcommand(app, exitCode,
+                      {"info",
+                       "tell what a file or a project folder holds",
+                       "Tells the kind of a file by its content, and prints what stands in it: sizes, items "
+                       "with their ranges and units, times, names of other files.",
+                       {"frozenlayer info examples/ribbed-cover/Mesh/cover.hdf"}},
+                      [request] { return Inform(*request); });
     command
-        .add_option(
-            "FILE", request->path,
-            HelpText("Mesh, stage or frozen-layer result, thickness file, search file, material, run file or "
-                     "project folder"))
+        .add_option("FILE", request->path,
+                    "Mesh, stage or frozen-layer result, thickness file, search file, material, run file or "
+                    "project folder")
         ->type_name("PATH")
         ->required();
-    command.add_flag("--json", request->json, HelpText("Print one JSON object, for machines"));
+    command.add_flag("--json", request->json, "Print one JSON object, for machines");
 }
 
 }  // namespace qnl

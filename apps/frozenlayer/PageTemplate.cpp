@@ -13,15 +13,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The page of the build, then the installed ones.
+/// Beside the program, where the install rules put it, then that of the source the program was built from.
 std::vector<std::string> Places() {
-    std::vector<std::string> places{QNL_PAGE_TEMPLATE};
+    std::vector<std::string> places;
     std::error_code failed;
     const fs::path program = fs::read_symlink("/proc/self/exe", failed);
     if (!failed) {
         places.push_back((program.parent_path() / "viewer.html").string());
         places.push_back((program.parent_path().parent_path() / "share/frozenlayer/viewer.html").string());
     }
+    places.emplace_back(QNL_PAGE_TEMPLATE);
     return places;
 }
 
@@ -47,7 +48,9 @@ PageTemplate ReadPageTemplate() {
         }
         return {text.substr(0, place), text.substr(place + mark.size())};
     }
-    throw InputProblem(places.front() + " is missing: the results page; put viewer.html beside the program");
+    throw InputProblem(places.front() +
+                       " is missing: the results page; install the program anew, or put "
+                       "viewer.html of its source there");
 }
 
 }  // namespace qnl

@@ -10,7 +10,7 @@ struct PageTemplate {
     std::string behind;
 };
 
-/// Reads the page that the build knows, or else the one beside the program. Raises InputProblem.
+/// Reads the page that is installed with the program, or else the one of its source. Raises InputProblem.
 PageTemplate ReadPageTemplate();
 
 }  // namespace qnl

@@ -69,26 +69,26 @@ int ProbeNodes(const ProbeWords& words) {
 void AddProbeCommand(CLI::App& app, int& exitCode) {
     auto words = std::make_shared<ProbeWords>();
     CLI::App& command =
-        AddSubcommand(app, exitCode, "probe", "Tell the temperatures over depth below surface nodes",
-                      "frozenlayer probe examples/ribbed-cover/Analysis/Run1/cover1.fzr --point 40,0,7",
+        AddSubcommand(app, exitCode,
+                      {"probe",
+                       "tell the temperatures over depth below surface nodes",
+                       "Follows the inward normal of surface nodes through the wall and prints depth, "
+                       "temperature, frozen or not and element at every output time, as rows of CSV.",
+                       {"frozenlayer run examples/stepped-plate",
+                        "frozenlayer probe examples/stepped-plate --point 10,15,0"}},
                       [words] { return ProbeNodes(*words); });
-    command.add_option("RESULT", words->request.results.words, HelpText(kSeriesHelp))
-        ->type_name("PATH")
-        ->required();
-    command.add_option("--node", words->request.labels, HelpText("Labels of surface nodes"))
-        ->type_name("LABEL");
+    command.add_option("RESULT", words->request.results.words, kSeriesHelp)->type_name("PATH")->required();
+    command.add_option("--node", words->request.labels, "Labels of surface nodes")->type_name("LABEL");
     command
-        .add_option("--point", words->points,
-                    HelpText("Places in mm; each stands for the surface node nearest to it"))
+        .add_option("--point", words->points, "Places in mm; each stands for the surface node nearest to it")
         ->type_name("x,y,z")
         ->check(CheckPoint);
     command
-        .add_option(
-            "--out", words->request.out,
-            HelpText("Write NAME.csv and NAME.vtp, polylines with the same numbers; without it the rows "
-                     "go to standard output"))
+        .add_option("--out", words->request.out,
+                    "Write NAME.csv and NAME.vtp, polylines with the same numbers; without it the rows "
+                    "go to standard output")
         ->type_name("NAME");
-    command.add_flag("--force", words->request.force, HelpText("Replace files of these names"));
+    command.add_flag("--force", words->request.force, "Replace files of these names");
 }
 
 }  // namespace qnl

@@ -160,54 +160,48 @@ void AddOptions(CLI::App& command, RunRequest& request) {
     constexpr int kMostThreads = 4096;
     constexpr int kMostLogging = 9;
     command
-        .add_option(
-            "RESULT", request.target,
-            HelpText("Base stage file <project>/Analysis/Run<run>/<name><run>.<extension>, or the project "
-                     "folder: its latest run, first of flow, pack, cool, heating-cooling, warp"))
+        .add_option("RESULT", request.target,
+                    "Base stage file <project>/Analysis/Run<run>/<name><run>.<extension>, or the project "
+                    "folder: its latest run, first of flow, pack, cool, heating-cooling, warp")
         ->type_name("PATH")
         ->required();
     command
         .add_option("--analysis-code", request.analysisCode,
-                    HelpText("Analysis code of the project: 1, 4, 6, 7, 8, 9 have intermediate output times, "
-                             "1, 6, 7, 8 may be gas-assisted"))
+                    "Analysis code of the project: 1, 4, 6, 7, 8, 9 have intermediate output times, "
+                    "1, 6, 7, 8 may be gas-assisted")
         ->type_name("CODE")
         ->capture_default_str();
     command
-        .add_option(
-            "--intermediate-times", request.intermediateTimes,
-            HelpText("Evaluate RESULT_001 to RESULT_N after the base time; auto: as many as there are"))
+        .add_option("--intermediate-times", request.intermediateTimes,
+                    "Evaluate RESULT_001 to RESULT_N after the base time; auto: as many as there are")
         ->type_name("auto|N")
         ->check(CheckIntermediateTimes)
         ->capture_default_str();
     command
         .add_option("--log-level", request.logLevel,
-                    HelpText("Messages of the evaluation: 0 none, 1 progress and report, 2 diagnostics"))
+                    "Messages of the evaluation: 0 none, 1 progress and report, 2 diagnostics")
         ->type_name("LEVEL")
         ->check(CLI::Range(0, kMostLogging))
         ->capture_default_str();
     command
-        .add_option("--threads", request.threads,
-                    HelpText("Worker threads (default: as many as the machine runs)"))
+        .add_option("--threads", request.threads, "Worker threads; without it as many as the machine runs")
         ->type_name("N")
         ->check(CLI::Range(1, kMostThreads));
-    command.add_flag(
-        "--fibre-probe,--fiber-probe", request.fibreProbe,
-        HelpText("Print the fibre orientation along the normal of listed or typed nodes instead"));
+    command.add_flag("--fibre-probe,--fiber-probe", request.fibreProbe,
+                     "Print the fibre orientation along the normal of listed or typed nodes instead");
     command
-        .add_option(
-            "--view", request.view,
-            HelpText("Write a page that shows the results in a browser; one of that name is replaced"))
+        .add_option("--view", request.view,
+                    "Write a page that shows the results in a browser; one of that name is replaced")
         ->type_name("FILE.html")
         ->check(CheckPageName);
     command
-        .add_option(
-            "--export", request.exportName,
-            HelpText("Write the surface with all items as NAME.pvd and .vtp files; files of these names "
-                     "are replaced"))
+        .add_option("--export", request.exportName,
+                    "Write the surface with all items as NAME.pvd and .vtp files; files of these names "
+                    "are replaced")
         ->type_name("NAME");
     command.add_flag("--classic", request.classic,
-                     HelpText("Carry state from one output time to the next (see docs/modes.md); without it "
-                              "each output time is evaluated on its own"));
+                     "Carry state from one output time to the next (see docs/modes.md); without it "
+                     "each output time is evaluated on its own");
 }
 
 }  // namespace
@@ -220,10 +214,15 @@ int RunStage(const std::string& stageFile) {
 
 void AddRunCommand(CLI::App& app, int& exitCode) {
     auto request = std::make_shared<RunRequest>();
-    CLI::App& command =
-        AddSubcommand(app, exitCode, "run", "Evaluate the frozen layer at every output time of a stage",
-                      "frozenlayer run examples/ribbed-cover/Analysis/Run1/cover1.k4f --intermediate-times 2",
-                      [request] { return Run(*request); });
+    CLI::App& command = AddSubcommand(
+        app, exitCode,
+        {"run",
+         "evaluate the frozen layer at every output time of a stage",
+         "Reads the mesh, the material and the stage results of a project folder, and writes beside them one "
+         "result file for each output time, the search file and the log. Prints a table of every item at "
+         "every output time.",
+         {"frozenlayer run examples/ribbed-cover/Analysis/Run1/cover1.k4f --intermediate-times 2"}},
+        [request] { return Run(*request); });
     AddOptions(command, *request);
 }
 

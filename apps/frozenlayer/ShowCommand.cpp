@@ -74,20 +74,23 @@ int Show(ShowRequest request) {
 
 void AddShowCommand(CLI::App& app, int& exitCode) {
     auto request = std::make_shared<ShowRequest>();
-    CLI::App& command = AddSubcommand(app, exitCode, "show", "Import, run and view in one command",
-                                      "frozenlayer show examples/stepped-plate-vtu/b.pvd --material "
-                                      "examples/stepped-plate/Material/pp.toml --out report.html",
+    CLI::App& command = AddSubcommand(app, exitCode,
+                                      {"show",
+                                       "import, run and view in one command",
+                                       "Reads a mesh with temperatures of another program as import does, "
+                                       "evaluates it and writes a page that shows the results in a browser.",
+                                       {"frozenlayer show examples/stepped-plate-vtu/b.pvd --material "
+                                        "examples/stepped-plate/Material/pp.toml --out report.html"}},
                                       [request] { return Show(*request); });
     AddImportOptions(command, request->import);
-    command.add_option("--out", request->page, HelpText("The page, one file that needs no network"))
+    command.add_option("--out", request->page, "The page, one file that needs no network")
         ->type_name("FILE.html")
         ->check(CheckPageName)
         ->required();
     auto* keep = command.add_option("--keep", request->import.folder,
-                                    HelpText("Project folder to make; without it the project is temporary"));
+                                    "Project folder to make; without it the project is temporary");
     keep->type_name("FOLDER");
-    command.add_flag("--force", request->import.force, HelpText("Replace a project that stands there"))
-        ->needs(keep);
+    command.add_flag("--force", request->import.force, "Replace a project that stands there")->needs(keep);
 }
 
 }  // namespace qnl

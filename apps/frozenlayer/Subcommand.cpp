@@ -2,7 +2,6 @@
 
 #include <exception>
 #include <iostream>
-#include <sstream>
 #include <utility>
 
 namespace qnl {
@@ -10,8 +9,10 @@ namespace qnl {
 namespace {
 
 constexpr const char* kExitCodes =
-    "Exit codes: 0 success, 1 otherwise. The console program QNL3DFrozenLayer has others: 1 normal end,\n"
-    "-1000 material, -2000 mesh, -5000 exception (a POSIX shell shows 24, 48, 120), 2 wrong usage.";
+    "EXIT STATUS\n"
+    "  0 success, 1 otherwise. The console program QNL3DFrozenLayer has others: 1 normal\n"
+    "  end, -1000 material, -2000 mesh, -5000 exception (a POSIX shell shows 24, 48,\n"
+    "  120), 2 wrong usage.";
 
 int PerformGuarded(const std::function<int()>& perform) {
     try {
@@ -26,25 +27,10 @@ int PerformGuarded(const std::function<int()>& perform) {
 
 }  // namespace
 
-std::string HelpText(const std::string& text) {
-    constexpr std::size_t kWidth = 80;
-    std::istringstream words(text);
-    std::string help;
-    std::size_t used = 0;
-    for (std::string word; words >> word; used += word.size() + 1) {
-        if (used + word.size() > kWidth) {
-            help += "\n";
-            used = 0;
-        }
-        help += (used == 0 ? "" : " ") + word;
-    }
-    return help;
-}
-
-CLI::App& AddSubcommand(CLI::App& app, int& exitCode, const std::string& name, const std::string& purpose,
-                        const std::string& example, std::function<int()> perform) {
-    CLI::App& subcommand = *app.add_subcommand(name, purpose);
-    subcommand.footer("Example:\n  " + example + "\n\n" + kExitCodes);
+CLI::App& AddSubcommand(CLI::App& app, int& exitCode, const SubcommandTexts& texts,
+                        std::function<int()> perform) {
+    CLI::App& subcommand = *app.add_subcommand(texts.name, texts.purpose + "\n" + texts.description);
+    subcommand.footer("EXAMPLE\n  " + CLI::detail::join(texts.example, "\n  ") + "\n\n" + kExitCodes);
     subcommand.callback([&exitCode, perform = std::move(perform)] { exitCode = PerformGuarded(perform); });
     return subcommand;
 }

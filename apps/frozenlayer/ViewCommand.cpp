@@ -35,16 +35,19 @@ std::string CheckPageName(const std::string& name) {
 
 void AddViewCommand(CLI::App& app, int& exitCode) {
     auto request = std::make_shared<ReportRequest>();
-    CLI::App& command =
-        AddSubcommand(app, exitCode, "view", "Write a page that shows results in a browser",
-                      "frozenlayer view examples/ribbed-cover/Analysis/Run1/cover1.fzr --out report.html",
-                      [request] { return View(*request); });
-    command.add_option("RESULT", request->results.words, HelpText(kSeriesHelp))
-        ->type_name("PATH")
-        ->required();
+    CLI::App& command = AddSubcommand(
+        app, exitCode,
+        {"view",
+         "write a page that shows results in a browser",
+         "Reads the frozen-layer results of a run and writes one file with the part in 3-D, values and "
+         "profiles of picked nodes, frozen shares over time and the regions that freeze last.",
+         {"frozenlayer run examples/stepped-plate",
+          "frozenlayer view examples/stepped-plate --out report.html"}},
+        [request] { return View(*request); });
+    command.add_option("RESULT", request->results.words, kSeriesHelp)->type_name("PATH")->required();
     command
         .add_option("--out", request->out,
-                    HelpText("The page, one file that needs no network; one of that name is replaced"))
+                    "The page, one file that needs no network; one of that name is replaced")
         ->type_name("FILE.html")
         ->check(CheckPageName)
         ->required();
