@@ -1,12 +1,14 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need. Runs as root or through sudo; does nothing
 # when all are there.
-#   tools/install_packages.sh build|import|test ...
+#   tools/install_packages.sh build|import|test|openfoam ...
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build libhdf5-dev libcli11-dev libtomlplusplus-dev libboost-dev zlib1g-dev git ca-certificates)
 import_packages=(libvtk9-dev)
 test_packages=(clang clang-format clang-tidy libomp-dev libgtest-dev libbenchmark-dev python3-h5py python3-numpy)
+# 431 MB once installed: for one test, which is skipped without it.
+openfoam_packages=(openfoam)
 
 # VTK's readers for the tests; ParaView brings its own and does not go together with this package.
 command -v pvpython > /dev/null || test_packages+=(python3-vtk9)
@@ -17,7 +19,8 @@ for group in "$@"; do
     build) wanted+=("${build_packages[@]}") ;;
     import) wanted+=("${import_packages[@]}") ;;
     test) wanted+=("${test_packages[@]}") ;;
-    *) echo "unknown package group \"$group\": build, import or test" >&2; exit 2 ;;
+    openfoam) wanted+=("${openfoam_packages[@]}") ;;
+    *) echo "unknown package group \"$group\": build, import, test or openfoam" >&2; exit 2 ;;
   esac
 done
 

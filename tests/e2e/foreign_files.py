@@ -124,3 +124,31 @@ def write_openfoam(folder, points, hexas, times, cell_values):
               f"endTime {times[-1]:g};\ndeltaT 1;\nwriteControl timeStep;\nwriteInterval 1;\n")
     (folder / "case.foam").write_text("")
     return folder / "case.foam"
+
+
+def write_cooling_case(folder, size, cells, seconds, diffusivity):
+    """An OpenFOAM case to be solved by blockMesh and laplacianFoam: a box, mm, of 503.15 K whose two faces z = 0 and
+    z = size[2] are held at 323.15 K, written every second; diffusivity in m2/s. Gives its .foam file."""
+    x, y, z = size
+    corners = " ".join(f"({a} {b} {c})" for c in (0, z) for a, b in ((0, 0), (x, 0), (x, y), (0, y)))
+    foam_file(folder / "system/blockMeshDict", "dictionary",
+              f"scale 0.001;\nvertices ({corners});\n"
+              f"blocks (hex (0 1 2 3 4 5 6 7) ({cells[0]} {cells[1]} {cells[2]}) simpleGrading (1 1 1));\nedges ();\n"
+              "boundary ( cold { type wall; faces ((0 3 2 1)(4 5 6 7)); }\n"
+              "rim { type wall; faces ((0 4 7 3)(1 2 6 5)(0 1 5 4)(3 7 6 2)); } );\nmergePatchPairs ();\n")
+    foam_file(folder / "system/controlDict", "dictionary",
+              f"application laplacianFoam;\nstartFrom startTime;\nstartTime 0;\nstopAt endTime;\nendTime {seconds};\n"
+              "deltaT 0.02;\nwriteControl runTime;\nwriteInterval 1;\nwriteFormat ascii;\nwritePrecision 10;\n")
+    foam_file(folder / "system/fvSchemes", "dictionary",
+              "ddtSchemes { default Euler; }\ngradSchemes { default Gauss linear; }\ndivSchemes { default none; }\n"
+              "laplacianSchemes { default Gauss linear corrected; }\ninterpolationSchemes { default linear; }\n"
+              "snGradSchemes { default corrected; }\n")
+    foam_file(folder / "system/fvSolution", "dictionary",
+              "solvers { T { solver PCG; preconditioner DIC; tolerance 1e-10; relTol 0; } }\n"
+              "SIMPLE { nNonOrthogonalCorrectors 0; }\n")
+    foam_file(folder / "constant/transportProperties", "dictionary", f"DT DT [0 2 -1 0 0 0 0] {diffusivity};\n")
+    foam_file(folder / "0/T", "volScalarField",
+              "dimensions [0 0 0 1 0 0 0];\ninternalField uniform 503.15;\n"
+              "boundaryField { cold { type fixedValue; value uniform 323.15; } rim { type zeroGradient; } }\n")
+    (folder / "case.foam").write_text("")
+    return folder / "case.foam"
