@@ -14,8 +14,9 @@ class ManualPage:
 
     def options(self):
         """Long name -> what its value is called; empty for a flag."""
+        line = re.compile(r"^  (-[\w-]+(?:, -[\w-]+)*)(?: (\S+))?(?: \.\.\.)?$", re.M)
         found = {}
-        for names, value in re.findall(r"^  (-[\w-]+(?:, -[\w-]+)*)(?: (\S+))?(?: \.\.\.)?$", self.sections["OPTIONS"], re.M):
+        for names, value in line.findall(self.sections["OPTIONS"]):
             found.update({name: value for name in names.split(", ") if name.startswith("--")})
         return found
 

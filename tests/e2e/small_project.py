@@ -134,5 +134,5 @@ class SmallProject:
 
 def run(*words, program=None, **options):
     """Runs `frozenlayer` (or `program`) with the words; texts captured."""
-    return subprocess.run([program or FROZENLAYER, *map(str, words)], capture_output=True, text=True, timeout=300,
-                          check=False, **options)
+    return subprocess.run([program or FROZENLAYER, *map(str, words)], capture_output=True, encoding="utf-8",
+                          timeout=300, check=False, **options)

@@ -27,8 +27,8 @@ class CompletionTest(unittest.TestCase):
         line = " ".join(shlex.quote(word) for word in ("frozenlayer", *words))
         script = (f"source {shlex.quote(str(SCRIPT))}; COMP_WORDS=({line}); COMP_CWORD={len(words)}; _frozenlayer; "
                   "printf '%s\\n' \"${COMPREPLY[@]}\"")
-        done = subprocess.run([BASH, "--norc", "-c", script], cwd=self.folder, capture_output=True, text=True, timeout=60,
-                              check=True)
+        done = subprocess.run([BASH, "--norc", "-c", script], cwd=self.folder, capture_output=True, text=True,
+                              timeout=60, check=True)
         self.assertEqual(done.stderr, "")
         return sorted(done.stdout.splitlines()) if done.stdout != "\n" else []
 
