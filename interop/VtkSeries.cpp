@@ -19,12 +19,15 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
 #include <utility>
 
 #include "ForeignSeries.h"
+#include "NetcdfLength.h"
+#include "ReaderGuard.h"
 #include "VtkSnapshot.h"
 
 namespace qnl {
@@ -39,7 +42,15 @@ class Complaints : public vtkOutputWindow {
 public:
     static Complaints* New();
     vtkTypeMacro(Complaints, vtkOutputWindow) void DisplayText(const char*) override {}
-    void DisplayWarningText(const char*) override {}
+    /// Some readers only warn of data that end too early.
+    void DisplayWarningText(const char* text) override { TakeWarning(text); }
+    void DisplayGenericWarningText(const char* text) override { TakeWarning(text); }
+    void TakeWarning(const char* text) {
+        const char* complaint = std::strstr(text, "Error reading");
+        if (complaint != nullptr) {
+            DisplayErrorText(complaint);
+        }
+    }
     void DisplayErrorText(const char* text) override { first_ = first_.empty() ? text : first_; }
 
     /// The heart of the first error, in one line; empty when there was none.
@@ -187,6 +198,16 @@ void CheckStart(const std::string& file, const Starts& starts) {
     }
 }
 
+/// The other libraries notice themselves that a file is too short.
+void CheckLength(const std::string& file) {
+    const auto announced = AnnouncedNetcdfLength(file);
+    const auto length = fs::file_size(file);
+    if (announced && length < *announced) {
+        throw ForeignProblem(file + " ends too early, after " + std::to_string(length) + " of " +
+                             std::to_string(*announced) + " bytes; copy or export it anew");
+    }
+}
+
 /// One output time: its files (several when the mesh comes in parts), and the time when a list of files or
 /// the file's own list of times tells it.
 struct Entry {
@@ -213,6 +234,19 @@ public:
 
     ForeignSnapshot Read(int index) override {
         const Entry& entry = entries_[static_cast<std::size_t>(index)];
+        const ReaderGuard guard(entry.files.front());
+        try {
+            return ReadEntry(entry);
+        } catch (const std::bad_alloc&) {
+            throw ForeignProblem(
+                entry.files.front() +
+                " asks for more memory than there is; export a smaller mesh, or the file anew if "
+                "it is damaged");
+        }
+    }
+
+private:
+    ForeignSnapshot ReadEntry(const Entry& entry) {
         std::vector<vtkSmartPointer<vtkDataObject>> owners;
         std::vector<vtkDataObject*> parts;
         for (const std::string& file : entry.files) {
@@ -224,7 +258,6 @@ public:
         return snapshot;
     }
 
-private:
     void RaiseComplaint(const std::string& file) {
         const std::string text = complaints_->Take();
         if (!text.empty()) {
@@ -237,6 +270,7 @@ private:
         if (file != currentFile_) {
             const Format& format = FindFormat(file);
             CheckStart(file, format.starts);
+            CheckLength(file);
             current_ = format.make(file.c_str());
             current_->UpdateInformation();
             RaiseComplaint(file);
@@ -263,6 +297,7 @@ private:
     }
 
     void AddFile(const std::string& file) {
+        const ReaderGuard guard(file);
         vtkInformation* information = ReaderOf(file).GetOutputInformation(0);
         auto* key = vtkStreamingDemandDrivenPipeline::TIME_STEPS();
         const int times = information->Has(key) ? information->Length(key) : 0;
@@ -296,6 +331,10 @@ private:
         }
         const std::string member = (fs::path(collection).parent_path() / name).string();
         CheckFile(member);
+        if (Extension(member) == ".pvd") {
+            throw ForeignProblem(collection + " lists another list, " + member +
+                                 "; list the files with the meshes instead");
+        }
         FindFormat(member);
         for (std::size_t i = first; i < entries_.size(); ++i) {
             if (entries_[i].seconds == seconds) {

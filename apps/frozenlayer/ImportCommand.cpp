@@ -9,11 +9,29 @@
 #include "ImportReport.h"
 #include "ImportedCase.h"
 #include "ImportedProject.h"
+#include "NumberText.h"
 #include "Subcommand.h"
 
 namespace qnl {
 
 namespace {
+
+/// Any range takes what is not a number; this one does not. `limit` describes it in the help.
+CLI::Validator FiniteFrom(double lowest, double highest, const std::string& limit) {
+    return {[lowest, highest](const std::string& text) {
+                double number = 0.0;
+                const bool fits =
+                    CLI::detail::lexical_cast(text, number) && number >= lowest && number <= highest;
+                return fits
+                           ? std::string()
+                           : text + " is no number from " + NumberText(lowest) + " to " + NumberText(highest);
+            },
+            limit};
+}
+
+constexpr double kSmallest = 1e-6;
+constexpr double kLargest = 1e6;
+constexpr double kAbsoluteZero = -273.15;
 
 void AddArrayOptions(CLI::App& command, ImportRequest& request) {
     for (const QuantityRule& rule : kQuantityRules) {
@@ -38,6 +56,7 @@ void AddUnitOptions(CLI::App& command, ImportRequest& request) {
                     "Times of the output times in s, T1,T2,..., in the order of the files; without it "
                     "those that the files tell")
         ->type_name("T,...")
+        ->check(FiniteFrom(-kLargest, kLargest, ""))
         ->delimiter(',')
         ->allow_extra_args(false);
 }
@@ -62,7 +81,7 @@ void AddMeshOptions(CLI::App& command, ImportRequest& request) {
                     "Nominal wall, mm: sets the geometric tolerance to half of it; without it the part "
                     "volume by its surface is taken")
         ->type_name("MM")
-        ->check(CLI::PositiveNumber);
+        ->check(FiniteFrom(kSmallest, kLargest, "POSITIVE"));
 }
 
 void AddMaterialOptions(CLI::App& command, ImportRequest& request) {
@@ -72,6 +91,7 @@ void AddMaterialOptions(CLI::App& command, ImportRequest& request) {
         .add_option("--freeze-temperature", request.freezeTemperature,
                     "Freeze temperature, degC, instead of a material file")
         ->type_name("DEGC")
+        ->check(FiniteFrom(kAbsoluteZero, kLargest, ""))
         ->excludes(material);
     command
         .add_option("--pressure", request.pressure,
@@ -79,7 +99,7 @@ void AddMaterialOptions(CLI::App& command, ImportRequest& request) {
                     "material's Tait law when the files give none; shrinkage is against 25 degC and "
                     "0.1 MPa")
         ->type_name("MPA")
-        ->check(CLI::NonNegativeNumber)
+        ->check(FiniteFrom(0.0, kLargest, "NONNEGATIVE"))
         ->capture_default_str();
 }
 
@@ -104,7 +124,7 @@ void AddImportOptions(CLI::App& command, ImportRequest& request) {
                     "Share of the nodes, %, whose values may be no numbers; they are filled from their "
                     "neighbours")
         ->type_name("PERCENT")
-        ->check(CLI::Range(0.0, 100.0))
+        ->check(FiniteFrom(0.0, 100.0, "FLOAT in [0 - 100]"))
         ->capture_default_str();
 }
 

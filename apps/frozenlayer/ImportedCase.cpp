@@ -105,6 +105,10 @@ private:
         if (!request_.times.empty()) {
             return request_.times[static_cast<std::size_t>(index)];
         }
+        if (snapshot.seconds && !std::isfinite(*snapshot.seconds)) {
+            throw ForeignProblem(snapshot.file +
+                                 " tells a time that is no finite number; give the times with --times");
+        }
         timesKnown_ += snapshot.seconds ? 1 : 0;
         return snapshot.seconds.value_or(index);
     }
@@ -178,7 +182,6 @@ private:
 
     void WarnOfTemperatures() {
         constexpr float kColdestKelvin = 270.0F;
-        constexpr float kHottestCelsius = 400.0F;
         constexpr float kColdestMould = -100.0F;
         const auto [low, high] = RangeOf(case_, Quantity::Temperature);
         const bool isKelvin = request_.temperatureUnit == "K";
@@ -187,7 +190,7 @@ private:
         }
         const std::string range = "temperatures from " + NumberText(static_cast<double>(low)) + " to " +
                                   NumberText(static_cast<double>(high)) + " °C";
-        if (!isKelvin && low > kColdestKelvin && high > kHottestCelsius) {
+        if (!isKelvin && low > kColdestKelvin) {
             case_.warnings.push_back(range + " look like kelvin: then add --temperature-unit K");
         }
         if (isKelvin && low < kColdestMould) {

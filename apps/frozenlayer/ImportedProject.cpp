@@ -294,6 +294,9 @@ ImportedMaterial ChooseMaterial(const ImportRequest& request) {
 }
 
 void CheckProjectFolder(const std::string& folder, bool force) {
+    if (folder.empty()) {
+        throw InputProblem("the name of the project folder is empty; give a name");
+    }
     const fs::path path = WithoutTrailingSlash(folder);
     if (!fs::exists(path)) {
         return;

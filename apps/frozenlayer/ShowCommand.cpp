@@ -67,7 +67,9 @@ int Show(ShowRequest request) {
     }
     const TemporaryFolder folder;
     request.import.folder = (folder.Path() / fs::path(request.import.files.front()).stem()).string();
-    return ShowProject(request);
+    const int exitCode = ShowProject(request);
+    std::cout << "The project was temporary; --keep FOLDER keeps its files.\n";
+    return exitCode;
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
 #include "ViewCommand.h"
 
+#include <filesystem>
 #include <iostream>
 #include <memory>
 
 #include "FaultReport.h"
+#include "ProjectPaths.h"
 #include "ReportPage.h"
 #include "ResultSeries.h"
 #include "Subcommand.h"
@@ -25,12 +27,15 @@ int View(const ReportRequest& request) {
 }  // namespace
 
 std::string CheckPageName(const std::string& name) {
-    for (const std::string end : {".html", ".htm"}) {
-        if (name.size() > end.size() && name.substr(name.size() - end.size()) == end) {
-            return {};
-        }
+    const std::filesystem::path path(name);
+    const std::string extension = path.extension().string();
+    if (extension != ".html" && extension != ".htm") {
+        return "\"" + name + "\" is no name of a page: end it in .html";
     }
-    return "\"" + name + "\" is no name of a page: end it in .html";
+    const std::string folder = path.parent_path().string();
+    return folder.empty() || FolderExists(folder)
+               ? ""
+               : folder + " is no folder: make it first, or name another place";
 }
 
 void AddViewCommand(CLI::App& app, int& exitCode) {

@@ -1,13 +1,14 @@
 """frozenlayer import of files that VTK's own writers made (CGNS: of one made by hand): the stepped plate in each
 format becomes the project that its .vtu series becomes."""
+import shutil
 import unittest
 
 import h5py
 import numpy
 
 from cgns_file import write_cgns
-from foreign_files import READERS_ARE_BUILT_IN, write_pvd
-from small_project import EXAMPLES, Folder, run
+from foreign_files import READERS_ARE_BUILT_IN, box, write_pvd, write_vtu
+from small_project import EXAMPLES, Folder, run, write_box_mesh
 from test_import import items, mesh, time_of
 
 try:
@@ -192,6 +193,60 @@ class FormatTest(unittest.TestCase):
         write_cgns(path, vtk_to_numpy(grid.GetPoints().GetData()), cells, list(TIMES.values()), "Temperature",
                    [vtk_to_numpy(each.GetPointData().GetArray("temperature")) for each in self.grids])
         self.check_same(path)
+
+
+@unittest.skipUnless(READERS_ARE_BUILT_IN and vtk, "needs VTK and python3-vtk9")
+class DamagedFileTest(unittest.TestCase):
+    """Files that end too early are refused in one sentence, also where a library crashes over them, ends the program,
+    or reads zeros."""
+
+    def setUp(self):
+        self.folder = Folder(self).path
+        points, hexas = box()
+        temperature = points[:, 2] + 150.0
+        write_vtu(self.folder / "box.vtu", points, hexas, {"T": temperature}, seconds=1.0)
+        reader = vtk.vtkXMLUnstructuredGridReader()
+        reader.SetFileName(str(self.folder / "box.vtu"))
+        for name, writer in (("box.exo", vtk.vtkExodusIIWriter()), ("box.vtk", vtk.vtkUnstructuredGridWriter())):
+            writer.SetInputConnection(reader.GetOutputPort())
+            writer.SetFileName(str(self.folder / name))
+            if name == "box.vtk":
+                writer.SetFileTypeToBinary()
+            writer.Write()
+        write_cgns(self.folder / "box.cgns", points, hexas, [1.0, 2.0], "T", [temperature, temperature])
+        write_box_mesh(self.folder / "box.hdf", (12.0, 8.0, 2.0), (6, 4, 4))
+        with h5py.File(self.folder / "box.hdf", "a") as file:
+            file["VTKHDF/PointData/T"] = temperature
+
+    def bring_in(self, path):
+        return run("import", path, "--out", self.folder / "box", "--freeze-temperature", 130, "--times", 1)
+
+    def test_files_that_end_too_early(self):
+        for whole in sorted(self.folder.glob("box.*")):
+            data = whole.read_bytes()
+            for length in (0, 8, 100, len(data) // 4, len(data) // 2, len(data) - 50, len(data) - 1):
+                if whole.suffix in (".vtu", ".vtk") and length == len(data) - 1:
+                    continue  # lacks nothing but the end of its last line
+                path = self.folder / ("cut" + whole.suffix)
+                path.write_bytes(data[:length])
+                with self.subTest(name=whole.name, length=length, whole=len(data)):
+                    result = self.bring_in(path)
+                    self.assertEqual(result.returncode, 1, result.stdout)
+                    self.assertRegex(result.stderr, r"\Afrozenlayer: [^\n]*cut[^\n]*; [^\n]*\n\Z")
+                    self.assertFalse((self.folder / "box").exists())
+
+    def test_a_time_that_is_no_number(self):
+        points, hexas = box()
+        write_cgns(self.folder / "endless.cgns", points, hexas, [1.0, numpy.inf], "T", [points[:, 2]] * 2)
+        result = run("import", self.folder / "endless.cgns", "--out", self.folder / "box", "--freeze-temperature", 130)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("endless.cgns tells a time that is no finite number; give the times with --times", result.stderr)
+
+    def test_the_whole_files_are_taken(self):
+        for name in ("box.vtu", "box.exo", "box.vtk", "box.hdf"):
+            result = self.bring_in(self.folder / name)
+            self.assertEqual((result.returncode, result.stderr), (0, ""), name)
+            shutil.rmtree(self.folder / "box")
 
 
 if __name__ == "__main__":

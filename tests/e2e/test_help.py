@@ -40,8 +40,8 @@ class HelpTest(unittest.TestCase):
                 shutil.copytree(EXAMPLES, folder / "examples")
                 search = {**os.environ, "PATH": f"{pathlib.Path(FROZENLAYER).parent}:{os.environ['PATH']}"}
                 for command in ManualPage(name).example():
-                    done = subprocess.run(["sh", "-c", command], cwd=folder, env=search, capture_output=True, encoding="utf-8",
-                                          timeout=300, check=False)
+                    done = subprocess.run(["sh", "-c", command], cwd=folder, env=search, capture_output=True,
+                                          encoding="utf-8", timeout=300, check=False)
                     self.assertEqual(done.returncode, 0, f"{command}\n{done.stderr}")
                     self.assertTrue(done.stdout)
 

@@ -112,6 +112,9 @@ class ImportTest(ImportCase):
         result = self.bring_in(path)
         self.assertIn("add --length-unit m", result.stderr)
         self.assertIn("look like kelvin", result.stderr)
+        cold = run("import", self.vtu(point_data={"T": self.temperature / 10.0 + 300.0}), "--out", self.folder / "cold",
+                   "--freeze-temperature", 130)
+        self.assertIn("look like kelvin", cold.stderr)
 
     def test_velocity_becomes_centimetres_per_second(self):
         velocity = numpy.outer(self.depth, [1.0, -2.0, 3.0])
@@ -280,6 +283,32 @@ class RefusalTest(ImportCase):
         self.check_refused([self.folder / "y.hdf"], "y.hdf cannot be read (its reader failed)")
         foreign.write_pvd(self.folder / "gone.pvd", [(1.0, "gone.vtu")])
         self.check_refused([self.folder / "gone.pvd"], "gone.vtu is missing")
+
+    def test_lists_and_sizes(self):
+        foreign.write_pvd(self.folder / "a.pvd", [(1.0, "b.pvd")])
+        (self.folder / "b.pvd").write_text("")
+        self.check_refused([self.folder / "a.pvd"], "a.pvd lists another list", "list the files with the meshes")
+        huge = self.vtu("huge.vtu")
+        huge.write_text(huge.read_text().replace('NumberOfPoints="175"', 'NumberOfPoints="100000000000000"'))
+        self.check_refused([huge], "huge.vtu asks for more memory than there is")
+        negative = self.vtu("negative.vtu")
+        negative.write_text(negative.read_text().replace('NumberOfCells="96"', 'NumberOfCells="-5"'))
+        self.check_refused([negative], "negative.vtu cannot be read", "export it anew")
+
+    def test_numbers_of_options(self):
+        path = self.vtu()
+        for option, values in (("--wall", ("nan", "inf", "0", "-1")), ("--pressure", ("nan", "inf", "-1")),
+                               ("--times", ("nan", "inf", "1,x")), ("--allow-missing", ("nan", "101", "-1"))):
+            for value in values:
+                with self.subTest(option=option, value=value):
+                    self.check_refused([path, f"{option}={value}"], option, " is no number from ")
+        for value in ("nan", "inf", "-274"):
+            refused = run("import", path, "--out", self.out, f"--freeze-temperature={value}")
+            self.assertEqual((refused.returncode, refused.stderr.count("\n")), (1, 1))
+            self.assertIn("--freeze-temperature", refused.stderr)
+        empty = run("import", path, "--out", "", "--freeze-temperature", 130)
+        self.assertEqual(empty.returncode, 1)
+        self.assertIn("the name of the project folder is empty", empty.stderr)
 
     def test_material_and_space(self):
         path = self.vtu()

@@ -34,8 +34,8 @@ class SteppedPlateTest(unittest.TestCase):
         self.out = self.folder / "out"
 
     def take_road(self, *words):
-        done = subprocess.run([str(ROAD), str(self.out), *map(str, words)], capture_output=True, encoding="utf-8", timeout=300,
-                              env={**os.environ, "FROZENLAYER": FROZENLAYER}, check=False)
+        done = subprocess.run([str(ROAD), str(self.out), *map(str, words)], capture_output=True, encoding="utf-8",
+                              timeout=300, env={**os.environ, "FROZENLAYER": FROZENLAYER}, check=False)
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(run("run", self.ready).returncode, 0)
 
@@ -129,8 +129,8 @@ class OpenFoamTest(unittest.TestCase):
         case = foreign.write_cooling_case(folder, self.SIZE, (20, 12, 24), self.SECONDS, self.DIFFUSIVITY)
         settings = {"WM_PROJECT_DIR": "/usr/share/openfoam", **os.environ}
         for program in ("blockMesh", "laplacianFoam"):
-            done = subprocess.run([program], cwd=folder, env=settings, capture_output=True, encoding="utf-8", timeout=60,
-                                  check=False)
+            done = subprocess.run([program], cwd=folder, env=settings, capture_output=True, encoding="utf-8",
+                                  timeout=60, check=False)
             self.assertEqual(done.returncode, 0, done.stdout[-2000:] + done.stderr)
         return case
 

@@ -30,6 +30,7 @@ class ShowTest(unittest.TestCase):
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertIn(f"Page: {self.page}", result.stdout)
         self.assertIn("Output time 2 s", result.stdout)
+        self.assertIn("The project was temporary; --keep FOLDER keeps its files", result.stdout)
         self.assertIn("<html", self.page.read_text()[:1000])
         self.assertEqual(list(self.temporary.iterdir()), [])
 
@@ -41,6 +42,15 @@ class ShowTest(unittest.TestCase):
         again = self.folder / "again.html"
         self.assertEqual(run("view", kept, "--out", again).returncode, 0)
         self.assertEqual(again.stat().st_size, self.page.stat().st_size)
+
+    def test_places_of_the_page(self):
+        """They are looked at before the work is done."""
+        for page, text in ((self.folder / "none/report.html", "none is no folder: make it first"),
+                           (self.folder / "report.pdf", "end it in .html")):
+            self.page = page
+            result = self.show(*self.names)
+            self.assertEqual((result.returncode, result.stdout), (1, ""))
+            self.assertIn(text, result.stderr)
 
     def test_refusal_leaves_nothing(self):
         result = self.show(self.folder / "none.vtu")
