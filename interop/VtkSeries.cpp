@@ -53,12 +53,13 @@ public:
     }
     void DisplayErrorText(const char* text) override { first_ = first_.empty() ? text : first_; }
 
-    /// The heart of the first error, in one line; empty when there was none.
+    /// The heart of the first error, in one line of ASCII; empty when there was none.
     std::string Take() {
         std::string text = std::exchange(first_, "");
         const std::size_t head = text.find("): ");
         text = head == std::string::npos ? text : text.substr(head + 3);
-        std::replace(text.begin(), text.end(), '\n', ' ');
+        std::replace_if(
+            text.begin(), text.end(), [](unsigned char c) { return std::isprint(c) == 0; }, ' ');
         text.erase(text.find_last_not_of(" .") + 1);
         return text.find("returned failure for request") == std::string::npos ? text : "its reader failed";
     }

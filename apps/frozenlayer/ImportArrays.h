@@ -11,8 +11,8 @@
 namespace qnl {
 
 /// What foreign arrays can stand for.
-enum class Quantity { Temperature, Velocity, Displacement, CoolingTime, Density, Shrinkage };
-inline constexpr std::size_t kQuantities = 6;
+enum class Quantity { Temperature, Velocity, Displacement, CoolingTime, Density, Shrinkage, Pressure };
+inline constexpr std::size_t kQuantities = 7;
 
 /// Everything about a quantity: option and member of the request that name its array, number of components,
 /// unit after import, and the names that are looked for, in lower case without blanks and punctuation, best
@@ -58,6 +58,7 @@ inline constexpr std::array<QuantityRule, kQuantities> kQuantityRules{{
      {"coolingtime", "timetofreeze", "freezetime"}},
     {Quantity::Density, "density", "--density", &ImportRequest::density, 1, "g/cm³", {}},
     {Quantity::Shrinkage, "volume shrinkage", "--volume-shrinkage", &ImportRequest::shrinkage, 1, "%", {}},
+    {Quantity::Pressure, "pressure", "--pressure-array", &ImportRequest::pressureArray, 1, "MPa", {}},
 }};
 
 /// Why an array was taken.

@@ -37,6 +37,9 @@ void AddArrayOptions(CLI::App& command, ImportRequest& request) {
     for (const QuantityRule& rule : kQuantityRules) {
         std::string help = std::string("Array that holds the ") + rule.name + ", " + rule.unit;
         help += rule.quantity == Quantity::Temperature ? " or as --temperature-unit says" : "";
+        help += rule.quantity == Quantity::Pressure
+                    ? " or as --pressure-unit says, for density and volume shrinkage in place of --pressure"
+                    : "";
         help += rule.quantity == Quantity::Velocity ? " after conversion from length units per second" : "";
         help +=
             rule.names[0].empty() ? "; not looked for by itself" : "; usual names are found by themselves";
@@ -47,6 +50,9 @@ void AddArrayOptions(CLI::App& command, ImportRequest& request) {
 void AddUnitOptions(CLI::App& command, ImportRequest& request) {
     command.add_option("--temperature-unit", request.temperatureUnit, "Unit of the temperatures")
         ->check(CLI::IsMember(std::vector<std::string>{"K", "degC"}))
+        ->capture_default_str();
+    command.add_option("--pressure-unit", request.pressureUnit, "Unit of the array of --pressure-array")
+        ->check(CLI::IsMember(std::vector<std::string>{"MPa", "Pa", "bar"}))
         ->capture_default_str();
     command.add_option("--length-unit", request.lengthUnit, "Unit of the coordinates")
         ->check(CLI::IsMember(std::vector<std::string>{"m", "mm", "cm", "in"}))
@@ -99,6 +105,7 @@ void AddMaterialOptions(CLI::App& command, ImportRequest& request) {
                     "material's Tait law when the files give none; shrinkage is against 25 degC and "
                     "0.1 MPa")
         ->type_name("MPA")
+        ->excludes("--pressure-array")
         ->check(FiniteFrom(0.0, kLargest, "NONNEGATIVE"))
         ->capture_default_str();
 }

@@ -16,8 +16,10 @@ struct ImportRequest {
     std::string velocity;
     std::string displacement;
     std::string coolingTime;
-    std::string density;    ///< g/cm3, never looked for
-    std::string shrinkage;  ///< %, never looked for
+    std::string density;               ///< g/cm3, never looked for
+    std::string shrinkage;             ///< %, never looked for
+    std::string pressureArray;         ///< never looked for; empty: the same pressure everywhere
+    std::string pressureUnit = "MPa";  ///< of that array
     std::string temperatureUnit = "degC";
     std::string lengthUnit = "mm";
     std::string regionArray;

@@ -21,24 +21,26 @@ struct ImportStage {
     const char* extension;
     StageKind kind;
     Quantity required;
-    std::array<ItemSource, 6> items;
+    std::array<ItemSource, 7> items;
 
-    /// Temperatures are wanted by every stage: density and shrinkage follow from them.
+    /// Temperatures are wanted by every stage; density and shrinkage follow from them and from the pressure.
     constexpr bool Wants(Quantity quantity) const {
         for (const ItemSource& item : items) {
             if (item.id != 0 && item.quantity == quantity) {
                 return true;
             }
         }
-        return quantity == Quantity::Temperature;
+        return quantity == Quantity::Temperature ||
+               (quantity == Quantity::Pressure && Wants(Quantity::Shrinkage));
     }
 };
 
-inline constexpr std::array<ItemSource, 6> kFlowSources{{{6, Quantity::Temperature, 0},
+inline constexpr std::array<ItemSource, 7> kFlowSources{{{6, Quantity::Temperature, 0},
                                                          {11, Quantity::Velocity, 0},
                                                          {12, Quantity::Velocity, 1},
                                                          {13, Quantity::Velocity, 2},
                                                          {14, Quantity::Shrinkage, 0},
+                                                         {16, Quantity::CoolingTime, 0},
                                                          {17, Quantity::Density, 0}}};
 
 inline constexpr std::array<ImportStage, 4> kImportStages{{

@@ -23,6 +23,8 @@ struct Conversion {
 Conversion ConversionOf(Quantity quantity, const ImportRequest& request) {
     constexpr double kFreezingOfWater = 273.15;
     constexpr double kMillimetresPerCentimetre = 10.0;
+    constexpr double kMegapascalPerPascal = 1e-6;
+    constexpr double kMegapascalPerBar = 0.1;
     switch (quantity) {
         case Quantity::Temperature:
             return {1.0, request.temperatureUnit == "K" ? -kFreezingOfWater : 0.0};
@@ -30,6 +32,11 @@ Conversion ConversionOf(Quantity quantity, const ImportRequest& request) {
             return {LengthUnit(request) / kMillimetresPerCentimetre, 0.0};
         case Quantity::Displacement:
             return {LengthUnit(request), 0.0};
+        case Quantity::Pressure:
+            return {request.pressureUnit == "Pa"    ? kMegapascalPerPascal
+                    : request.pressureUnit == "bar" ? kMegapascalPerBar
+                                                    : 1.0,
+                    0.0};
         default:
             return {};
     }

@@ -211,6 +211,11 @@ private:
 
     /// How a quantity that is not given is made; empty when it is left out.
     std::string OriginOf(Quantity quantity) const {
+        const bool hasPressure = case_.Chosen(Quantity::Pressure).by != ChosenBy::Nothing;
+        const std::string uniform = NumberText(request_.pressure) + " MPa";
+        if (quantity == Quantity::Pressure) {
+            return HasLaw() ? uniform + " everywhere" : "";
+        }
         const bool hasTemperature = case_.Chosen(Quantity::Temperature).by != ChosenBy::Nothing;
         if (quantity == Quantity::Velocity) {
             return "not given, 0";
@@ -220,7 +225,7 @@ private:
         }
         const bool fromLaw = quantity == Quantity::Density || quantity == Quantity::Shrinkage;
         return fromLaw && HasLaw() && hasTemperature
-                   ? "computed: Tait law at " + NumberText(request_.pressure) + " MPa"
+                   ? "computed: Tait law at " + (hasPressure ? "the local pressure" : uniform)
                    : "";
     }
 
@@ -234,10 +239,14 @@ private:
         if (quantity == Quantity::Velocity || temperature.empty()) {
             return values;
         }
+        const NodeComponents& pressures = time.values[static_cast<std::size_t>(Quantity::Pressure)];
         const double reference = Density(law_, kReferencePressure, kReferenceTemperature);
         for (std::size_t node = 0; node < values.size(); ++node) {
-            const double density = Density(law_, request_.pressure * kPascalPerMegapascal,
-                                           static_cast<double>(temperature[0][node]));
+            const double pressure = pressures.empty()
+                                        ? request_.pressure
+                                        : std::max(0.0, static_cast<double>(pressures[0][node]));
+            const double density =
+                Density(law_, pressure * kPascalPerMegapascal, static_cast<double>(temperature[0][node]));
             values[node] = static_cast<float>(
                 quantity == Quantity::Density ? density : 100.0 * (1.0 - density / reference));
         }

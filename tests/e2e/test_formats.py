@@ -7,13 +7,13 @@ import h5py
 import numpy
 
 from cgns_file import write_cgns
-from foreign_files import READERS_ARE_BUILT_IN, box, write_pvd, write_vtu
+from foreign_files import READERS_ARE_BUILT_IN, box, write_openfoam, write_pvd, write_vtu
 from small_project import EXAMPLES, Folder, run, write_box_mesh
 from test_import import items, mesh, time_of
 
 try:
     import vtk
-    from vtk.util.numpy_support import vtk_to_numpy
+    from vtk.util.numpy_support import numpy_to_vtk, vtk_to_numpy
     from vtk.util.vtkAlgorithm import VTKPythonAlgorithmBase
 except ImportError:
     vtk, VTKPythonAlgorithmBase = None, object
@@ -146,6 +146,39 @@ class FormatTest(unittest.TestCase):
                  for i, grid in enumerate(self.grids)]
         self.check_same(*names, "--times", ",".join(str(seconds) for seconds in TIMES.values()))
 
+    def test_xml_pieces_are_joined(self):
+        names = []
+        for index, grid in enumerate(self.grids):
+            writer = vtk.vtkXMLPUnstructuredGridWriter()
+            writer.SetNumberOfPieces(1)
+            writer.SetEndPiece(0)
+            names.append(self.write(writer, f"t{index}.pvtu", grid))
+            self.assertEqual(len(list(self.folder.rglob(f"t{index}_0.vtu"))), 1)
+        self.check_same(*names, "--times", ",".join(str(seconds) for seconds in TIMES.values()))
+
+    def test_xml_grids_without_lists_of_cells(self):
+        """Images, rectilinear and curved grids become the hexahedra of the same box."""
+        points, hexas = box()
+        write_vtu(self.folder / "box.vtu", points, hexas, {"T": points[:, 2] + 150.0}, seconds=1.0)
+        self.expected = self.bring_in(self.folder / "box.vtu")
+        image, rectilinear, curved = vtk.vtkImageData(), vtk.vtkRectilinearGrid(), vtk.vtkStructuredGrid()
+        image.SetSpacing(2.0, 2.0, 0.5)
+        for axis, place in ((0, rectilinear.SetXCoordinates), (1, rectilinear.SetYCoordinates),
+                            (2, rectilinear.SetZCoordinates)):
+            place(numpy_to_vtk(numpy.unique(points[:, axis]), deep=True))
+        places = vtk.vtkPoints()
+        places.SetData(numpy_to_vtk(points, deep=True))
+        curved.SetPoints(places)
+        values = numpy_to_vtk(points[:, 2] + 150.0, deep=True)
+        values.SetName("T")
+        for name, grid, writer in (("box.vti", image, vtk.vtkXMLImageDataWriter()),
+                                   ("box.vtr", rectilinear, vtk.vtkXMLRectilinearGridWriter()),
+                                   ("box.vts", curved, vtk.vtkXMLStructuredGridWriter())):
+            with self.subTest(name=name):
+                grid.SetDimensions(7, 5, 5)
+                grid.GetPointData().AddArray(values)
+                self.check_same(self.write(writer, name, grid), "--times", 1)
+
     def test_exodus(self):
         source = TimeSource(self.grids, list(TIMES.values()))
         writer = vtk.vtkExodusIIWriter()
@@ -234,6 +267,20 @@ class DamagedFileTest(unittest.TestCase):
                     self.assertEqual(result.returncode, 1, result.stdout)
                     self.assertRegex(result.stderr, r"\Afrozenlayer: [^\n]*cut[^\n]*; [^\n]*\n\Z")
                     self.assertFalse((self.folder / "box").exists())
+
+    def test_openfoam_files_that_end_too_early(self):
+        points, hexas = box()
+        case = write_openfoam(self.folder / "foam", points, hexas, [1, 2], [numpy.arange(float(len(hexas)))] * 2)
+        for name in ("points", "faces", "owner", "neighbour", "boundary", "1/T", "2/T"):
+            path = case.parent / (name if "/" in name else f"constant/polyMesh/{name}")
+            data = path.read_bytes()
+            for length in (len(data) // 2, None):
+                with self.subTest(name=name, length=length):
+                    path.unlink() if length is None else path.write_bytes(data[:length])
+                    result = run("import", case, "--out", self.folder / "box", "--freeze-temperature", 130)
+                    self.assertEqual(result.returncode, 1, result.stdout)
+                    self.assertRegex(result.stderr, r"\Afrozenlayer: [^\n]*foam[^\n]*\n\Z")
+                    path.write_bytes(data)
 
     def test_a_time_that_is_no_number(self):
         points, hexas = box()

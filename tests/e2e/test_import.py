@@ -7,7 +7,7 @@ import numpy
 
 import foreign_files as foreign
 from foreign_files import READERS_ARE_BUILT_IN
-from small_project import MATERIAL, Folder, run, write_box_mesh
+from small_project import EXAMPLES, MATERIAL, Folder, run, write_box_mesh
 
 
 
@@ -122,6 +122,34 @@ class ImportTest(ImportCase):
         found = items(self.run_folder / "box1.k4f")
         for axis in range(3):
             numpy.testing.assert_allclose(found[11 + axis], velocity[:, axis] / 10.0, rtol=1e-6)
+
+    def test_pressures_give_density_and_shrinkage(self):
+        """The same pressure everywhere, as a number and as arrays of three units; then one that rises."""
+        law = ("--material", EXAMPLES / "stepped-plate/Material/pp.toml")
+        self.bring_in(self.vtu(), "--pressure", 25, material=law)
+        expected = items(self.run_folder / "box1.k4f")
+        rising = {"MPa": numpy.full(len(self.points), 25.0), "Pa": numpy.full(len(self.points), 25e6),
+                  "bar": numpy.full(len(self.points), 250.0)}
+        for unit, pressure in rising.items():
+            path = self.vtu(point_data={"T": self.temperature, "press": pressure})
+            result = self.bring_in(path, "--force", "--pressure-array", "press", "--pressure-unit", unit, material=law)
+            self.assertIn("computed: Tait law at the local pressure", result.stdout)
+            found = items(self.run_folder / "box1.k4f")
+            for item in (14, 17):
+                numpy.testing.assert_allclose(found[item], expected[item], rtol=2e-7, err_msg=unit)
+        path = self.vtu(point_data={"T": numpy.full(len(self.points), 100.0), "press": self.points[:, 0] - 1.0})
+        self.bring_in(path, "--force", "--pressure-array", "press", material=law)
+        density = items(self.run_folder / "box1.k4f")[17]
+        levels = [density[self.points[:, 0] == x] for x in numpy.unique(self.points[:, 0])]
+        self.assertTrue(all(numpy.ptp(level) == 0 for level in levels))
+        self.assertTrue((numpy.diff([level[0] for level in levels]) > 0).all())
+
+    def test_cooling_time_of_a_filling(self):
+        self.bring_in(self.vtu(point_data={"T": self.temperature, "time to freeze": self.depth}))
+        numpy.testing.assert_array_equal(items(self.run_folder / "box1.k4f")[16], self.depth.astype("f4"))
+        done = run("run", self.out)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("cooling time", done.stdout)
 
     def test_warp_stage(self):
         shift = numpy.outer(self.depth, [0.1, 0.0, -0.2])
