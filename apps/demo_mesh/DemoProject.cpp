@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <stdexcept>
 
 #include "DemoMesh.h"
 #include "kernel/mesh_file.h"
@@ -31,7 +32,8 @@ struct DemoFolders {
 
 std::string FirstFault(const std::string& file) {
     const std::vector<Fault> faults = TakeFaults();
-    return file + " cannot be written" + (faults.empty() ? "" : ": " + faults.front().found);
+    return file + " cannot be written" + (faults.empty() ? "" : " (" + faults.front().found + ")") +
+           "; check the space and the rights there";
 }
 
 void WriteText(const fs::path& path, std::string_view text) {
@@ -49,7 +51,8 @@ DemoFolders MakeFolders(const std::string& project) {
         std::error_code failure;
         fs::create_directories(folder, failure);
         if (failure) {
-            throw std::runtime_error(folder.string() + " cannot be made: " + failure.message());
+            throw std::runtime_error(folder.string() + " cannot be made (" + failure.message() +
+                                     "); check the space and the rights there");
         }
     }
     return folders;
@@ -107,7 +110,11 @@ MeshData WriteMesh(const fs::path& path, const DemoRequest& request, const DemoP
     if (request.shuffled) {
         ShuffleTetras(mesh, kSeed);
     }
-    WriteMeshFile(mesh, path.string());
+    try {
+        WriteMeshFile(mesh, path.string());
+    } catch (const std::runtime_error&) {
+        throw std::runtime_error(FirstFault(path.string()));
+    }
     return mesh;
 }
 

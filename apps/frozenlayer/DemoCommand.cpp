@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "DemoProject.h"
 #include "NumberText.h"
@@ -46,8 +47,29 @@ void CheckTarget(const DemoWords& words) {
     }
 }
 
+/// Removes a folder that was not there before, unless it is finished.
+class NewFolder {
+public:
+    explicit NewFolder(std::string path) : path_(std::move(path)), remove_(!FolderExists(path_)) {}
+    ~NewFolder() {
+        std::error_code ignored;
+        if (remove_) {
+            std::filesystem::remove_all(path_, ignored);
+        }
+    }
+    NewFolder(const NewFolder&) = delete;
+    NewFolder& operator=(const NewFolder&) = delete;
+
+    void Keep() { remove_ = false; }
+
+private:
+    std::string path_;
+    bool remove_;
+};
+
 int WriteDemo(const DemoWords& words) {
     CheckTarget(words);
+    NewFolder folder(words.folder);
     DemoRequest request;
     request.folder = words.folder;
     request.shape = kShapes.at(words.shape);
@@ -55,6 +77,7 @@ int WriteDemo(const DemoWords& words) {
     request.cells = words.cells;
     request.shuffled = words.shuffled;
     const DemoSummary written = WriteDemoProject(request);
+    folder.Keep();
     std::cout << "Wrote a " + words.shape + " of " + CountText(written.cells, "cell") + " and " +
                      CountText(written.nodes, "node") + " with " + CountText(written.times, "output time") +
                      " of the " + words.stage + " stage.\nEvaluate it with: frozenlayer run " +

@@ -1,4 +1,5 @@
 """frozenlayer demo: the projects it writes, read back and run, and what it refuses."""
+import os
 import unittest
 
 import h5py
@@ -85,6 +86,16 @@ class DemoTest(unittest.TestCase):
         result = run("demo", blocked / "below")
         self.assertEqual(result.returncode, 1)
         self.assertIn("cannot be made", result.stderr)
+
+    @unittest.skipIf(os.name != "posix", "limits the size of files")
+    def test_full_disk_leaves_nothing(self):
+        import resource
+        limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (20000, 20000))
+        result = run("demo", self.root, "--cells", 3000, restore_signals=False, preexec_fn=limit)
+        self.assertEqual((result.returncode, result.stderr.count("\n")), (1, 1), result.stderr)
+        self.assertIn("Mesh/demo.hdf cannot be written", result.stderr)
+        self.assertIn("; check the space and the rights there", result.stderr)
+        self.assertFalse(self.root.exists())
 
 
 if __name__ == "__main__":
