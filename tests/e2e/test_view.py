@@ -236,7 +236,7 @@ class ViewTest(unittest.TestCase):
         self.assertIn("end it in .html", run("view", project.root, "--out", project.root / "x.hdf").stderr)
         missing = run("view", project.root, "--out", project.root / "nowhere/report.html")
         self.assertEqual(missing.returncode, 1)
-        self.assertIn("nowhere/report.html", missing.stderr)
+        self.assertIn("nowhere is no folder: make it first", missing.stderr)
         with h5py.File(project.file("box1.fzr"), "a") as file:
             file["node_ids"][0] = 88
         result = run("view", project.root, "--out", out)
