@@ -49,7 +49,8 @@ FileFacts ReadFacts(const std::string& path) {
     }
     throw InputProblem(
         NativePath(path) +
-        ": neither a mesh, a result, a search file, a material, a run file nor a project folder");
+        ": neither a mesh, a result, a search file, a material, a run file nor a project folder of ours; "
+        "frozenlayer import makes a project from a mesh with results of another program");
 }
 
 int Inform(const InfoRequest& request) {
