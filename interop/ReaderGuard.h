@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "host/HostSystem.h"
+
 namespace qnl {
 
 /// While it lives, libraries print nothing on standard error, and one that crashes or ends the program over a
@@ -13,6 +15,9 @@ public:
     ~ReaderGuard();
     ReaderGuard(const ReaderGuard&) = delete;
     ReaderGuard& operator=(const ReaderGuard&) = delete;
+
+private:
+    SilencedError silenced_;
 };
 
 }  // namespace qnl

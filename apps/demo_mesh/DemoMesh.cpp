@@ -111,7 +111,7 @@ private:
         constexpr int kTetras[kTetrasPerBlock][4] = {{0, 1, 3, 7}, {0, 3, 2, 7}, {0, 2, 6, 7},
                                                      {0, 6, 4, 7}, {0, 4, 5, 7}, {0, 5, 1, 7}};
         const auto blocks = static_cast<std::size_t>(std::count(filled_.begin(), filled_.end(), true));
-        mesh_.connectivity.reserve(4 * kTetrasPerBlock * blocks);
+        mesh_.connectivity.reserve(std::size_t{4} * kTetrasPerBlock * blocks);
         ForEachFilledBlock([&](const Index& block) {
             for (const auto& tetra : kTetras) {
                 for (const int bits : tetra) {

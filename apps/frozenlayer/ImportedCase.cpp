@@ -68,7 +68,7 @@ public:
     }
 
 private:
-    void AddSnapshot(ForeignSnapshot snapshot, int index) {
+    void AddSnapshot(const ForeignSnapshot& snapshot, int index) {
         if (index == 0) {
             case_.solid = BuildSolidMesh(snapshot.mesh, LengthUnit(request_), snapshot.file);
             AddMeshData(request_, snapshot, case_);

@@ -1,10 +1,10 @@
 #include "PageTemplate.h"
 
 #include <filesystem>
-#include <system_error>
 #include <vector>
 
 #include "ProjectPaths.h"
+#include "host/HostSystem.h"
 #include "platform/HostFiles.h"
 
 namespace qnl {
@@ -16,11 +16,11 @@ namespace fs = std::filesystem;
 /// Beside the program, where the install rules put it, then that of the source the program was built from.
 std::vector<std::string> Places() {
     std::vector<std::string> places;
-    std::error_code failed;
-    const fs::path program = fs::read_symlink("/proc/self/exe", failed);
-    if (!failed) {
-        places.push_back((program.parent_path() / "viewer.html").string());
-        places.push_back((program.parent_path().parent_path() / "share/frozenlayer/viewer.html").string());
+    const fs::path program = ProgramPath();
+    if (!program.empty()) {
+        const fs::path folder = program.parent_path();
+        places.push_back((folder / "viewer.html").string());
+        places.push_back((folder.parent_path() / "share/frozenlayer/viewer.html").string());
     }
     places.emplace_back(QNL_PAGE_TEMPLATE);
     return places;
@@ -43,8 +43,9 @@ PageTemplate ReadPageTemplate() {
         }
         const std::size_t place = text.find(mark);
         if (place == std::string::npos || text.find(mark, place + 1) != std::string::npos) {
-            throw InputProblem(path + " is not the results page: it does not hold " + mark +
-                               " exactly once; take the file from the program's own source");
+            std::string problem = path + " is not the results page: it does not hold ";
+            problem += mark + " exactly once; take the file from the program's own source";
+            throw InputProblem(problem);
         }
         return {text.substr(0, place), text.substr(place + mark.size())};
     }

@@ -17,7 +17,7 @@
 #include "RunReport.h"
 #include "StreamRedirection.h"
 #include "Subcommand.h"
-#include "Terminal.h"
+#include "host/HostSystem.h"
 #include "ViewCommand.h"
 #include "WrittenFiles.h"
 #include "job/EntryRoutine.h"

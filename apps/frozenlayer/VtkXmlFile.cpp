@@ -50,7 +50,7 @@ public:
     /// Takes an array up and gives the element that refers to it.
     template <typename Value>
     std::string Add(const std::string& name, int components, const std::vector<Value>& values) {
-        const std::string element = std::string("<DataArray type=\"") + TypeName<Value>::kText +
+        std::string element = std::string("<DataArray type=\"") + TypeName<Value>::kText +
                                     "\" Name=\"" + XmlText(name) + "\" NumberOfComponents=\"" +
                                     std::to_string(components) + "\" format=\"appended\" offset=\"" +
                                     std::to_string(bytes_.size()) + "\"/>\n";

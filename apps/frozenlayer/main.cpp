@@ -12,7 +12,7 @@
 #include "ProbeCommand.h"
 #include "RunCommand.h"
 #include "ShowCommand.h"
-#include "Terminal.h"
+#include "host/HostSystem.h"
 #include "ViewCommand.h"
 
 namespace {
