@@ -27,13 +27,11 @@ double SquaredDistance(const Seen& s) {
 }  // namespace
 
 double RayWalker::Front::Depth() const {
-    return (corner[0].seen.depth * side[1] + corner[1].seen.depth * side[2] +
-            corner[2].seen.depth * side[0]) /
-           (side[0] + side[1] + side[2]);
+    return (depth[0] * side[1] + depth[1] * side[2] + depth[2] * side[0]) / (side[0] + side[1] + side[2]);
 }
 
 double RayWalker::Front::Farthest() const {
-    return std::max(std::max(corner[0].seen.depth, corner[1].seen.depth), corner[2].seen.depth);
+    return std::max(std::max(depth[0], depth[1]), depth[2]);
 }
 
 // The front is the face through which the ray enters `cell`. As long as it leaves every cell inside a face,
@@ -74,17 +72,17 @@ void RayWalker::FollowFronts(RaySlot& slot, const Ray& ray, int cell, Front& fro
 // Moves the front to the face through which the ray leaves the tetra with these corners. False, with the
 // front as it was, unless the ray is farther than the reach from all new edges.
 bool RayWalker::Advance(const Ray& ray, const int* corners, Front& front, std::size_t& exit) const {
-    auto& [a, b, c] = front.corner;
-    const int node = corners[0] ^ corners[1] ^ corners[2] ^ corners[3] ^ a.node ^ b.node ^ c.node;
+    const auto& [a, b, c] = front.node;
+    const int node = corners[0] ^ corners[1] ^ corners[2] ^ corners[3] ^ a ^ b ^ c;
     // Looked up before it is known which of them is needed.
-    const std::array<std::size_t, 3> opposite{kFaceOpposite[CornerOf(corners, a.node)],
-                                              kFaceOpposite[CornerOf(corners, b.node)],
-                                              kFaceOpposite[CornerOf(corners, c.node)]};
-    const Front::Corner apex(node, LookAt(ray, topology_.Place(node)));
-    const std::array<double, 3> side{SideOf(apex.seen, a.seen), SideOf(apex.seen, b.seen),
-                                     SideOf(apex.seen, c.seen)};
-    const double slack =
-        scale_.reach * (apex.spread + std::max(std::max(a.spread, b.spread), c.spread) + scale_.reach);
+    const std::array<std::size_t, 3> opposite{kFaceOpposite[CornerOf(corners, a)],
+                                              kFaceOpposite[CornerOf(corners, b)],
+                                              kFaceOpposite[CornerOf(corners, c)]};
+    const Seen apex = LookAt(ray, topology_.Place(node));
+    const std::array<double, 3> side{SideOf(apex, front.At(0)), SideOf(apex, front.At(1)),
+                                     SideOf(apex, front.At(2))};
+    const double widest = std::max(std::max(front.spread[0], front.spread[1]), front.spread[2]);
+    const double slack = scale_.reach * (std::fabs(apex.u) + std::fabs(apex.v) + widest + scale_.reach);
     if (!(std::min(std::min(std::fabs(side[0]), std::fabs(side[1])), std::fabs(side[2])) > slack)) {
         return false;
     }
@@ -97,7 +95,7 @@ bool RayWalker::Advance(const Ray& ray, const int* corners, Front& front, std::s
     }
     const std::size_t previous = kBefore[drop];
     exit = opposite[drop];
-    front.corner[drop] = apex;
+    front.Set(drop, node, apex);
     front.side[drop] = side[kAfter[drop]];
     front.side[previous] = -side[previous];
     return true;
@@ -148,14 +146,15 @@ bool RayWalker::LeavesThrough(const Ray& ray, int cell, int node, double sine, F
     std::array<double, 3> distance;
     for (std::size_t i = 0; i < 3; ++i) {
         const int other = corners[face[i]];
-        front.corner[i] = Front::Corner(other, LookAt(ray, topology_.Place(other)));
-        distance[i] = SquaredDistance(front.corner[i].seen);
+        const Seen seen = LookAt(ray, topology_.Place(other));
+        front.Set(i, other, seen);
+        distance[i] = SquaredDistance(seen);
     }
     bool inside = true;
     bool outside = false;
     for (std::size_t i = 0; i < 3; ++i) {
-        const Seen& p = front.corner[i].seen;
-        const Seen& q = front.corner[kAfter[i]].seen;
+        const Seen p = front.At(i);
+        const Seen q = front.At(kAfter[i]);
         const double side = SideOf(p, q);
         const bool off = side * side > sine * sine * distance[i] * distance[kAfter[i]];
         inside = inside && off && side > SideSlack(p, q, scale_.reach);

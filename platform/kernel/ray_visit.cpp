@@ -139,7 +139,7 @@ void RayWalker::VisitTetra(RaySlot& slot, const Ray& ray, int cell) const {
         if (LeavesInside(sides, kFaceEdges[f])) {
             Front front;
             for (std::size_t i = 0; i < 3; ++i) {
-                front.corner[i] = Front::Corner(corners[at[i]], seen[at[i]]);
+                front.Set(i, corners[at[i]], seen[at[i]]);
                 front.side[i] = SideOf(seen[at[i]], seen[at[(i + 1) % 3]]);
             }
             const double depth = front.Depth();

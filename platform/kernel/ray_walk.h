@@ -76,18 +76,24 @@ private:
         bool thin;  ///< moving the edges of a triangle carries its corners farther than the reach
     };
 
-    // A tetra face that the ray crosses farther than the reach from its edges, on its way out.
+    // A tetra face that the ray crosses farther than the reach from its edges, on its way out; corners
+    // counterclockwise, one array a quantity.
     struct Front {
-        struct Corner {
-            Corner() = default;
-            Corner(int number, const Seen& place)
-                : seen(place), spread(std::fabs(place.u) + std::fabs(place.v)), node(number) {}
-            Seen seen;
-            double spread;
-            int node;
-        };
-        std::array<Corner, 3> corner;  // counterclockwise
+        std::array<double, 3> u;
+        std::array<double, 3> v;
+        std::array<double, 3> depth;
+        std::array<double, 3> spread;  // |u| + |v|
         std::array<double, 3> side;    // SideOf corner i and the next one
+        std::array<int, 3> node;
+
+        void Set(std::size_t i, int number, const Seen& place) {
+            u[i] = place.u;
+            v[i] = place.v;
+            depth[i] = place.depth;
+            spread[i] = std::fabs(place.u) + std::fabs(place.v);
+            node[i] = number;
+        }
+        Seen At(std::size_t i) const { return {u[i], v[i], depth[i]}; }
         double Depth() const;
         double Farthest() const;
     };
