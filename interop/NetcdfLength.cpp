@@ -53,7 +53,7 @@ private:
     void CheckMark() {
         std::array<char, 4> mark{};
         file_.read(mark.data(), mark.size());
-        version_ = mark[3];
+        version_ = static_cast<unsigned char>(mark[3]);
         const bool known = version_ == 1 || version_ == 2 || version_ == 5;
         if (!file_ || mark[0] != 'C' || mark[1] != 'D' || mark[2] != 'F' || !known) {
             throw std::runtime_error("no classic netCDF file");

@@ -292,7 +292,7 @@ private:
         if (output == nullptr) {
             throw ForeignProblem(file + " cannot be read; export it anew");
         }
-        const auto copy = vtkSmartPointer<vtkDataObject>::Take(output->NewInstance());
+        auto copy = vtkSmartPointer<vtkDataObject>::Take(output->NewInstance());
         copy->ShallowCopy(output);
         return copy;
     }

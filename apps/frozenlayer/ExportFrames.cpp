@@ -14,6 +14,7 @@ constexpr float kNothing = std::numeric_limits<float>::quiet_NaN();
 /// 0 for a node with a result, 1 for one without.
 ExportArray ResultStatus(const std::vector<char>& hasResult) {
     std::vector<int> status;
+    status.reserve(hasResult.size());
     for (const char has : hasResult) {
         status.push_back(has != 0 ? 0 : 1);
     }

@@ -71,7 +71,8 @@ void CheckNumbers(const std::string& name, const std::vector<int>& wanted, const
             std::string text;
             std::size_t listed = 0;
             for (auto it = present.begin(); it != present.end() && listed < 20; ++it, ++listed) {
-                text += (listed == 0 ? "" : ", ") + NumberText(*it);
+                text += listed == 0 ? "" : ", ";
+                text += NumberText(*it);
             }
             throw ForeignProblem("region " + std::to_string(number) + " of " + option +
                                  " is not in array \"" + name + "\"; there are " + text);

@@ -23,7 +23,9 @@ std::string Wrapped(const std::string& text, std::size_t indent) {
     for (std::string word; words >> word;) {
         const std::size_t length = CharacterCount(word);
         const bool breaks = used == 0 || used + 1 + length > kWidth;
-        lines += breaks ? (used == 0 ? "" : "\n") + margin + word : " " + word;
+        lines += used == 0 ? "" : breaks ? "\n" : " ";
+        lines += breaks ? margin : "";
+        lines += word;
         used = breaks ? indent + length : used + 1 + length;
     }
     return lines + "\n";

@@ -171,6 +171,7 @@ std::vector<float> TemperaturesAt(const Probe& probe, std::size_t time) {
 
 ExportArray FrozenAt(const std::string& when, const std::vector<float>& temperatures, double freeze) {
     std::vector<int> frozen;
+    frozen.reserve(temperatures.size());
     for (const float temperature : temperatures) {
         frozen.push_back(static_cast<double>(temperature) < freeze ? 1 : 0);
     }
