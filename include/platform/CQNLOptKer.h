@@ -73,25 +73,25 @@ public:
     int* SearchNearBlockID(double xMin, double yMin, double zMin, double xMax, double yMax, double zMax,
                            int& count, int slot);
 
-    MeshKernelState* m_pState;        ///< kernel's own, owned
-    CQNLKNLogErrMsgTool* m_pLogTool;  ///< borrowed
-    NodeRecord* p_Node;               ///< 1-based
-    SurfaceRecord* p_Surfce;          ///< 1-based boundary faces
-    CellRecord* p_Cell;               ///< 1-based
-    int m_nMeshHeader0;               ///< reserved header word
-    int m_nNodes;
-    int m_nCells;
-    int m_nSurfaces;
-    std::int64_t m_nMeshWord56;     ///< reserved header word
-    int* m_pIsPartNodeTemp;         ///< by node label: 1 node of the moulded part
-    int* m_pNotRunnerNode;          ///< by node label: 1 part, 0 runner, -1 special
-    int* m_pNodeGlobalIdToLocal;    ///< by node label: node index, 0 where there is none
-    int* m_pIsRunnerCell;           ///< 1-based by cell
-    int m_nLogLevel;                ///< the kernel's own verbosity
-    unsigned char m_bUseNodeLabel;  ///< 1: nodes carry their own labels
-    double m_dBox[6];               ///< x, y, z maximum, then x, y, z minimum, mm
-    double m_dMeshSize;             ///< mean edge length of the boundary faces, mm
-    double m_dGeomTolerance;        ///< modulus of the part: volume by area, mm
+    MeshKernelState* m_pState = nullptr;        ///< kernel's own, owned
+    CQNLKNLogErrMsgTool* m_pLogTool = nullptr;  ///< borrowed
+    NodeRecord* p_Node = nullptr;               ///< 1-based
+    SurfaceRecord* p_Surfce = nullptr;          ///< 1-based boundary faces
+    CellRecord* p_Cell = nullptr;               ///< 1-based
+    int m_nMeshHeader0 = 0;                     ///< reserved header word
+    int m_nNodes = 0;
+    int m_nCells = 0;
+    int m_nSurfaces = 0;
+    std::int64_t m_nMeshWord56 = 0;         ///< reserved header word
+    int* m_pIsPartNodeTemp = nullptr;       ///< by node label: 1 node of the moulded part
+    int* m_pNotRunnerNode = nullptr;        ///< by node label: 1 part, 0 runner, -1 special
+    int* m_pNodeGlobalIdToLocal = nullptr;  ///< by node label: node index, 0 where there is none
+    int* m_pIsRunnerCell = nullptr;         ///< 1-based by cell
+    int m_nLogLevel = 0;                    ///< the kernel's own verbosity
+    unsigned char m_bUseNodeLabel = 0;      ///< 1: nodes carry their own labels
+    double m_dBox[6] = {};                  ///< x, y, z maximum, then x, y, z minimum, mm
+    double m_dMeshSize = 0.0;               ///< mean edge length of the boundary faces, mm
+    double m_dGeomTolerance = 0.0;          ///< modulus of the part: volume by area, mm
 };
 
 static_assert(offsetof(CQNLOptKer, p_Node) == 16);

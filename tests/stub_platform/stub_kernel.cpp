@@ -35,25 +35,7 @@ void SetBox(EntityRecord& record, double low, double high) {
 }  // namespace
 
 CQNLOptKer::CQNLOptKer()
-    : m_pState(&State()),
-      m_pLogTool(nullptr),
-      p_Node(nullptr),
-      p_Surfce(nullptr),
-      p_Cell(nullptr),
-      m_nMeshHeader0(0),
-      m_nNodes(0),
-      m_nCells(0),
-      m_nSurfaces(0),
-      m_nMeshWord56(0),
-      m_pIsPartNodeTemp(nullptr),
-      m_pNotRunnerNode(nullptr),
-      m_pNodeGlobalIdToLocal(nullptr),
-      m_pIsRunnerCell(nullptr),
-      m_nLogLevel(0),
-      m_bUseNodeLabel(0),
-      m_dBox{1, 1, 1, 0, 0, 0},
-      m_dMeshSize(1),
-      m_dGeomTolerance(1) {}
+    : m_pState(&State()), m_dBox{1, 1, 1, 0, 0, 0}, m_dMeshSize(1), m_dGeomTolerance(1) {}
 
 CQNLOptKer::~CQNLOptKer() = default;
 

@@ -5,26 +5,7 @@
 
 #include "support/scripted_kernel.h"
 
-CQNLOptKer::CQNLOptKer()
-    : m_pState(new MeshKernelState),
-      m_pLogTool(nullptr),
-      p_Node(nullptr),
-      p_Surfce(nullptr),
-      p_Cell(nullptr),
-      m_nMeshHeader0(0),
-      m_nNodes(0),
-      m_nCells(0),
-      m_nSurfaces(0),
-      m_nMeshWord56(0),
-      m_pIsPartNodeTemp(nullptr),
-      m_pNotRunnerNode(nullptr),
-      m_pNodeGlobalIdToLocal(nullptr),
-      m_pIsRunnerCell(nullptr),
-      m_nLogLevel(0),
-      m_bUseNodeLabel(0),
-      m_dBox{},
-      m_dMeshSize(0.0),
-      m_dGeomTolerance(0.0) {}
+CQNLOptKer::CQNLOptKer() : m_pState(new MeshKernelState) {}
 
 CQNLOptKer::~CQNLOptKer() {
     delete m_pState;

@@ -21,26 +21,7 @@ std::vector<std::pair<const double*, int>>& SmoothingCalls() {
     return calls;
 }
 
-CQNLOptKer::CQNLOptKer()
-    : m_pState(std::make_unique<MeshKernelState>().release()),
-      m_pLogTool(nullptr),
-      p_Node(nullptr),
-      p_Surfce(nullptr),
-      p_Cell(nullptr),
-      m_nMeshHeader0(0),
-      m_nNodes(0),
-      m_nCells(0),
-      m_nSurfaces(0),
-      m_nMeshWord56(0),
-      m_pIsPartNodeTemp(nullptr),
-      m_pNotRunnerNode(nullptr),
-      m_pNodeGlobalIdToLocal(nullptr),
-      m_pIsRunnerCell(nullptr),
-      m_nLogLevel(0),
-      m_bUseNodeLabel(0),
-      m_dBox{},
-      m_dMeshSize(0),
-      m_dGeomTolerance(0) {}
+CQNLOptKer::CQNLOptKer() : m_pState(std::make_unique<MeshKernelState>().release()) {}
 
 CQNLOptKer::~CQNLOptKer() {
     std::unique_ptr<MeshKernelState>{m_pState};

@@ -28,26 +28,7 @@ void Called(const char* name, const Values&... values) {
 using fake::Called;
 using fake::TheKernel;
 
-CQNLOptKer::CQNLOptKer()
-    : m_pState(nullptr),
-      m_pLogTool(nullptr),
-      p_Node(nullptr),
-      p_Surfce(nullptr),
-      p_Cell(nullptr),
-      m_nMeshHeader0(0),
-      m_nNodes(0),
-      m_nCells(0),
-      m_nSurfaces(0),
-      m_nMeshWord56(0),
-      m_pIsPartNodeTemp(nullptr),
-      m_pNotRunnerNode(nullptr),
-      m_pNodeGlobalIdToLocal(nullptr),
-      m_pIsRunnerCell(nullptr),
-      m_nLogLevel(0),
-      m_bUseNodeLabel(0),
-      m_dBox{},
-      m_dMeshSize(0.0),
-      m_dGeomTolerance(0.0) {
+CQNLOptKer::CQNLOptKer() {
     ++TheKernel().kernelsAlive;
 }
 
