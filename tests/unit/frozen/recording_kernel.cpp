@@ -1,18 +1,12 @@
 #include "recording_kernel.h"
 
-#include <algorithm>
-#include <array>
 #include <memory>
 
+#include "kernel/box_tree.h"
 #include "platform/CQNLOptKer.h"
 
 struct MeshKernelState {
-    struct Box {
-        int id;
-        std::array<double, 3> low;
-        std::array<double, 3> high;
-    };
-    std::vector<Box> boxes;
+    qnl::BoxTree tree;
     std::vector<int> found;
 };
 
@@ -56,19 +50,12 @@ void CQNLOptKer::SetADTreeRange(double, double, double, double, double, double, 
 
 void CQNLOptKer::AddSurfaceToADTree(int id, double xMin, double yMin, double zMin, double xMax, double yMax,
                                     double zMax) {
-    m_pState->boxes.push_back({id, {xMin, yMin, zMin}, {xMax, yMax, zMax}});
+    m_pState->tree.Add(id, {{xMin, yMin, zMin}, {xMax, yMax, zMax}});
 }
 
 int* CQNLOptKer::SearchNearBlockID(double xMin, double yMin, double zMin, double xMax, double yMax,
                                    double zMax, int& count, int) {
-    m_pState->found.clear();
-    for (const MeshKernelState::Box& box : m_pState->boxes) {
-        if (box.low[0] <= xMax && box.high[0] >= xMin && box.low[1] <= yMax && box.high[1] >= yMin &&
-            box.low[2] <= zMax && box.high[2] >= zMin) {
-            m_pState->found.push_back(box.id);
-        }
-    }
-    std::sort(m_pState->found.begin(), m_pState->found.end());
+    m_pState->tree.Find({{xMin, yMin, zMin}, {xMax, yMax, zMax}}, m_pState->found);
     count = static_cast<int>(m_pState->found.size());
     return m_pState->found.data();
 }
