@@ -65,12 +65,12 @@ int TypeCode(const toml::table& table) {
     if (node == nullptr) {
         return 0;
     }
-    const auto code = node->value_or(std::int64_t{0});
-    if (!node->is_integer() || code < std::numeric_limits<int>::min() ||
-        code > std::numeric_limits<int>::max()) {
+    const toml::value<std::int64_t>* code = node->as_integer();
+    if (code == nullptr || code->get() < std::numeric_limits<int>::min() ||
+        code->get() > std::numeric_limits<int>::max()) {
         throw MaterialFault(LineOf(*node), "\"type_code\" must be an integer of 32 bits");
     }
-    return static_cast<int>(code);
+    return static_cast<int>(code->get());
 }
 
 MaterialKind KindOf(const std::string& word) {

@@ -148,6 +148,8 @@ const std::vector<Rejection> kRejections = {
      ", line 3: \"type_code\" must be an integer of 32 bits"},
     {"TypeCodeReal", With(kBase, "type_code", "6.0"),
      ", line 3: \"type_code\" must be an integer of 32 bits"},
+    {"TypeCodeRealBeyondIntegers", With(kBase, "type_code", "1e84"),
+     ", line 3: \"type_code\" must be an integer of 32 bits"},
     {"TypeCodeTooLarge", With(kBase, "type_code", "2147483648"),
      ", line 3: \"type_code\" must be an integer of 32 bits"},
     {"NoFreezeTemperature", Without(kBase, "freeze_temperature"),
