@@ -11,6 +11,9 @@ void SkipLines(TokenReader& text, int count, std::string_view& line) {
     }
 }
 
+namespace {
+
+/// What follows a "[HEADER]" line. `line` becomes the last one passed.
 void ReadHead(TokenReader& text, AsciiHead& head, std::string_view& line) {
     double unused = 0.0;
     if (text.ReadInt(head.code) && text.ReadDouble(unused)) {
@@ -20,6 +23,8 @@ void ReadHead(TokenReader& text, AsciiHead& head, std::string_view& line) {
     text.ReadInt(head.nodes);
 }
 
+/// What follows a "[TIME STEPS]" line: the number of lines goes to m_nAsciiItemCount, their joined text,
+/// unless it is too long for it, to m_szTimeSteps. `line` becomes the last one passed.
 void ReadTimeSteps(FrozenLayerJob& job, TokenReader& text, std::string_view& line) {
     if (text.ReadInt(job.m_nAsciiItemCount)) {
         text.SkipBlanks();
@@ -33,6 +38,34 @@ void ReadTimeSteps(FrozenLayerJob& job, TokenReader& text, std::string_view& lin
     if (joined.size() < sizeof job.m_szTimeSteps) {
         *std::copy(joined.begin(), joined.end(), job.m_szTimeSteps) = '\0';
     }
+}
+
+}  // namespace
+
+bool ReadSections(FrozenLayerJob& job, TokenReader& text, const char* path, const char* marker,
+                  int skippedLines, const RecordReader& readRecords) {
+    AsciiHead head;
+    bool anyRecords = false;
+    std::string_view line;
+    while (text.ReadLine(kLineBuffer, line)) {
+        if (Holds(line, "[HEADER]")) {
+            ReadHead(text, head, line);
+        }
+        if (Holds(line, "[TIME STEPS]")) {
+            ReadTimeSteps(job, text, line);
+        }
+        if (Holds(line, marker)) {
+            SkipLines(text, skippedLines, line);
+            anyRecords = anyRecords || head.nodes >= 1;
+            if (!readRecords(text, head)) {
+                return false;
+            }
+        }
+    }
+    if (!anyRecords) {
+        ReportNoRecords(path, marker);
+    }
+    return true;
 }
 
 void ReportShortRecord(const char* path, const TokenReader& text, int record, const std::string& expected) {

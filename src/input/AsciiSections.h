@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -26,12 +27,14 @@ struct AsciiHead {
 /// Reads on over `count` lines; `line` is then the last of them that exists.
 void SkipLines(TokenReader& text, int count, std::string_view& line);
 
-/// What follows a "[HEADER]" line of the flow and cool layouts. `line` becomes the last one passed.
-void ReadHead(TokenReader& text, AsciiHead& head, std::string_view& line);
+/// Reads the records that follow a marker line; false ends the reading.
+using RecordReader = std::function<bool(TokenReader& text, const AsciiHead& head)>;
 
-/// What follows a "[TIME STEPS]" line: the number of lines goes to m_nAsciiItemCount, their joined text,
-/// unless it is too long for it, to m_szTimeSteps. `line` becomes the last one passed.
-void ReadTimeSteps(FrozenLayerJob& job, TokenReader& text, std::string_view& line);
+/// Reads a text of the flow or cool layout: heads and time steps where their lines stand and, behind each
+/// line that holds `marker`, `skippedLines` lines and the records, however many the head counts. Gives
+/// false when `readRecords` did; a text without records is recorded as a fault.
+bool ReadSections(FrozenLayerJob& job, TokenReader& text, const char* path, const char* marker,
+                  int skippedLines, const RecordReader& readRecords);
 
 /// Records that record `record` (from 1) of a text layout is not what the layout asks for.
 void ReportShortRecord(const char* path, const TokenReader& text, int record, const std::string& expected);

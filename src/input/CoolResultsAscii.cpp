@@ -9,6 +9,7 @@
 namespace {
 
 constexpr const char* kResults = "[PART VOLUME DATA]";
+constexpr int kLinesBeforeRecords = 3;
 
 struct CoolRecord {
     int id = 0;
@@ -63,26 +64,9 @@ int ReadCoolResultsAscii(FrozenLayerJob& job, const char* path) {
         qnl::ReportMissing(path);
         return -1;
     }
-    qnl::AsciiHead head;
-    bool anyRecords = false;
-    std::string_view line;
-    while (text->ReadLine(qnl::kLineBuffer, line)) {
-        if (qnl::Holds(line, "[HEADER]")) {
-            qnl::ReadHead(*text, head, line);
-        }
-        if (qnl::Holds(line, "[TIME STEPS]")) {
-            qnl::ReadTimeSteps(job, *text, line);
-        }
-        if (qnl::Holds(line, kResults)) {
-            qnl::SkipLines(*text, 3, line);
-            anyRecords = anyRecords || head.nodes >= 1;
-            if (!ReadRecords(job, *text, head.nodes, path)) {
-                return -1;
-            }
-        }
-    }
-    if (!anyRecords) {
-        qnl::ReportNoRecords(path, kResults);
-    }
-    return 1;
+    const bool whole = qnl::ReadSections(job, *text, path, kResults, kLinesBeforeRecords,
+                                         [&](qnl::TokenReader& records, const qnl::AsciiHead& head) {
+                                             return ReadRecords(job, records, head.nodes, path);
+                                         });
+    return whole ? 1 : -1;
 }

@@ -86,25 +86,9 @@ int ReadFlowResultsAscii(FrozenLayerJob& job, const char* path) {
         qnl::ReportMissing(path);
         return -1;
     }
-    qnl::AsciiHead head;
-    bool anyRecords = false;
-    std::string_view line;
-    while (text->ReadLine(qnl::kLineBuffer, line)) {
-        if (qnl::Holds(line, "[HEADER]")) {
-            qnl::ReadHead(*text, head, line);
-        }
-        if (qnl::Holds(line, "[TIME STEPS]")) {
-            qnl::ReadTimeSteps(job, *text, line);
-        }
-        if (qnl::Holds(line, kResults) && head.nodes >= 1) {
-            anyRecords = true;
-            if (!ReadRecords(job, *text, head, path)) {
-                return -1;
-            }
-        }
-    }
-    if (!anyRecords) {
-        qnl::ReportNoRecords(path, kResults);
-    }
-    return 1;
+    const bool whole = qnl::ReadSections(job, *text, path, kResults, 0,
+                                         [&](qnl::TokenReader& records, const qnl::AsciiHead& head) {
+                                             return ReadRecords(job, records, head, path);
+                                         });
+    return whole ? 1 : -1;
 }
