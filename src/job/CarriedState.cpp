@@ -17,5 +17,7 @@ void DropCarriedState(FrozenLayerJob& job) {
     job.m_bGasInCool = 0;
     job.m_bFillHasCoolingTime = 0;
     job.m_dKernelScratch = 3.0 * job.m_dGeomTolerance;
-    NewDataStorage(job);
+    job.m_nAsciiItemCount = 1;
+    job.m_szTimeSteps[0] = '\0';
+    ResetDataStorage(job);
 }

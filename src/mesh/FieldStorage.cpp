@@ -122,7 +122,7 @@ constexpr OwnedArray<double> FrozenLayerJob::*kReleasedArrays[] = {
 
 }  // namespace
 
-int NewDataStorage(FrozenLayerJob& job) {
+void ResetDataStorage(FrozenLayerJob& job) {
     const bool flow = Flow(job);
     CreateZeroed(job.m_pNodeData, job.m_nNodes);
     if (flow) {
@@ -137,6 +137,10 @@ int NewDataStorage(FrozenLayerJob& job) {
     if (job.m_bKernelFlag == 1 || job.m_bIsFlakeLightIntensity == 1) {
         CreateZeroed(job.m_pCellFiber, job.m_nCells);
     }
+}
+
+int NewDataStorage(FrozenLayerJob& job) {
+    ResetDataStorage(job);
     LogLine(job, "New Data StorageMemory end");
     return 1;
 }

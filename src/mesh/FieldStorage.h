@@ -7,6 +7,9 @@
 /// A count that cannot be allocated raises std::bad_alloc.
 int NewDataStorage(FrozenLayerJob& job);
 
+/// The same, told by no log line.
+void ResetDataStorage(FrozenLayerJob& job);
+
 /// Creates the computed node arrays that the presence flags ask for, m_nNodes + 1 entries each; one that
 /// exists is kept, and all are zeroed. Gives 1. Raises std::bad_alloc as above.
 int NewFrozenStorage(FrozenLayerJob& job);

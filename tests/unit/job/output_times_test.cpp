@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
+#include "job/CarriedState.h"
+#include "platform/CQNLOptKer.h"
 #include "platform/Faults.h"
+#include "support/captured_output.h"
 
 namespace {
 
@@ -66,4 +70,16 @@ TEST_F(OutputTimes, TheBaseResultPathComesBack) {
     EXPECT_EQ(witness_.resultFiles, (Names{"no such folder\\part1.fzr", "no such folder\\part1_001.fzr",
                                            "no such folder\\part1_002.fzr"}));
     EXPECT_EQ(job_.m_szResultFile.View(), "no such folder\\part1.fzr");
+}
+
+TEST(CarriedState, TextOfTimeStepsIsForgottenWithoutALogLine) {
+    FrozenLayerJob job;
+    job.m_nLogLevel = 1;
+    job.m_nAsciiItemCount = 7;
+    std::strcpy(job.m_szTimeSteps, "0.5\n");
+    CapturedOutput output;
+    DropCarriedState(job);
+    EXPECT_EQ(output.Text(), "");
+    EXPECT_EQ(job.m_nAsciiItemCount, 1);
+    EXPECT_STREQ(job.m_szTimeSteps, "");
 }
