@@ -1,7 +1,5 @@
 #include "ProjectInputs.h"
 
-#include <algorithm>
-
 #include "job/CommandLine.h"
 #include "platform/HostFiles.h"
 
@@ -24,17 +22,6 @@ void RequireFile(const std::string& path, const std::string& role) {
     }
 }
 
-void RequireOneStagePattern(const std::string& path) {
-    const auto found = std::count_if(
-        kStagePatterns.begin(), kStagePatterns.end(),
-        [&](const StagePattern& stage) { return path.find(stage.pattern) != std::string::npos; });
-    if (found > 1) {
-        throw InputProblem(NativePath(path) +
-                           ": the path holds the extensions of several stages, and the run would take it for"
-                           " all of them; rename the folder or the project");
-    }
-}
-
 void RequireShortWords(const StageFile& base) {
     for (const std::string& word : {base.Path(), base.directory, base.name}) {
         if (word.size() >= kWordBuffer) {
@@ -51,10 +38,12 @@ void RequireNamed(const std::string& named, const std::string& runFile, const st
     }
 }
 
-std::string NotAProject(const std::string& word) {
-    return NativePath(word) +
-           ": no stage result is found in this folder; a project holds them as"
-           " Analysis/Run<run>/<name><run>.k4f (or .k4p, .k4c, .k4hc, .k4w)";
+std::string NothingFound(const std::string& word, bool fibreProbe) {
+    return NativePath(word) + (fibreProbe
+                                   ? ": no fibre result is found in this folder; a project holds it as"
+                                     " Analysis/Run<run>/<name><run>.k4o"
+                                   : ": no stage result is found in this folder; a project holds them as"
+                                     " Analysis/Run<run>/<name><run>.k4f (or .k4p, .k4c, .k4hc, .k4w)");
 }
 
 }  // namespace
@@ -88,12 +77,11 @@ StageFile ChooseStageFile(const std::string& word, bool fibreProbe) {
             return file;
         }
     }
-    throw InputProblem(NotAProject(word));
+    throw InputProblem(NothingFound(word, fibreProbe));
 }
 
 void CheckProjectFiles(const StageFile& base) {
     RequireShortWords(base);
-    RequireOneStagePattern(base.Path());
     RequireFile(base.AtIndex(0).Sibling(".run"), "the run file, which names the mesh and the material");
     const ProjectInputs inputs = ReadProjectInputs(base);
     RequireNamed(inputs.meshFile, inputs.runFile, "mesh ([MESH], MeshCount = 1, Mesh1 = <file>)");
@@ -101,6 +89,21 @@ void CheckProjectFiles(const StageFile& base) {
     RequireNamed(inputs.materialFile, inputs.runFile,
                  "material ([MATERIAL], MaterialCount = 1, Material1 = <file>)");
     RequireFile(inputs.materialFile, "the material that " + NativePath(inputs.runFile) + " names");
+}
+
+std::string StagesNote(const StageFile& base) {
+    const std::string path = base.Path();
+    std::string stages;
+    int found = 0;
+    for (const StagePattern& stage : kStagePatterns) {
+        if (path.find(stage.pattern) != std::string::npos) {
+            stages += (found++ == 0 ? "" : " and ") + std::string(stage.title);
+        }
+    }
+    return found < 2 ? ""
+                     : NativePath(path) + ": the path holds the extensions of " + stages +
+                           ", and the run takes it for all of them; rename the folder or the project"
+                           " to evaluate one";
 }
 
 void CheckInputs(const StageFile& base, int intermediateTimes) {

@@ -22,8 +22,12 @@ ProjectInputs ReadProjectInputs(const StageFile& base);
 StageFile ChooseStageFile(const std::string& word, bool fibreProbe);
 
 /// Checks that the run file of a stage file's project, and the mesh and the material that it names, are
-/// there, and that the paths can be used. Raises InputProblem for the first thing that is wrong.
+/// there, and that the paths fit. Raises InputProblem for the first thing that is wrong.
 void CheckProjectFiles(const StageFile& base);
+
+/// A warning when the path of a base file holds the extensions of several stages, which the evaluation then
+/// takes for all of them; else empty.
+std::string StagesNote(const StageFile& base);
 
 /// Checks that everything that a run with intermediate times 1 to `intermediateTimes` reads is there.
 /// Raises InputProblem for the first thing that is missing.

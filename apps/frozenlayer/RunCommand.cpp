@@ -80,6 +80,9 @@ void AnnounceRun(const RunRequest& request, const StageFile& base, int intermedi
     std::cerr << "Evaluating " + NativePath(base.Path()) + ": " + StageTitle(base.extension) + ", run " +
                      base.run + ", base time and " + CountText(intermediateTimes, "intermediate time") +
                      ", " + (request.classic ? "classic" : "corrected") + " mode\n";
+    if (const std::string note = StagesNote(base); !note.empty()) {
+        std::cerr << "Warning: " + note + ".\n";
+    }
 }
 
 /// Why a run ended early, in words.

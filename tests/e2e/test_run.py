@@ -180,10 +180,19 @@ class RunTest(unittest.TestCase):
         self.check_fails(result, f"name the base file {project.file('box1.k4f')} instead")
         self.check_fails(run("run", project.file("box1.k4p")), f"{project.file('box1.k4p')} is missing")
         self.check_fails(run("run", project.root / "Mesh"), "no stage result is found")
+        self.check_fails(run("run", project.root, "--fibre-probe"), "no fibre result is found", ".k4o")
         self.check_fails(run("run", project.root / "Mesh/box.hdf"), "a file of a run is expected at")
         self.check_fails(run("run", project.root, "--intermediate-times", 3), "box1_003.k4f is missing")
         project.file("box1_001.k4f").unlink()
         self.check_fails(run("run", project.root), "box1_001.k4f is missing while")
+
+    def test_a_path_that_holds_two_stages_is_evaluated_as_both(self):
+        project = SmallProject(self)
+        root = project.root.rename(project.root.with_name("old.k4p"))
+        result = run("run", root, "--intermediate-times", 0)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertIn("the path holds the extensions of flow and pack, and the run takes it for all", result.stderr)
+        self.assertTrue((root / "Analysis/Run1/box1.fzr.pzr").is_file())
 
     def test_wrong_options(self):
         project = SmallProject(self)

@@ -166,6 +166,7 @@ TEST(ChooseStageFile, AFolderWithoutStageResultsIsNoProject) {
     const ScratchFolder folder;
     EXPECT_TRUE(
         Mentions(Refusal([&] { ChooseStageFile(folder.Path(), false); }), "no stage result is found"));
+    EXPECT_TRUE(Mentions(Refusal([&] { ChooseStageFile(folder.Path(), true); }), "no fibre result is found"));
 }
 
 TEST(CheckInputs, ACompleteProjectPasses) {
@@ -211,9 +212,11 @@ TEST(CheckInputs, AFolderInPlaceOfAFileIsTold) {
     EXPECT_TRUE(Mentions(Refusal([&] { CheckInputs(project.Base(), 0); }), "not a folder"));
 }
 
-TEST(CheckInputs, TwoStagesInOnePathAreRefused) {
-    StageFile file = SplitStagePath("old.k4w/Analysis/Run1/part1.k4c");
-    EXPECT_TRUE(Mentions(Refusal([&] { CheckInputs(file, 0); }), "extensions of several stages"));
+TEST(StagesNote, TellsOfAPathThatHoldsSeveralStages) {
+    EXPECT_EQ(StagesNote(SplitStagePath("old/Analysis/Run1/part1.k4c")), "");
+    EXPECT_EQ(StagesNote(SplitStagePath("old/Analysis/Run1/part1.k4o")), "");
+    EXPECT_TRUE(Mentions(StagesNote(SplitStagePath("old.k4w/Analysis/Run1/part1.k4c")),
+                         "the extensions of cool and warp, and"));
 }
 
 TEST(CheckInputs, APathThatDoesNotFitALauncherWordIsRefused) {
