@@ -24,6 +24,18 @@ TEST(MortonOrder, PointsOfOneCellKeepTheirOrder) {
     EXPECT_EQ(qnl::MortonOrder(points), (std::vector<int>{1, 2, 3, 0}));
 }
 
+TEST(MortonOrder, FlatPointsFollowTheAxesThatHaveExtent) {
+    const Points squareAcrossX{{5, 1, 1}, {5, 0, 1}, {5, 1, 0}, {5, 0, 0}};
+    EXPECT_EQ(qnl::MortonOrder(squareAcrossX), (std::vector<int>{3, 2, 1, 0}));
+    const Points line{{-2, 3, 9}, {-2, 3, 7}, {-2, 3, 8}};
+    EXPECT_EQ(qnl::MortonOrder(line), (std::vector<int>{1, 2, 0}));
+}
+
+TEST(MortonOrder, PointsOfOnePlaceKeepTheirOrder) {
+    EXPECT_EQ(qnl::MortonOrder({{1, 2, 3}}), std::vector<int>{0});
+    EXPECT_EQ(qnl::MortonOrder({{1, 2, 3}, {1, 2, 3}, {1, 2, 3}}), (std::vector<int>{0, 1, 2}));
+}
+
 TEST(MortonOrder, NoPointsHaveNoOrder) {
     EXPECT_TRUE(qnl::MortonOrder({}).empty());
 }
