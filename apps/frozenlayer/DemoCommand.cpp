@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "DemoProject.h"
 #include "NumberText.h"
 #include "ProjectPaths.h"
-#include "Subcommand.h"
 
 namespace qnl {
 
@@ -86,44 +86,52 @@ int WriteDemo(const DemoWords& words) {
     return std::cout.good() ? 0 : 1;
 }
 
-void AddOptions(CLI::App& command, DemoWords& words) {
-    command.add_option("DIR", words.folder, "Folder of the project; it must not exist yet, see --force")
-        ->type_name("PATH")
-        ->required();
-    command.add_option("--shape", words.shape, "plate; ribbed cover; or ring, a plate bent round")
-        ->check(CLI::IsMember(kShapes))
-        ->capture_default_str();
+template <typename Value>
+std::vector<std::string> NamesOf(const std::map<std::string, Value>& table) {
+    std::vector<std::string> names;
+    for (const auto& entry : table) {
+        names.push_back(entry.first);
+    }
+    return names;
+}
+
+void AddOptions(Subcommand& command, DemoWords& words) {
+    command.Add("DIR", words.folder, "Folder of the project; it must not exist yet, see --force")
+        .Type("PATH")
+        .Required();
+    command.Add("--shape", words.shape, "plate; ribbed cover; or ring, a plate bent round")
+        .OneOf(NamesOf(kShapes))
+        .ShowDefault();
     command
-        .add_option("--cells", words.cells,
-                    "About so many tetrahedra; the wall stays 2 mm thick, with six blocks of cells "
-                    "through it (fewer in parts below 55,000 cells), so that more cells make a "
-                    "larger part")
-        ->check(CLI::Range(kFewestDemoCells, kMostDemoCells))
-        ->type_name("N")
-        ->capture_default_str();
+        .Add("--cells", words.cells,
+             "About so many tetrahedra; the wall stays 2 mm thick, with six blocks of cells "
+             "through it (fewer in parts below 55,000 cells), so that more cells make a "
+             "larger part")
+        .Between(kFewestDemoCells, kMostDemoCells)
+        .Type("N")
+        .ShowDefault();
     command
-        .add_option("--stage", words.stage,
-                    "Stage of the results: flow and pack have eight output times, cool and warp one")
-        ->check(CLI::IsMember(kStages))
-        ->capture_default_str();
-    command.add_flag("--shuffle", words.shuffled, "Number cells and nodes at random, as benchmarks ask for");
-    command.add_flag("--force", words.force,
-                     "Write into a folder that exists; files of an earlier demo in it are replaced, "
-                     "other files stay");
+        .Add("--stage", words.stage,
+             "Stage of the results: flow and pack have eight output times, cool and warp one")
+        .OneOf(NamesOf(kStages))
+        .ShowDefault();
+    command.AddFlag("--shuffle", words.shuffled, "Number cells and nodes at random, as benchmarks ask for");
+    command.AddFlag("--force", words.force,
+                    "Write into a folder that exists; files of an earlier demo in it are replaced, "
+                    "other files stay");
 }
 
 }  // namespace
 
-void AddDemoCommand(CLI::App& app, int& exitCode) {
+void AddDemoCommand(Program& program) {
     auto words = std::make_shared<DemoWords>();
-    CLI::App& command =
-        AddSubcommand(app, exitCode,
-                      {"demo",
-                       "write a project with a generated part and an analytic cooling history",
-                       "Makes a project folder of any size, for trying out and for benchmarks: a conforming "
-                       "mesh of tetrahedra, a material, a run file and stage results.",
-                       {"frozenlayer demo --shape ring --cells 50000 my-ring", "frozenlayer run my-ring"}},
-                      [words] { return WriteDemo(*words); });
+    Subcommand command = program.AddSubcommand(
+        {"demo",
+         "write a project with a generated part and an analytic cooling history",
+         "Makes a project folder of any size, for trying out and for benchmarks: a conforming "
+         "mesh of tetrahedra, a material, a run file and stage results.",
+         {"frozenlayer demo --shape ring --cells 50000 my-ring", "frozenlayer run my-ring"}},
+        [words] { return WriteDemo(*words); });
     AddOptions(command, *words);
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "Subcommand.h"
 
 namespace qnl {
 
 /// "demo": writes a project with a generated mesh and an analytic cooling history.
-void AddDemoCommand(CLI::App& app, int& exitCode);
+void AddDemoCommand(Program& program);
 
 }  // namespace qnl

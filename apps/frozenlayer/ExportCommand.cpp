@@ -7,7 +7,6 @@
 #include "ResultExport.h"
 #include "ResultSeries.h"
 #include "RunReport.h"
-#include "Subcommand.h"
 
 namespace qnl {
 
@@ -23,33 +22,32 @@ int Export(const ExportRequest& request) {
 
 }  // namespace
 
-void AddExportCommand(CLI::App& app, int& exitCode) {
+void AddExportCommand(Program& program) {
     auto request = std::make_shared<ExportRequest>();
-    CLI::App& command = AddSubcommand(
-        app, exitCode,
+    Subcommand command = program.AddSubcommand(
         {"export",
          "write the surface with all items for other programs",
          "Reads the frozen-layer results of a run and writes the surface of the part with all items at all "
          "output times, and with wall thickness and time to freeze.",
          {"frozenlayer run examples/stepped-plate", "frozenlayer export examples/stepped-plate --out plate"}},
         [request] { return Export(*request); });
-    command.add_option("RESULT", request->results.words, kSeriesHelp)->type_name("PATH")->required();
+    command.Add("RESULT", request->results.words, kSeriesHelp).Type("PATH").Required();
     command
-        .add_option("--out", request->out,
-                    "Name that the files begin with: NAME_0001 and so on by time, NAME_static with "
-                    "wall thickness and time to freeze, and NAME.pvd (NAME.hdf.series, "
-                    "NAME_times.csv), which lists them by time")
-        ->type_name("NAME")
-        ->required();
+        .Add("--out", request->out,
+             "Name that the files begin with: NAME_0001 and so on by time, NAME_static with "
+             "wall thickness and time to freeze, and NAME.pvd (NAME.hdf.series, "
+             "NAME_times.csv), which lists them by time")
+        .Type("NAME")
+        .Required();
     command
-        .add_option("--to", request->format,
-                    "pvd: .vtp files, polygons; vtu: .vtu files, a grid of the faces; hdf: the same grid as "
-                    "VTKHDF files; csv: one row a node with label, x, y, z, values")
-        ->check(CLI::IsMember(ExportFormats()))
-        ->capture_default_str();
-    command.add_flag("--compress", request->compress,
-                     "Store the arrays of .vtp, .vtu and .hdf files compressed by zlib");
-    command.add_flag("--force", request->force, "Replace files of these names");
+        .Add("--to", request->format,
+             "pvd: .vtp files, polygons; vtu: .vtu files, a grid of the faces; hdf: the same grid as "
+             "VTKHDF files; csv: one row a node with label, x, y, z, values")
+        .OneOf(ExportFormats())
+        .ShowDefault();
+    command.AddFlag("--compress", request->compress,
+                    "Store the arrays of .vtp, .vtu and .hdf files compressed by zlib");
+    command.AddFlag("--force", request->force, "Replace files of these names");
 }
 
 }  // namespace qnl

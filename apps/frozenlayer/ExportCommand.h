@@ -1,10 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "Subcommand.h"
 
 namespace qnl {
 
 /// "export": the surface with its values, for other programs.
-void AddExportCommand(CLI::App& app, int& exitCode);
+void AddExportCommand(Program& program);
 
 }  // namespace qnl

@@ -9,31 +9,16 @@
 #include "ImportReport.h"
 #include "ImportedCase.h"
 #include "ImportedProject.h"
-#include "NumberText.h"
-#include "Subcommand.h"
 
 namespace qnl {
 
 namespace {
 
-/// Any range takes what is not a number; this one does not. `limit` describes it in the help.
-CLI::Validator FiniteFrom(double lowest, double highest, const std::string& limit) {
-    return {[lowest, highest](const std::string& text) {
-                double number = 0.0;
-                const bool fits =
-                    CLI::detail::lexical_cast(text, number) && number >= lowest && number <= highest;
-                return fits
-                           ? std::string()
-                           : text + " is no number from " + NumberText(lowest) + " to " + NumberText(highest);
-            },
-            limit};
-}
-
 constexpr double kSmallest = 1e-6;
 constexpr double kLargest = 1e6;
 constexpr double kAbsoluteZero = -273.15;
 
-void AddArrayOptions(CLI::App& command, ImportRequest& request) {
+void AddArrayOptions(Subcommand& command, ImportRequest& request) {
     for (const QuantityRule& rule : kQuantityRules) {
         std::string help = std::string("Array that holds the ") + rule.name + ", " + rule.unit;
         help += rule.quantity == Quantity::Temperature ? " or as --temperature-unit says" : "";
@@ -43,96 +28,93 @@ void AddArrayOptions(CLI::App& command, ImportRequest& request) {
         help += rule.quantity == Quantity::Velocity ? " after conversion from length units per second" : "";
         help +=
             rule.names[0].empty() ? "; not looked for by itself" : "; usual names are found by themselves";
-        command.add_option(rule.option, request.*rule.request, help)->type_name("ARRAY");
+        command.Add(rule.option, request.*rule.request, help).Type("ARRAY");
     }
 }
 
-void AddUnitOptions(CLI::App& command, ImportRequest& request) {
-    command.add_option("--temperature-unit", request.temperatureUnit, "Unit of the temperatures")
-        ->check(CLI::IsMember(std::vector<std::string>{"K", "degC"}))
-        ->capture_default_str();
-    command.add_option("--pressure-unit", request.pressureUnit, "Unit of the array of --pressure-array")
-        ->check(CLI::IsMember(std::vector<std::string>{"MPa", "Pa", "bar"}))
-        ->capture_default_str();
-    command.add_option("--length-unit", request.lengthUnit, "Unit of the coordinates")
-        ->check(CLI::IsMember(std::vector<std::string>{"m", "mm", "cm", "in"}))
-        ->capture_default_str();
+void AddUnitOptions(Subcommand& command, ImportRequest& request) {
+    command.Add("--temperature-unit", request.temperatureUnit, "Unit of the temperatures")
+        .OneOf({"K", "degC"})
+        .ShowDefault();
+    command.Add("--pressure-unit", request.pressureUnit, "Unit of the array of --pressure-array")
+        .OneOf({"MPa", "Pa", "bar"})
+        .ShowDefault();
+    command.Add("--length-unit", request.lengthUnit, "Unit of the coordinates")
+        .OneOf({"m", "mm", "cm", "in"})
+        .ShowDefault();
     command
-        .add_option("--times", request.times,
-                    "Times of the output times in s, T1,T2,..., in the order of the files; without it "
-                    "those that the files tell")
-        ->type_name("T,...")
-        ->check(FiniteFrom(-kLargest, kLargest, ""))
-        ->delimiter(',')
-        ->allow_extra_args(false);
+        .Add("--times", request.times,
+             "Times of the output times in s, T1,T2,..., in the order of the files; without it "
+             "those that the files tell")
+        .Type("T,...")
+        .Between(-kLargest, kLargest, "")
+        .CommaSeparated();
 }
 
-void AddMeshOptions(CLI::App& command, ImportRequest& request) {
+void AddMeshOptions(Subcommand& command, ImportRequest& request) {
     command
-        .add_option("--region-array", request.regionArray,
-                    "Cell array with region numbers; every region is part unless --runner or --special "
-                    "names it. Without it an array \"Region\" of 0 part, 1 runner, 2 special is used")
-        ->type_name("ARRAY");
+        .Add("--region-array", request.regionArray,
+             "Cell array with region numbers; every region is part unless --runner or --special "
+             "names it. Without it an array \"Region\" of 0 part, 1 runner, 2 special is used")
+        .Type("ARRAY");
     for (auto& [option, numbers, kind] :
          {std::tuple{"--runner", &request.runner, "the runner"},
           std::tuple{"--special", &request.special, "special cells: runner side, results cleared"}}) {
-        command.add_option(option, *numbers, std::string("Region numbers, N1,N2,..., of ") + kind)
-            ->type_name("N,...")
-            ->delimiter(',')
-            ->allow_extra_args(false)
-            ->needs("--region-array");
+        command.Add(option, *numbers, std::string("Region numbers, N1,N2,..., of ") + kind)
+            .Type("N,...")
+            .CommaSeparated()
+            .Needs("--region-array");
     }
     command
-        .add_option("--wall", request.wall,
-                    "Nominal wall, mm: sets the geometric tolerance to half of it; without it the part "
-                    "volume by its surface is taken")
-        ->type_name("MM")
-        ->check(FiniteFrom(kSmallest, kLargest, "POSITIVE"));
+        .Add("--wall", request.wall,
+             "Nominal wall, mm: sets the geometric tolerance to half of it; without it the part "
+             "volume by its surface is taken")
+        .Type("MM")
+        .Between(kSmallest, kLargest, "POSITIVE");
 }
 
-void AddMaterialOptions(CLI::App& command, ImportRequest& request) {
-    auto* material = command.add_option("--material", request.material, "Material file");
-    material->type_name("FILE");
+void AddMaterialOptions(Subcommand& command, ImportRequest& request) {
+    command.Add("--material", request.material, "Material file").Type("FILE");
     command
-        .add_option("--freeze-temperature", request.freezeTemperature,
-                    "Freeze temperature, degC, instead of a material file")
-        ->type_name("DEGC")
-        ->check(FiniteFrom(kAbsoluteZero, kLargest, ""))
-        ->excludes(material);
+        .Add("--freeze-temperature", request.freezeTemperature,
+             "Freeze temperature, degC, instead of a material file")
+        .Type("DEGC")
+        .Between(kAbsoluteZero, kLargest, "")
+        .Excludes("--material");
     command
-        .add_option("--pressure", request.pressure,
-                    "Pressure, MPa, at which density and volume shrinkage are computed from the "
-                    "material's Tait law when the files give none; shrinkage is against 25 degC and "
-                    "0.1 MPa")
-        ->type_name("MPA")
-        ->excludes("--pressure-array")
-        ->check(FiniteFrom(0.0, kLargest, "NONNEGATIVE"))
-        ->capture_default_str();
+        .Add("--pressure", request.pressure,
+             "Pressure, MPa, at which density and volume shrinkage are computed from the "
+             "material's Tait law when the files give none; shrinkage is against 25 degC and "
+             "0.1 MPa")
+        .Type("MPA")
+        .Excludes("--pressure-array")
+        .Between(0.0, kLargest, "NONNEGATIVE")
+        .ShowDefault();
 }
 
 }  // namespace
 
-void AddImportOptions(CLI::App& command, ImportRequest& request) {
+void AddImportOptions(Subcommand& command, ImportRequest& request) {
     command
-        .add_option("FILES", request.files,
-                    "One time series (.pvd, .case, .cgns, .exo, .foam), or files that are one output "
-                    "time each (.vtu, .vtk, .hdf); the last time becomes the base time")
-        ->type_name("PATH")
-        ->required();
-    command.add_option("--stage", request.stage, "Stage that the results belong to")
-        ->check(CLI::IsMember(std::vector<std::string>{"flow", "pack", "cool", "warp"}))
-        ->capture_default_str();
+        .Add("FILES", request.files,
+             "One time series (.pvd, .case, .cgns, .exo, .foam), or files that are one output "
+             "time each (.vtu, .vtk, .hdf); the last time becomes the base time")
+        .Type("PATH")
+        .Required();
+    command.Add("--stage", request.stage, "Stage that the results belong to")
+        .OneOf({"flow", "pack", "cool", "warp"})
+        .ShowDefault();
     AddArrayOptions(command, request);
     AddUnitOptions(command, request);
     AddMeshOptions(command, request);
     AddMaterialOptions(command, request);
     command
-        .add_option("--allow-missing", request.allowMissing,
-                    "Share of the nodes, %, whose values may be no numbers; they are filled from their "
-                    "neighbours")
-        ->type_name("PERCENT")
-        ->check(FiniteFrom(0.0, 100.0, "FLOAT in [0 - 100]"))
-        ->capture_default_str();
+        .Add("--allow-missing", request.allowMissing,
+             "Share of the nodes, %, whose values may be no numbers; they are filled from their "
+             "neighbours")
+        .Type("PERCENT")
+        .Between(0.0, 100.0, "FLOAT in [0 - 100]")
+        .ShowDefault();
 }
 
 std::string ImportProject(const ImportRequest& request) {
@@ -148,26 +130,25 @@ std::string ImportProject(const ImportRequest& request) {
     return project.stageFile;
 }
 
-void AddImportCommand(CLI::App& app, int& exitCode) {
+void AddImportCommand(Program& program) {
     auto request = std::make_shared<ImportRequest>();
-    CLI::App& command =
-        AddSubcommand(app, exitCode,
-                      {"import",
-                       "make a project from a mesh with results of another program",
-                       "Reads a mesh with temperatures (or displacements) in a format of another program, "
-                       "and makes a complete project folder: mesh, material, run file, stage results. Prints "
-                       "what it found: cells, regions, the arrays chosen with their ranges, output times. "
-                       "docs/import.md tells more about formats and arrays.",
-                       {"frozenlayer import examples/stepped-plate-vtu/b.pvd --out plate --material "
-                        "examples/stepped-plate/Material/pp.toml",
-                        "frozenlayer run plate"}},
-                      [request] {
-                          ImportProject(*request);
-                          return std::cout.good() ? 0 : 1;
-                      });
+    Subcommand command = program.AddSubcommand(
+        {"import",
+         "make a project from a mesh with results of another program",
+         "Reads a mesh with temperatures (or displacements) in a format of another program, "
+         "and makes a complete project folder: mesh, material, run file, stage results. Prints "
+         "what it found: cells, regions, the arrays chosen with their ranges, output times. "
+         "docs/import.md tells more about formats and arrays.",
+         {"frozenlayer import examples/stepped-plate-vtu/b.pvd --out plate --material "
+          "examples/stepped-plate/Material/pp.toml",
+          "frozenlayer run plate"}},
+        [request] {
+            ImportProject(*request);
+            return std::cout.good() ? 0 : 1;
+        });
     AddImportOptions(command, *request);
-    command.add_option("--out", request->folder, "Project folder to make")->type_name("FOLDER")->required();
-    command.add_flag("--force", request->force, "Replace a project that stands there");
+    command.Add("--out", request->folder, "Project folder to make").Type("FOLDER").Required();
+    command.AddFlag("--force", request->force, "Replace a project that stands there");
 }
 
 }  // namespace qnl

@@ -1,19 +1,20 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include <string>
 
 #include "ImportRequest.h"
+#include "Subcommand.h"
 
 namespace qnl {
 
 /// Adds the files and options of an import, all but the project folder.
-void AddImportOptions(CLI::App& command, ImportRequest& request);
+void AddImportOptions(Subcommand& command, ImportRequest& request);
 
 /// Reads the foreign files and writes the project folder; tells what was found on standard output and
 /// warnings on standard error. Gives the stage file of the base time. Raises std::runtime_error.
 std::string ImportProject(const ImportRequest& request);
 
 /// "import": makes a project folder from a mesh with results of another program.
-void AddImportCommand(CLI::App& app, int& exitCode);
+void AddImportCommand(Program& program);
 
 }  // namespace qnl

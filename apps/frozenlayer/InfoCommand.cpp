@@ -9,7 +9,6 @@
 #include "FaultReport.h"
 #include "FileKind.h"
 #include "ProjectPaths.h"
-#include "Subcommand.h"
 
 namespace qnl {
 
@@ -67,23 +66,22 @@ int Inform(const InfoRequest& request) {
 
 }  // namespace
 
-void AddInfoCommand(CLI::App& app, int& exitCode) {
+void AddInfoCommand(Program& program) {
     auto request = std::make_shared<InfoRequest>();
-    CLI::App& command =
-        AddSubcommand(app, exitCode,
-                      {"info",
-                       "tell what a file or a project folder holds",
-                       "Tells the kind of a file by its content, and prints what stands in it: sizes, items "
-                       "with their ranges and units, times, names of other files.",
-                       {"frozenlayer info examples/ribbed-cover/Mesh/cover.hdf"}},
-                      [request] { return Inform(*request); });
+    Subcommand command = program.AddSubcommand(
+        {"info",
+         "tell what a file or a project folder holds",
+         "Tells the kind of a file by its content, and prints what stands in it: sizes, items "
+         "with their ranges and units, times, names of other files.",
+         {"frozenlayer info examples/ribbed-cover/Mesh/cover.hdf"}},
+        [request] { return Inform(*request); });
     command
-        .add_option("FILE", request->path,
-                    "Mesh, stage or frozen-layer result, thickness file, search file, material, run file or "
-                    "project folder")
-        ->type_name("PATH")
-        ->required();
-    command.add_flag("--json", request->json, "Print one JSON object, for machines");
+        .Add("FILE", request->path,
+             "Mesh, stage or frozen-layer result, thickness file, search file, material, run file or "
+             "project folder")
+        .Type("PATH")
+        .Required();
+    command.AddFlag("--json", request->json, "Print one JSON object, for machines");
 }
 
 }  // namespace qnl

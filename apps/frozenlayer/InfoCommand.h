@@ -1,10 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "Subcommand.h"
 
 namespace qnl {
 
 /// "info": tells what a file or a project folder holds.
-void AddInfoCommand(CLI::App& app, int& exitCode);
+void AddInfoCommand(Program& program);
 
 }  // namespace qnl

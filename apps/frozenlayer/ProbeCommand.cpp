@@ -11,7 +11,6 @@
 #include "RayProbeReport.h"
 #include "ResultSeries.h"
 #include "RunReport.h"
-#include "Subcommand.h"
 
 namespace qnl {
 
@@ -66,29 +65,27 @@ int ProbeNodes(const ProbeWords& words) {
 
 }  // namespace
 
-void AddProbeCommand(CLI::App& app, int& exitCode) {
+void AddProbeCommand(Program& program) {
     auto words = std::make_shared<ProbeWords>();
-    CLI::App& command =
-        AddSubcommand(app, exitCode,
-                      {"probe",
-                       "tell the temperatures over depth below surface nodes",
-                       "Follows the inward normal of surface nodes through the wall and prints depth, "
-                       "temperature, frozen or not and element at every output time, as rows of CSV.",
-                       {"frozenlayer run examples/stepped-plate",
-                        "frozenlayer probe examples/stepped-plate --point 10,15,0"}},
-                      [words] { return ProbeNodes(*words); });
-    command.add_option("RESULT", words->request.results.words, kSeriesHelp)->type_name("PATH")->required();
-    command.add_option("--node", words->request.labels, "Labels of surface nodes")->type_name("LABEL");
+    Subcommand command = program.AddSubcommand(
+        {"probe",
+         "tell the temperatures over depth below surface nodes",
+         "Follows the inward normal of surface nodes through the wall and prints depth, "
+         "temperature, frozen or not and element at every output time, as rows of CSV.",
+         {"frozenlayer run examples/stepped-plate",
+          "frozenlayer probe examples/stepped-plate --point 10,15,0"}},
+        [words] { return ProbeNodes(*words); });
+    command.Add("RESULT", words->request.results.words, kSeriesHelp).Type("PATH").Required();
+    command.Add("--node", words->request.labels, "Labels of surface nodes").Type("LABEL");
+    command.Add("--point", words->points, "Places in mm; each stands for the surface node nearest to it")
+        .Type("x,y,z")
+        .Check(CheckPoint);
     command
-        .add_option("--point", words->points, "Places in mm; each stands for the surface node nearest to it")
-        ->type_name("x,y,z")
-        ->check(CheckPoint);
-    command
-        .add_option("--out", words->request.out,
-                    "Write NAME.csv and NAME.vtp, polylines with the same numbers; without it the rows "
-                    "go to standard output")
-        ->type_name("NAME");
-    command.add_flag("--force", words->request.force, "Replace files of these names");
+        .Add("--out", words->request.out,
+             "Write NAME.csv and NAME.vtp, polylines with the same numbers; without it the rows "
+             "go to standard output")
+        .Type("NAME");
+    command.AddFlag("--force", words->request.force, "Replace files of these names");
 }
 
 }  // namespace qnl

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "Subcommand.h"
 
 namespace qnl {
 
 /// "probe": the temperatures below surface nodes.
-void AddProbeCommand(CLI::App& app, int& exitCode);
+void AddProbeCommand(Program& program);
 
 }  // namespace qnl

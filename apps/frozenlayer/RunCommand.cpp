@@ -16,10 +16,9 @@
 #include "RunProgress.h"
 #include "RunReport.h"
 #include "StreamRedirection.h"
-#include "Subcommand.h"
-#include "host/HostSystem.h"
 #include "ViewCommand.h"
 #include "WrittenFiles.h"
+#include "host/HostSystem.h"
 #include "job/EntryRoutine.h"
 
 namespace qnl {
@@ -159,52 +158,51 @@ std::string CheckIntermediateTimes(const std::string& text) {
     return isCount || text == "auto" ? "" : "auto or a whole number of at least 0 is expected";
 }
 
-void AddOptions(CLI::App& command, RunRequest& request) {
+void AddOptions(Subcommand& command, RunRequest& request) {
     constexpr int kMostThreads = 4096;
     constexpr int kMostLogging = 9;
     command
-        .add_option("RESULT", request.target,
-                    "Base stage file <project>/Analysis/Run<run>/<name><run>.<extension>, or the project "
-                    "folder: its latest run, first of flow, pack, cool, heating-cooling, warp")
-        ->type_name("PATH")
-        ->required();
+        .Add("RESULT", request.target,
+             "Base stage file <project>/Analysis/Run<run>/<name><run>.<extension>, or the project "
+             "folder: its latest run, first of flow, pack, cool, heating-cooling, warp")
+        .Type("PATH")
+        .Required();
     command
-        .add_option("--analysis-code", request.analysisCode,
-                    "Analysis code of the project: 1, 4, 6, 7, 8, 9 have intermediate output times, "
-                    "1, 6, 7, 8 may be gas-assisted")
-        ->type_name("CODE")
-        ->capture_default_str();
+        .Add("--analysis-code", request.analysisCode,
+             "Analysis code of the project: 1, 4, 6, 7, 8, 9 have intermediate output times, "
+             "1, 6, 7, 8 may be gas-assisted")
+        .Type("CODE")
+        .ShowDefault();
     command
-        .add_option("--intermediate-times", request.intermediateTimes,
-                    "Evaluate RESULT_001 to RESULT_N after the base time; auto: as many as there are")
-        ->type_name("auto|N")
-        ->check(CheckIntermediateTimes)
-        ->capture_default_str();
+        .Add("--intermediate-times", request.intermediateTimes,
+             "Evaluate RESULT_001 to RESULT_N after the base time; auto: as many as there are")
+        .Type("auto|N")
+        .Check(CheckIntermediateTimes)
+        .ShowDefault();
     command
-        .add_option("--log-level", request.logLevel,
-                    "Messages of the evaluation: 0 none, 1 progress and report, 2 diagnostics")
-        ->type_name("LEVEL")
-        ->check(CLI::Range(0, kMostLogging))
-        ->capture_default_str();
+        .Add("--log-level", request.logLevel,
+             "Messages of the evaluation: 0 none, 1 progress and report, 2 diagnostics")
+        .Type("LEVEL")
+        .Between(0, kMostLogging)
+        .ShowDefault();
+    command.Add("--threads", request.threads, "Worker threads; without it as many as the machine runs")
+        .Type("N")
+        .Between(1, kMostThreads);
+    command.AddFlag("--fibre-probe,--fiber-probe", request.fibreProbe,
+                    "Print the fibre orientation along the normal of listed or typed nodes instead");
     command
-        .add_option("--threads", request.threads, "Worker threads; without it as many as the machine runs")
-        ->type_name("N")
-        ->check(CLI::Range(1, kMostThreads));
-    command.add_flag("--fibre-probe,--fiber-probe", request.fibreProbe,
-                     "Print the fibre orientation along the normal of listed or typed nodes instead");
+        .Add("--view", request.view,
+             "Write a page that shows the results in a browser; one of that name is replaced")
+        .Type("FILE.html")
+        .Check(CheckPageName);
     command
-        .add_option("--view", request.view,
-                    "Write a page that shows the results in a browser; one of that name is replaced")
-        ->type_name("FILE.html")
-        ->check(CheckPageName);
-    command
-        .add_option("--export", request.exportName,
-                    "Write the surface with all items as NAME.pvd and .vtp files; files of these names "
-                    "are replaced")
-        ->type_name("NAME");
-    command.add_flag("--classic", request.classic,
-                     "Carry state from one output time to the next (see docs/modes.md); without it "
-                     "each output time is evaluated on its own");
+        .Add("--export", request.exportName,
+             "Write the surface with all items as NAME.pvd and .vtp files; files of these names "
+             "are replaced")
+        .Type("NAME");
+    command.AddFlag("--classic", request.classic,
+                    "Carry state from one output time to the next (see docs/modes.md); without it "
+                    "each output time is evaluated on its own");
 }
 
 }  // namespace
@@ -215,10 +213,9 @@ int RunStage(const std::string& stageFile) {
     return Run(request);
 }
 
-void AddRunCommand(CLI::App& app, int& exitCode) {
+void AddRunCommand(Program& program) {
     auto request = std::make_shared<RunRequest>();
-    CLI::App& command = AddSubcommand(
-        app, exitCode,
+    Subcommand command = program.AddSubcommand(
         {"run",
          "evaluate the frozen layer at every output time of a stage",
          "Reads the mesh, the material and the stage results of a project folder, and writes beside them one "

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
+
+#include "Subcommand.h"
 
 namespace qnl {
 
@@ -9,6 +10,6 @@ namespace qnl {
 int RunStage(const std::string& stageFile);
 
 /// "run": evaluates a stage of a project.
-void AddRunCommand(CLI::App& app, int& exitCode);
+void AddRunCommand(Program& program);
 
 }  // namespace qnl

@@ -11,7 +11,6 @@
 #include "ReportPage.h"
 #include "ResultSeries.h"
 #include "RunCommand.h"
-#include "Subcommand.h"
 #include "ViewCommand.h"
 
 namespace qnl {
@@ -74,25 +73,25 @@ int Show(ShowRequest request) {
 
 }  // namespace
 
-void AddShowCommand(CLI::App& app, int& exitCode) {
+void AddShowCommand(Program& program) {
     auto request = std::make_shared<ShowRequest>();
-    CLI::App& command = AddSubcommand(app, exitCode,
-                                      {"show",
-                                       "import, run and view in one command",
-                                       "Reads a mesh with temperatures of another program as import does, "
-                                       "evaluates it and writes a page that shows the results in a browser.",
-                                       {"frozenlayer show examples/stepped-plate-vtu/b.pvd --material "
-                                        "examples/stepped-plate/Material/pp.toml --out report.html"}},
-                                      [request] { return Show(*request); });
+    Subcommand command =
+        program.AddSubcommand({"show",
+                               "import, run and view in one command",
+                               "Reads a mesh with temperatures of another program as import does, "
+                               "evaluates it and writes a page that shows the results in a browser.",
+                               {"frozenlayer show examples/stepped-plate-vtu/b.pvd --material "
+                                "examples/stepped-plate/Material/pp.toml --out report.html"}},
+                              [request] { return Show(*request); });
     AddImportOptions(command, request->import);
-    command.add_option("--out", request->page, "The page, one file that needs no network")
-        ->type_name("FILE.html")
-        ->check(CheckPageName)
-        ->required();
-    auto* keep = command.add_option("--keep", request->import.folder,
-                                    "Project folder to make; without it the project is temporary");
-    keep->type_name("FOLDER");
-    command.add_flag("--force", request->import.force, "Replace a project that stands there")->needs(keep);
+    command.Add("--out", request->page, "The page, one file that needs no network")
+        .Type("FILE.html")
+        .Check(CheckPageName)
+        .Required();
+    command
+        .Add("--keep", request->import.folder, "Project folder to make; without it the project is temporary")
+        .Type("FOLDER");
+    command.AddFlag("--force", request->import.force, "Replace a project that stands there").Needs("--keep");
 }
 
 }  // namespace qnl

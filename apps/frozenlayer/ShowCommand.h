@@ -1,10 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "Subcommand.h"
 
 namespace qnl {
 
 /// "show": import, run and view in one command.
-void AddShowCommand(CLI::App& app, int& exitCode);
+void AddShowCommand(Program& program);
 
 }  // namespace qnl

@@ -8,7 +8,6 @@
 #include "ProjectPaths.h"
 #include "ReportPage.h"
 #include "ResultSeries.h"
-#include "Subcommand.h"
 
 namespace qnl {
 
@@ -38,10 +37,9 @@ std::string CheckPageName(const std::string& name) {
                : folder + " is no folder: make it first, or name another place";
 }
 
-void AddViewCommand(CLI::App& app, int& exitCode) {
+void AddViewCommand(Program& program) {
     auto request = std::make_shared<ReportRequest>();
-    CLI::App& command = AddSubcommand(
-        app, exitCode,
+    Subcommand command = program.AddSubcommand(
         {"view",
          "write a page that shows results in a browser",
          "Reads the frozen-layer results of a run and writes one file with the part in 3-D, values and "
@@ -49,13 +47,12 @@ void AddViewCommand(CLI::App& app, int& exitCode) {
          {"frozenlayer run examples/stepped-plate",
           "frozenlayer view examples/stepped-plate --out report.html"}},
         [request] { return View(*request); });
-    command.add_option("RESULT", request->results.words, kSeriesHelp)->type_name("PATH")->required();
+    command.Add("RESULT", request->results.words, kSeriesHelp).Type("PATH").Required();
     command
-        .add_option("--out", request->out,
-                    "The page, one file that needs no network; one of that name is replaced")
-        ->type_name("FILE.html")
-        ->check(CheckPageName)
-        ->required();
+        .Add("--out", request->out, "The page, one file that needs no network; one of that name is replaced")
+        .Type("FILE.html")
+        .Check(CheckPageName)
+        .Required();
 }
 
 }  // namespace qnl

@@ -1,11 +1,13 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include <string>
+
+#include "Subcommand.h"
 
 namespace qnl {
 
 /// "view": one self-contained page that shows results in a browser.
-void AddViewCommand(CLI::App& app, int& exitCode);
+void AddViewCommand(Program& program);
 
 /// Empty for a name that a page may have, else what is wrong with it.
 std::string CheckPageName(const std::string& name);
