@@ -22,7 +22,7 @@ std::string WithoutEnding(const std::string& out, std::initializer_list<std::str
 }  // namespace
 
 std::string NameOfOutput(const std::string& out, std::initializer_list<std::string_view> endings) {
-    const std::string name = WithoutEnding(out, endings);
+    std::string name = WithoutEnding(out, endings);
     const std::filesystem::path path(NativePath(name));
     if (path.filename().empty()) {
         throw InputProblem("\"" + out + "\" names no file: give --out a name, such as --out part");

@@ -64,7 +64,7 @@ ProjectInputs ReadProjectInputs(const StageFile& base) {
 StageFile ChooseStageFile(const std::string& word, bool fibreProbe) {
     if (!FolderExists(word)) {
         RequireFile(word, "the stage result to evaluate");
-        const StageFile file = SplitStagePath(word);
+        StageFile file = SplitStagePath(word);
         if (file.index > 0) {
             throw InputProblem(NativePath(word) + " is intermediate output time " +
                                std::to_string(file.index) + ": name the base file " +

@@ -118,6 +118,7 @@ std::vector<std::string> WriteAll(const Format& format, const std::vector<std::s
 
 std::vector<std::string> ExportFormats() {
     std::vector<std::string> names;
+    names.reserve(kFormats.size());
     for (const Format& format : kFormats) {
         names.emplace_back(format.name);
     }

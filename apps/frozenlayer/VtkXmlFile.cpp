@@ -50,10 +50,9 @@ public:
     /// Takes an array up and gives the element that refers to it.
     template <typename Value>
     std::string Add(const std::string& name, int components, const std::vector<Value>& values) {
-        std::string element = std::string("<DataArray type=\"") + TypeName<Value>::kText +
-                                    "\" Name=\"" + XmlText(name) + "\" NumberOfComponents=\"" +
-                                    std::to_string(components) + "\" format=\"appended\" offset=\"" +
-                                    std::to_string(bytes_.size()) + "\"/>\n";
+        std::string element = std::string("<DataArray type=\"") + TypeName<Value>::kText + "\" Name=\"" +
+                              XmlText(name) + "\" NumberOfComponents=\"" + std::to_string(components) +
+                              "\" format=\"appended\" offset=\"" + std::to_string(bytes_.size()) + "\"/>\n";
         const std::uint64_t length = values.size() * sizeof(Value);
         if (storage_ == Storage::Compressed) {
             PutCompressed(reinterpret_cast<const unsigned char*>(values.data()), length);

@@ -1,4 +1,6 @@
 #include <array>
+#include <cstdio>
+#include <exception>
 
 #include "DemoCommand.h"
 #include "ExportCommand.h"
@@ -21,11 +23,14 @@ constexpr std::array<AddSubcommand, 8> kSubcommands{
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     qnl::UseUtf8Output();
     qnl::Program program;
     for (const AddSubcommand add : kSubcommands) {
         add(program);
     }
     return program.Perform(argc, argv);
+} catch (const std::exception& failure) {
+    std::fprintf(stderr, "frozenlayer: %s\n", failure.what());
+    return 1;
 }
