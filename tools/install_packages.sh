@@ -1,12 +1,16 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need. Runs as root or through sudo; does nothing
 # when all are there.
-#   tools/install_packages.sh build|import|test|openfoam ...
+#   tools/install_packages.sh build|import|test|page|openfoam ...
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build libhdf5-dev libcli11-dev libtomlplusplus-dev libboost-dev zlib1g-dev git ca-certificates)
 import_packages=(libvtk9-dev)
 test_packages=(clang clang-format clang-tidy libomp-dev libgtest-dev libbenchmark-dev python3-h5py python3-numpy)
+# The page's tests; Node.js may as well come from elsewhere than Debian.
+page_packages=(chromium)
+command -v node > /dev/null || page_packages+=(nodejs)
+command -v npm > /dev/null || page_packages+=(npm)
 # 431 MB once installed: for one test, which is skipped without it.
 openfoam_packages=(openfoam)
 
@@ -19,8 +23,9 @@ for group in "$@"; do
     build) wanted+=("${build_packages[@]}") ;;
     import) wanted+=("${import_packages[@]}") ;;
     test) wanted+=("${test_packages[@]}") ;;
+    page) wanted+=("${page_packages[@]}") ;;
     openfoam) wanted+=("${openfoam_packages[@]}") ;;
-    *) echo "unknown package group \"$group\": build, import, test or openfoam" >&2; exit 2 ;;
+    *) echo "unknown package group \"$group\": build, import, test, page or openfoam" >&2; exit 2 ;;
   esac
 done
 

@@ -3,7 +3,7 @@
 # QNL_GATES names the gates to run (default: all).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-tools/install_packages.sh build import test
+tools/install_packages.sh build import test page
 gates=${QNL_GATES:-format checks tests address threads}
 
 gate() {
@@ -17,12 +17,13 @@ build() {
   cmake --build --preset "$1" | tail -n 1
 }
 
-# Runs tests of one preset; the summary comes last.
+# Runs tests of one preset; the summary comes last, after the closing lines of the page's own log.
 run() {
   local preset=$1
   shift
   ctest --test-dir "build/$preset" --output-on-failure -j "$(nproc)" "$@" > "build/$preset/tests.log" 2>&1 ||
     { grep -v '  Passed  ' "build/$preset/tests.log"; return 1; }
+  [ ! -f "build/$preset/page.log" ] || tail -n 10 "build/$preset/page.log"
   tail -n 12 "build/$preset/tests.log"
 }
 
@@ -45,5 +46,5 @@ if gate threads; then
 fi
 if gate tests; then
   build release
-  OMP_WAIT_POLICY=passive run release
+  QNL_BROWSER=required OMP_WAIT_POLICY=passive run release
 fi
