@@ -6,7 +6,7 @@ import { deflateSync } from 'node:zlib';
 import { DataFault, decodeBlock, valueOfLevel } from '../../viewer/src/data/decode.js';
 import { readHeader } from '../../viewer/src/data/header.js';
 import { numberText, ticks } from '../../viewer/src/math/numbers.js';
-import { areaHistogram, nearestNode, nodeAreas, surfaceEdges } from '../../viewer/src/math/surface.js';
+import { areaHistogram, nearestNode, nodeAreas, nodeNormal, surfaceEdges } from '../../viewer/src/math/surface.js';
 import { MAP_NAMES, colourAt } from '../../viewer/src/view/colours.js';
 import { KEYS } from '../../viewer/src/ui/keys.js';
 import { bitsOf, encodeBlock, quantise } from '../../viewer/tools/lib/encode.mjs';
@@ -67,13 +67,20 @@ test('levels keep values within half a step and statuses apart', () => {
     assert.deepEqual([...quantise([2, 2], 2, 2)], [0, 0]);
 });
 
-/** Unit cube of 12 triangles, corners numbered x + 2y + 4z. */
+/** Unit cube of 12 triangles, corners numbered x + 2y + 4z; the triangles also as the page keeps them. */
 function cube() {
     const corners = Array.from({ length: 8 }, (_, i) => [i & 1, i >> 1 & 1, i >> 2 & 1]);
     const quads = [[0, 2, 3, 1], [4, 5, 7, 6], [0, 1, 5, 4], [2, 6, 7, 3], [0, 4, 6, 2], [1, 3, 7, 5]];
     const triangles = quads.flatMap(([a, b, c, d]) => [[a, b, c], [a, c, d]]);
-    return { header: { nodes: 8, triangles: 12 }, point: (n) => corners[n], corners: (t) => triangles[t] };
+    return { header: { nodes: 8, triangles: 12 }, point: (n) => corners[n], corners: (t) => triangles[t], triangles: [0, 1, 2].flatMap((k) => triangles.map((corner) => corner[k])) };
 }
+
+test('the normal of a node is the mean over its triangles', () => {
+    // At corner 1, two triangles of x = 1, one of y = 0 and one of z = 0 meet; at corner 7, two of each face.
+    for (const [node, expected] of [[0, [-1, -1, -1]], [7, [1, 1, 1]], [1, [2, -1, -1]]]) {
+        nodeNormal(cube(), node).forEach((x, c) => assert.ok(Math.abs(x - expected[c] / Math.hypot(...expected)) < 1e-12));
+    }
+});
 
 test('areas of nodes add up to the surface', () => {
     const total = nodeAreas(cube()).reduce((sum, area) => sum + area, 0);

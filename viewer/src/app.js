@@ -1,7 +1,7 @@
 import { MAX_LEVEL } from './data/decode.js';
-import { itemLabel } from './data/model.js';
+import { itemLabel, timeText } from './data/model.js';
 import { numberText } from './math/numbers.js';
-import { nearestNode, nodeAreas } from './math/surface.js';
+import { nearestNode, nodeAreas, nodeNormal } from './math/surface.js';
 import { MAP_NAMES } from './view/colours.js';
 import { Overlay } from './view/overlay.js';
 import { PartView } from './view/part.js';
@@ -18,7 +18,7 @@ export class App {
     constructor(model, onFault) {
         this.model = model;
         this.onFault = onFault;
-        this.state = { item: 0, time: 0, node: -1, mapName: MAP_NAMES[0], bands: 0, playing: false };
+        this.state = { item: 0, time: 0, node: -1, region: -1, mapName: MAP_NAMES[0], bands: 0, playing: false };
         this.ranges = model.header.items.map(({ min, max }) => ({ min, max }));
         this.part = new PartView(model, this.state.mapName);
         this.overlay = new Overlay(byId('marks'), byId('axes'));
@@ -35,7 +35,7 @@ export class App {
         this.fillControls();
         const levels = await this.model.levels(0, this.state.time);
         this.applyLevels(levels);
-        this.viewport = new Viewport(byId('canvas'), this.part, (viewport) => this.overlay.place(viewport));
+        this.viewport = new Viewport(byId('canvas'), byId('legend'), this.part, (viewport) => this.overlay.place(viewport));
         byId('waiting').hidden = true;
     }
 
@@ -111,9 +111,8 @@ export class App {
     }
 
     showTimeText() {
-        const { times, time_axis: axis } = this.model.header;
-        const text = `${axis.name} ${numberText(times[this.state.time])} ${axis.unit}`.trim();
-        byId('time-text').textContent = `${text}  (${this.state.time + 1} of ${times.length})`;
+        const text = timeText(this.model.header, this.state.time);
+        byId('time-text').textContent = `${text}  (${this.state.time + 1} of ${this.model.header.times.length})`;
         byId('time').setAttribute('aria-valuetext', text);
     }
 
@@ -186,9 +185,10 @@ export class App {
         this.timer = setTimeout(() => this.playOn(), Math.max(rest, 0));
     }
 
-    /** Picks a node by index; -1 forgets it. */
-    pick(node) {
-        this.state.node = node;
+    /** Picks a node by index, as that of a last-freezing region where one is given; -1 forgets it. */
+    pick(node, region = -1) {
+        Object.assign(this.state, { node, region });
+        this.overlay.mark('region', null);
         return this.showNode().catch(this.onFault);
     }
 
@@ -196,7 +196,7 @@ export class App {
         const labels = await this.model.labels();
         const node = labels.indexOf(label);
         if (node >= 0) {
-            this.viewport.flyTo(this.model.point(node));
+            this.viewport.flyTo(this.model.point(node), nodeNormal(this.model, node));
             return this.pick(node);
         }
         await this.pick(-1);
@@ -215,7 +215,6 @@ export class App {
         if (node < 0) {
             this.overlay.mark('node', null);
             this.overlay.mark('profile', null);
-            this.overlay.mark('region', null);
             byId('label').value = '';
             byId('node-text').textContent = 'Click on the part, or enter the label of a node on its surface.';
             this.viewport.requestDraw();
@@ -229,7 +228,9 @@ export class App {
         const [x, y, z] = this.model.point(node).map((c) => c.toFixed(3));
         byId('label').value = String(labels[node]);
         byId('node-text').textContent = `Node ${labels[node]} at x ${x}, y ${y}, z ${z} ${header.length_unit}. ${itemLabel(this.item)}: ${value}`;
-        this.overlay.mark('node', this.model.point(node), `${labels[node]}: ${value}${/\d$/.test(value) ? ` ${this.item.unit}` : ''}`);
+        const region = this.state.region < 0 ? '' : `Region ${this.state.region + 1}, node `;
+        this.overlay.mark('node', this.model.point(node), `${region}${labels[node]}: ${value}${/\d$/.test(value) ? ` ${this.item.unit}` : ''}`);
+        byId('history').toggleAttribute('hidden', this.item.steady);
         drawHistory(byId('history'), this.model, this.item, levels, node, time);
         await this.showProfile(node, labels);
         this.fillValues();
@@ -266,12 +267,15 @@ export class App {
         if (this.state.node === node && this.state.time === time) byId('node-values').replaceChildren(...rows);
     }
 
-    flyToRegion(index) {
+    /** Brings a last-freezing region into view and picks its node, where it has one. */
+    async flyToRegion(index) {
         const region = this.model.header.regions[index];
         if (!region) return;
         const point = [region.x, region.y, region.z];
-        this.overlay.mark('region', point, `Region ${index + 1}`);
-        this.viewport.flyTo(point);
+        const node = (await this.model.labels()).indexOf(region.label);
+        this.viewport.flyTo(point, node < 0 ? null : nodeNormal(this.model, node));
+        await this.pick(node, index);
+        if (node < 0) this.overlay.mark('region', point, `Region ${index + 1}`);
     }
 
     drawPanels() {

@@ -95,10 +95,11 @@ function shareCurves(items) {
     ];
 }
 
-const FACTS = [
+const factsOf = (times) => [
     { name: 'Mesh', value: 'sample_cover.hdf' },
     { name: 'Material', value: 'Generic ABS (made up)' },
     { name: 'Freeze temperature', value: `${FREEZE} °C` },
+    { name: 'Times', value: `${times.length} output times, ${times[0]} to ${times.at(-1)} s` },
     { name: 'Program', value: 'frozenlayer 1.0.0 (synthetic sample)' },
 ];
 
@@ -116,7 +117,7 @@ export function makeSample({ size, timeCount }) {
         time_axis: { name: 'Time', unit: 's' }, times, statuses: STATUSES,
         items: items.map((item) => addItem(blocks, item, times, hasResult)),
         profiles: addProfiles(blocks, part, walls, times, hasResult), freeze_temperature: FREEZE,
-        curves: shareCurves(items), regions: lastFreezing(part, walls), facts: FACTS,
+        curves: shareCurves(items), regions: lastFreezing(part, walls), facts: factsOf(times),
     };
     return headerElement(header) + blocks.elements.join('');
 }

@@ -12,10 +12,23 @@ export function programPath() {
     return existsSync(path) ? path : null;
 }
 
+/** Standard output of the program. */
+export const runProgram = (...words) => execFileSync(programPath(), words, { encoding: 'utf8', stdio: ['ignore', 'pipe', 'pipe'] });
+
+/** Where `makeReport` puts the copy of the example. */
+export const projectIn = (folder) => join(folder, 'ribbed-cover');
+
 /** Evaluates a copy of the example in `folder` and gives back the path of its page. */
 export function makeReport(folder) {
-    const project = join(folder, 'ribbed-cover'), report = join(folder, 'ribbed-cover.html');
+    const project = projectIn(folder), report = join(folder, 'ribbed-cover.html');
     cpSync(inProject('examples/ribbed-cover'), project, { recursive: true });
-    execFileSync(programPath(), ['run', project, '--view', report], { stdio: ['ignore', 'ignore', 'pipe'] });
+    runProgram('run', project, '--view', report);
     return report;
+}
+
+/** Rows of comma-separated text as objects by column name; a quoted name may hold commas. */
+export function tableRows(text) {
+    const [heads, ...rows] = text.trim().split(/\r?\n/);
+    const names = [...heads.matchAll(/"([^"]*)"|[^,]+/g)].map(([plain, quoted]) => quoted ?? plain);
+    return rows.map((row) => Object.fromEntries(row.split(',').map((value, i) => [names[i], value])));
 }

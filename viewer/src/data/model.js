@@ -1,3 +1,4 @@
+import { numberText } from '../math/numbers.js';
 import { DataFault, decodeBlock } from './decode.js';
 import { readHeader } from './header.js';
 
@@ -96,4 +97,6 @@ export class Model {
 export const withUnit = (name, unit) => `${name} [${unit || '–'}]`;
 /** "Time [s]"; the name alone where the axis is an index. */
 export const timeLabel = ({ time_axis: axis }) => (axis.unit ? withUnit(axis.name, axis.unit) : axis.name);
+/** "Time 2 s", "Output index 3". */
+export const timeText = ({ times, time_axis: axis }, t) => `${axis.name} ${numberText(times[t])} ${axis.unit}`.trim();
 export const itemLabel = (item) => withUnit(item.name.replaceAll('_', ' '), item.unit);

@@ -4,11 +4,8 @@ import { MAX_LEVEL, valueOfLevel } from '../data/decode.js';
 export function nodeAreas(model) {
     const areas = new Float64Array(model.header.nodes);
     for (let t = 0; t < model.header.triangles; ++t) {
-        const corners = model.corners(t);
-        const [a, b, c] = corners.map((node) => model.point(node));
-        const u = [b[0] - a[0], b[1] - a[1], b[2] - a[2]], v = [c[0] - a[0], c[1] - a[1], c[2] - a[2]];
-        const area = Math.hypot(u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]) / 2;
-        for (const node of corners) areas[node] += area / 3;
+        const third = Math.hypot(...areaVector(model, t)) / 6;
+        for (const node of model.corners(t)) areas[node] += third;
     }
     return areas;
 }
@@ -64,16 +61,31 @@ export function surfaceEdges(model) {
 const dot3 = (vectors, i, j) => vectors[3 * i] * vectors[3 * j] + vectors[3 * i + 1] * vectors[3 * j + 1]
     + vectors[3 * i + 2] * vectors[3 * j + 2];
 
+/** Twice the area of a triangle along its outward normal. */
+function areaVector(model, triangle) {
+    const [a, b, c] = model.corners(triangle).map((node) => model.point(node));
+    const u = [b[0] - a[0], b[1] - a[1], b[2] - a[2]], v = [c[0] - a[0], c[1] - a[1], c[2] - a[2]];
+    return [u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]];
+}
+
+function unit(vector) {
+    const length = Math.hypot(...vector) || 1;
+    return vector.map((x) => x / length);
+}
+
 function triangleNormals(model) {
     const normals = new Float64Array(3 * model.header.triangles);
-    for (let t = 0; t < model.header.triangles; ++t) {
-        const [a, b, c] = model.corners(t).map((node) => model.point(node));
-        const u = [b[0] - a[0], b[1] - a[1], b[2] - a[2]], v = [c[0] - a[0], c[1] - a[1], c[2] - a[2]];
-        const n = [u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]];
-        const length = Math.hypot(...n) || 1;
-        normals.set(n.map((x) => x / length), 3 * t);
-    }
+    for (let t = 0; t < model.header.triangles; ++t) normals.set(unit(areaVector(model, t)), 3 * t);
     return normals;
+}
+
+/** Outward normal at a node, the mean over its triangles by area. */
+export function nodeNormal(model, node) {
+    const { triangles } = model.header, sum = [0, 0, 0];
+    for (let i = 0; i < 3 * triangles; ++i) {
+        if (model.triangles[i] === node) areaVector(model, i % triangles).forEach((x, c) => { sum[c] += x; });
+    }
+    return unit(sum);
 }
 
 /** Index of the node among `candidates` nearest to a point, and its distance. */

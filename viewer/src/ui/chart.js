@@ -60,7 +60,7 @@ function emptied(svg, label) {
 
 /**
  * Draws lines.
- * @param chart `series` of {points: [x, y][], style}, axis labels, optional ranges,
+ * @param chart `series` of {points: [x, y][], style, title (optional)}, axis labels, optional ranges,
  *        `atX`, `atY`: marked places on the axes as {value, text}
  */
 export function drawLines(svg, { series, xLabel, yLabel, label, xRange, yRange, atX = null, atY = null }) {
@@ -71,8 +71,10 @@ export function drawLines(svg, { series, xLabel, yLabel, label, xRange, yRange, 
         xRange: xRange ?? rangeOf(all.map(([a]) => a)), yRange: yRange ?? rangeOf(reached), xLabel, yLabel,
     });
     if (atX) svg.append(svgElement('line', { class: 'now', x1: x(atX.value), x2: x(atX.value), y1: FRAME.top, y2: FRAME.bottom }));
-    for (const { points, style } of series) {
-        svg.append(svgElement('path', { class: 'line', d: pathOf(points, x, y), style }));
+    for (const { points, style, title } of series) {
+        const line = svgElement('path', { class: 'line', d: pathOf(points, x, y), style });
+        if (title) line.append(svgElement('title', {}, title));
+        svg.append(line);
         const known = points.filter(([, b]) => Number.isFinite(b));
         if (known.length === 1) svg.append(svgElement('circle', { cx: x(known[0][0]), cy: y(known[0][1]), r: 3, class: 'dot' }));
     }

@@ -1,5 +1,5 @@
 import { MAX_LEVEL, valueOfLevel } from '../data/decode.js';
-import { itemLabel, timeLabel, withUnit } from '../data/model.js';
+import { itemLabel, timeLabel, timeText, withUnit } from '../data/model.js';
 import { numberText } from '../math/numbers.js';
 import { areaHistogram } from '../math/surface.js';
 import { cssColour } from '../view/colours.js';
@@ -23,10 +23,8 @@ export function levelText(level, item, statuses) {
 
 /** Run facts as a list of names and values. */
 export function fillFacts(list, header) {
-    const { times, nodes, triangles } = header;
-    const span = times.length > 1 ? `${times.length} from ${numberText(times[0])} to ${numberText(times.at(-1))}` : numberText(times[0]);
-    const shown = [...header.facts, { name: timeLabel(header), value: span },
-        { name: 'Surface shown', value: `${nodes.toLocaleString('en')} nodes, ${triangles.toLocaleString('en')} triangles` }];
+    const { nodes, triangles } = header;
+    const shown = [...header.facts, { name: 'Surface shown', value: `${nodes.toLocaleString('en')} nodes, ${triangles.toLocaleString('en')} triangles` }];
     list.replaceChildren(...shown.flatMap(({ name, value }) => [cell(name, 'dt'), cell(value, 'dd')]));
 }
 
@@ -57,7 +55,7 @@ export function drawCurves(svg, key, model, time) {
     const { curves, times } = model.header;
     const series = curves.map((curve, i) => ({ points: times.map((at, t) => [at, curve.values[t] ?? NaN]), style: LINE_STYLES[i % 3] }));
     const unit = curves[0]?.unit ?? '%';
-    const now = curves.map((curve) => `${curve.name} ${shareText(curve.values[time])} ${curve.unit}`);
+    const now = curves.map((curve) => `${curve.name}: ${shareText(curve.values[time])} ${curve.unit}`);
     drawLines(svg, {
         series, xLabel: timeLabel(model.header), yLabel: withUnit('Frozen share', unit), yRange: unit === '%' ? [0, 100] : undefined,
         atX: { value: times[time] }, label: `Frozen share over time; now ${now.join(', ')}`,
@@ -107,7 +105,8 @@ export function drawProfile(svg, model, profiles, levelsOfTimes, index, time) {
     });
     const order = levelsOfTimes.map((_, t) => t).filter((t) => t !== time).concat(time);
     const series = order.map((t) => ({
-        points: lineAt(t), style: t === time ? 'stroke: var(--line-1); stroke-width: 2.6' : 'stroke: var(--faint-line); stroke-width: 1',
+        points: lineAt(t), title: timeText(model.header, t),
+        style: t === time ? 'stroke: var(--line-1); stroke-width: 2.6' : 'stroke: var(--faint-line); stroke-width: 1.2',
     }));
     drawLines(svg, {
         series, xLabel: withUnit('Depth below the surface', length), yLabel: withUnit(range.name, range.unit),

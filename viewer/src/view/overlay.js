@@ -17,20 +17,24 @@ export class Overlay {
             return;
         }
         if (!mark) {
-            mark = { element: document.createElement('div') };
+            mark = { element: document.createElement('div'), text: document.createElement('span') };
+            mark.element.append(mark.text);
             this.element.append(mark.element);
             this.marks.set(name, mark);
         }
         mark.point = point;
         mark.element.className = `mark ${kind}`;
-        mark.element.textContent = text;
+        mark.text.textContent = text;
     }
 
     place(viewport) {
-        for (const { element, point } of this.marks.values()) {
+        const { clientWidth } = this.element;
+        for (const { element, text, point } of this.marks.values()) {
             const at = viewport.pixelsOf(point);
             element.hidden = !at;
-            if (at) element.style.transform = `translate(${at[0].toFixed(1)}px, ${at[1].toFixed(1)}px)`;
+            if (!at) continue;
+            element.classList.toggle('left', at[0] + text.offsetLeft + text.offsetWidth > clientWidth && at[0] > clientWidth / 2);
+            element.style.transform = `translate(${at[0].toFixed(1)}px, ${at[1].toFixed(1)}px)`;
         }
         this.placeAxes(viewport);
     }

@@ -4,9 +4,11 @@ import { OrbitControls } from 'three/examples/jsm/controls/OrbitControls.js';
 
 const CLICK_SLACK = 4;   // pixels that the pointer may move in a click
 const FLIGHT = 600;      // ms
-const LEGEND_WIDTH = 210; // pixels kept free on the left
 const EYES = { x: [1, 0, 0], y: [0, -1, 0], z: [0, 0, 1], start: [-0.55, -0.95, 0.95] };
 const STEEPEST = 1.56;   // radians above or below the horizon
+const RIM = 1.08;        // room around the part in the first picture
+const SLANT = 0.55;      // least cosine between a surface flown to and the line of sight
+const HEIGHTS = [-1.1, -0.6, -0.1, 0.4, 0.9, 1.4], AROUND = 16;
 
 /** Azimuth, height (radians) and length of a vector. */
 function polarOf({ x, y, z }) {
@@ -27,27 +29,29 @@ function rendererOn(canvas) {
 
 /** Canvas, camera and their handling; draws only when something has changed. */
 export class Viewport {
-    /** @param onDraw called after each drawing, to place what lies above the picture */
-    constructor(canvas, part, onDraw) {
+    /** @param legend what covers the left of the picture  @param onDraw called after each drawing, to place what lies above it */
+    constructor(canvas, legend, part, onDraw) {
         this.canvas = canvas;
+        this.legend = legend;
         this.part = part;
         this.onDraw = onDraw;
         this.renderer = rendererOn(canvas);
         this.scene = new Scene();
         this.scene.add(part.mesh);
-        const box = new Box3().setFromBufferAttribute(part.geometry.getAttribute('position'));
+        this.points = part.geometry.getAttribute('position');
+        const box = new Box3().setFromBufferAttribute(this.points);
         this.centre = box.getCenter(new Vector3());
-        this.half = box.getSize(new Vector3()).multiplyScalar(0.5);
-        this.radius = Math.max(this.half.length(), 1e-6);
+        this.radius = Math.max(box.getSize(new Vector3()).length() / 2, 1e-6);
         this.camera = new PerspectiveCamera(32, 1, this.radius / 200, this.radius * 60);
         this.camera.up.set(0, 0, 1);
         this.controls = new OrbitControls(this.camera, canvas);
         this.controls.addEventListener('change', () => this.requestDraw());
+        this.controls.addEventListener('start', () => { this.whole = null; });
         this.controls.minDistance = this.radius / 60;
         this.controls.maxDistance = this.radius * 25;
         new ResizeObserver(() => this.resize()).observe(canvas.parentElement);
+        this.whole = polarOf(new Vector3(...EYES.start));
         this.resize();
-        this.lookFrom('start', false);
     }
 
     resize() {
@@ -55,8 +59,10 @@ export class Viewport {
         this.renderer.setPixelRatio(Math.min(window.devicePixelRatio, 2));
         this.renderer.setSize(width, Math.max(height, 1), false);
         this.camera.aspect = width / Math.max(height, 1);
-        this.margin = width > 3 * LEGEND_WIDTH ? LEGEND_WIDTH : 0;
+        const covered = this.legend.offsetLeft + this.legend.offsetWidth;
+        this.margin = width > 2 * covered ? covered : 0;
         this.camera.setViewOffset(width, Math.max(height, 1), -this.margin / 2, 0, width, Math.max(height, 1));
+        if (this.whole) this.showWhole(this.whole, false);
         this.draw();
     }
 
@@ -72,29 +78,57 @@ export class Viewport {
     }
 
     /** Whole part from one of the named directions, or from where the camera is. */
-    lookFrom(name, animated = true) {
-        const eye = name ? polarOf(new Vector3(...EYES[name])) : this.offset();
-        this.moveTo(this.centre.clone(), { ...eye, length: this.fittingLength(eye) }, animated);
+    lookFrom(name) {
+        this.showWhole(name ? polarOf(new Vector3(...EYES[name])) : this.offset(), true);
     }
 
-    /** Distance from which the box of the part fills what the legend leaves of the picture. */
+    /** Whole part from a direction; it stays whole when the picture changes its size, until the view is moved. */
+    showWhole(eye, animated) {
+        this.moveTo(this.centre.clone(), { ...eye, length: this.fittingLength(eye) }, animated);
+        this.whole = eye;
+    }
+
+    /** Distance from which the part just fills what the legend leaves of the picture. */
     fittingLength(eye) {
         const back = vectorOf({ ...eye, length: 1 });
         const right = new Vector3(0, 0, 1).cross(back).normalize(), up = back.clone().cross(right);
-        const reach = (axis) => this.half.x * Math.abs(axis.x) + this.half.y * Math.abs(axis.y) + this.half.z * Math.abs(axis.z);
         const { clientWidth: width, clientHeight: height } = this.canvas;
-        const tall = Math.tan(this.camera.fov * Math.PI / 360), wide = tall * Math.max(width - this.margin, 1) / Math.max(height, 1);
-        return 0.55 * reach(back) + 1.06 * Math.max(reach(right) / wide, reach(up) / tall);
+        const tall = Math.tan(this.camera.fov * Math.PI / 360) / RIM, wide = tall * Math.max(width - this.margin, 1) / Math.max(height, 1);
+        const point = new Vector3();
+        let length = this.controls.minDistance;
+        for (let i = 0; i < this.points.count; ++i) {
+            point.fromBufferAttribute(this.points, i).sub(this.centre);
+            length = Math.max(length, point.dot(back) + Math.max(Math.abs(point.dot(right)) / wide, Math.abs(point.dot(up)) / tall));
+        }
+        return length;
     }
 
-    /** Brings a point to the middle of the picture and comes closer. */
-    flyTo([x, y, z]) {
-        const offset = this.offset();
-        this.moveTo(new Vector3(x, y, z), { ...offset, length: Math.min(offset.length, this.radius) }, true);
+    /** Brings a point to the middle of the picture and comes closer, on a side from which nothing hides it. */
+    flyTo(place, normal = null) {
+        const target = new Vector3(...place), { length, ...eye } = this.offset();
+        const closer = Math.min(length, this.radius);
+        this.moveTo(target, { ...this.openEye(target, normal && new Vector3(...normal), eye, closer), length: closer }, true);
+    }
+
+    /** The direction nearest to `eye` from which the surface at a point is seen; `eye` when there is none. */
+    openEye(target, normal, eye, length) {
+        const now = vectorOf({ ...eye, length: 1 });
+        const others = HEIGHTS.flatMap((height) => Array.from({ length: AROUND }, (_, i) => ({ azimuth: 2 * Math.PI * i / AROUND, height })));
+        const towards = [eye, ...others].map((candidate) => ({ candidate, way: vectorOf({ ...candidate, length: 1 }) }))
+            .sort((one, other) => other.way.dot(now) - one.way.dot(now));
+        const caster = new Raycaster();
+        caster.far = length;
+        const open = towards.find(({ way }) => {
+            if (normal && way.dot(normal) < SLANT) return false;
+            caster.set(target.clone().addScaledVector(way, this.radius * 1e-3), way);
+            return caster.intersectObject(this.part.mesh, false).length === 0;
+        });
+        return open?.candidate ?? eye;
     }
 
     /** Moves the camera to `offset` (polar) from `target`, at once or in a short flight. */
     moveTo(target, offset, animated) {
+        this.whole = null;
         const still = !animated || matchMedia('(prefers-reduced-motion: reduce)').matches;
         const from = { target: this.controls.target.clone(), offset: this.offset() };
         const around = Math.atan2(Math.sin(offset.azimuth - from.offset.azimuth), Math.cos(offset.azimuth - from.offset.azimuth));
