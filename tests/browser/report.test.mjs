@@ -122,6 +122,23 @@ describe('the page of the ribbed cover', { skip }, () => {
         await checkValue('Average temperature [°C]', 5);
     });
 
+    test('shows the longest name whole, with its unit', async () => {
+        const { needs, has, label } = await page.evaluate(async () => {
+            const app = await window.qnlViewer, select = document.getElementById('item'), free = select.cloneNode(true);
+            await app.showItem(app.model.header.items.findIndex(({ name }) => name === 'Sink-mark displacement, total'));
+            await app.shown;
+            free.style.maxWidth = 'none';
+            select.after(free);
+            const needs = free.offsetWidth;
+            free.remove();
+            const chart = document.getElementById('history').getBoundingClientRect();
+            const label = [...document.querySelectorAll('#history text.name')].at(-1).getBoundingClientRect();
+            return { needs, has: select.offsetWidth, label: [label.top - chart.top, chart.bottom - label.bottom] };
+        });
+        assert.ok(has >= needs, `${has} of ${needs} pixels`);
+        assert.ok(Math.min(...label) >= 0, `room beside the label of the axis: ${label}`);
+    });
+
     test('carries the temperatures over depth that the probe tells', async () => {
         const { label, depths, temperatures, step } = await page.evaluate(async () => {
             const { model } = await window.qnlViewer, profiles = await model.profiles(), labels = await model.labels();

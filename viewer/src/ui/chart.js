@@ -2,6 +2,7 @@ import { numberText, ticks } from '../math/numbers.js';
 
 const WIDTH = 400, HEIGHT = 220;
 const FRAME = { left: 58, right: 388, top: 12, bottom: 176 };
+const LONGEST_Y_LABEL = 184;
 
 /** SVG element with attributes and, where given, a text. */
 export function svgElement(name, attributes, text) {
@@ -36,7 +37,12 @@ function drawFrame(svg, { xRange, yRange, xLabel, yLabel }) {
     svg.append(svgElement('path', { class: 'axis', d: `M${left} ${top}V${bottom}H${right}` }));
     svg.append(svgElement('text', { class: 'name', x: (left + right) / 2, y: HEIGHT - 6, 'text-anchor': 'middle' }, xLabel));
     const middle = (top + bottom) / 2;
-    svg.append(svgElement('text', { class: 'name', x: 12, y: middle, 'text-anchor': 'middle', transform: `rotate(-90 12 ${middle})` }, yLabel));
+    const name = svgElement('text', { class: 'name', x: 12, y: middle, 'text-anchor': 'middle', transform: `rotate(-90 12 ${middle})` }, yLabel);
+    svg.append(name);
+    if (name.getComputedTextLength() > LONGEST_Y_LABEL) {
+        name.setAttribute('textLength', LONGEST_Y_LABEL);
+        name.setAttribute('lengthAdjust', 'spacingAndGlyphs');
+    }
     return { x, y };
 }
 
