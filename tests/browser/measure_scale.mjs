@@ -25,7 +25,7 @@ async function measure() {
             return {
                 firstPicture: performance.getEntriesByName('first-picture')[0].startTime,
                 anotherItem: await took(() => app.show(3, 19)), nextTime: await took(() => app.show(3, 18)),
-                pick: await took(() => app.pick(app.viewport.nodeAt(700, 350))), size: app.model.header,
+                pick: await took(() => app.pick(app.viewport.nodeAt(700, 350))), fly: await took(() => app.flyToRegion(0)), size: app.model.header,
             };
         });
     } finally {
@@ -44,6 +44,7 @@ console.log(`first picture, ms from opening: ${line('firstPicture')}`);
 console.log(`another item at the last time, ms: ${line('anotherItem')}`);
 console.log(`the time before, ms: ${line('nextTime')}`);
 console.log(`pick a node, ms: ${line('pick')}`);
+console.log(`find a free sight of a region, ms: ${line('fly')}`);
 const slowest = Math.max(...results.map(({ firstPicture }) => firstPicture)) / 1000;
 if (megabytes > LIMITS.megabytes || slowest > LIMITS.seconds) {
     console.log(`beyond the limits of ${LIMITS.megabytes} MB and ${LIMITS.seconds} s`);

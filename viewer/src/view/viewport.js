@@ -1,25 +1,12 @@
 import { Box3, PerspectiveCamera, Raycaster, Scene, Vector2, Vector3, WebGLRenderer } from 'three';
 import { DataFault } from '../data/decode.js';
 import { OrbitControls } from 'three/examples/jsm/controls/OrbitControls.js';
+import { EYES, STEEPEST, directionsBeside, polarOf, vectorOf } from './directions.js';
 
 const CLICK_SLACK = 4;   // pixels that the pointer may move in a click
 const FLIGHT = 600;      // ms
-const EYES = { x: [1, 0, 0], y: [0, -1, 0], z: [0, 0, 1], start: [-0.55, -0.95, 0.95] };
-const STEEPEST = 1.56;   // radians above or below the horizon
 const RIM = 1.08;        // room around the part in the first picture
 const SLANT = 0.55;      // least cosine between a surface flown to and the line of sight
-const HEIGHTS = [-1.1, -0.6, -0.1, 0.4, 0.9, 1.4], AROUND = 16;
-
-/** Azimuth, height (radians) and length of a vector. */
-function polarOf({ x, y, z }) {
-    const flat = Math.hypot(x, y);
-    return { azimuth: flat > 0 ? Math.atan2(y, x) : -Math.PI / 2, height: Math.atan2(z, flat), length: Math.hypot(flat, z) };
-}
-
-function vectorOf({ azimuth, height, length }) {
-    const steep = Math.min(Math.max(height, -STEEPEST), STEEPEST), flat = Math.cos(steep);
-    return new Vector3(Math.cos(azimuth) * flat, Math.sin(azimuth) * flat, Math.sin(steep)).multiplyScalar(length);
-}
 
 function rendererOn(canvas) {
     const context = canvas.getContext('webgl2', { antialias: true, alpha: true });
@@ -112,18 +99,14 @@ export class Viewport {
 
     /** The direction nearest to `eye` from which the surface at a point is seen; `eye` when there is none. */
     openEye(target, normal, eye, length) {
-        const now = vectorOf({ ...eye, length: 1 });
-        const others = HEIGHTS.flatMap((height) => Array.from({ length: AROUND }, (_, i) => ({ azimuth: 2 * Math.PI * i / AROUND, height })));
-        const towards = [eye, ...others].map((candidate) => ({ candidate, way: vectorOf({ ...candidate, length: 1 }) }))
-            .sort((one, other) => other.way.dot(now) - one.way.dot(now));
         const caster = new Raycaster();
         caster.far = length;
-        const open = towards.find(({ way }) => {
+        return directionsBeside(eye).find((candidate) => {
+            const way = vectorOf({ ...candidate, length: 1 });
             if (normal && way.dot(normal) < SLANT) return false;
             caster.set(target.clone().addScaledVector(way, this.radius * 1e-3), way);
             return caster.intersectObject(this.part.mesh, false).length === 0;
-        });
-        return open?.candidate ?? eye;
+        }) ?? eye;
     }
 
     /** Moves the camera to `offset` (polar) from `target`, at once or in a short flight. */
