@@ -187,8 +187,9 @@ describe('the page of the ribbed cover', { skip }, () => {
         for (const [width, height, keys] of [[1280, 800, 'tdtd'], [1920, 1080, 'td']]) for (const key of keys) {
             await page.setViewportSize({ width, height });
             await page.keyboard.press(key);
-            await page.waitForTimeout(200);
             const { part, cut, wider, look } = await page.evaluate(async () => {
+                // A change of size is answered at the end of the next frame.
+                for (let frame = 0; frame < 3; ++frame) await new Promise(requestAnimationFrame);
                 const { viewport, model } = await window.qnlViewer, { clientWidth, clientHeight } = viewport.canvas;
                 const legend = document.getElementById('legend'), { bottom } = legend.getBoundingClientRect();
                 const pixels = Array.from({ length: model.header.nodes }, (_, n) => viewport.pixelsOf(model.point(n)));
