@@ -224,11 +224,12 @@ describe('a page with results', () => {
     test('flies to a last-freezing region', async () => {
         assert.equal(await page.locator('#regions tbody tr').count(), 10);
         await page.locator('#regions tbody tr').nth(4).click();
-        await page.waitForTimeout(1200);
         const away = await page.evaluate(async () => {
             const { viewport, model } = await window.qnlViewer, { x, y, z } = model.header.regions[4];
-            const { target } = viewport.controls;
-            return Math.hypot(target.x - x, target.y - y, target.z - z);
+            const distance = () => { const { target } = viewport.controls; return Math.hypot(target.x - x, target.y - y, target.z - z); };
+            const until = performance.now() + 10000;
+            while (distance() > 1e-6 && performance.now() < until) await new Promise(requestAnimationFrame);
+            return distance();
         });
         assert.ok(away < 1e-6, `${away} mm`);
         assert.match(await text(page, 'marks'), /Region 5/);
