@@ -89,6 +89,7 @@ int WriteDemo(const DemoWords& words) {
 template <typename Value>
 std::vector<std::string> NamesOf(const std::map<std::string, Value>& table) {
     std::vector<std::string> names;
+    names.reserve(table.size());
     for (const auto& entry : table) {
         names.push_back(entry.first);
     }

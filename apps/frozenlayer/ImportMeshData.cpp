@@ -74,8 +74,8 @@ void CheckNumbers(const std::string& name, const std::vector<int>& wanted, const
                 text += listed == 0 ? "" : ", ";
                 text += NumberText(*it);
             }
-            throw ForeignProblem("region " + std::to_string(number) + " of " + option +
-                                 " is not in array \"" + name + "\"; there are " + text);
+            const std::string place = option + " is not in array \"" + name + "\"; there are ";
+            throw ForeignProblem("region " + std::to_string(number) + " of " + place + text);
         }
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <vector>
 
@@ -7,37 +8,57 @@
 
 namespace qnl {
 
-/// Mean of the corner values of an entity, summed in corner order in the precision of the values; `values`
-/// is 1-based by node. Not a number for an entity without corners.
-template <typename Value>
-Value CornerMean(const EntityRecord& entity, const Value* values) {
+/// The values of several fields at one node.
+template <typename Value, std::size_t Fields>
+using NodeRow = std::array<Value, Fields>;
+
+/// Means of the corner values of an entity, field by field, summed in corner order in the precision of the
+/// values; `rows` is 1-based by node. Not a number for an entity without corners.
+template <typename Value, std::size_t Fields>
+NodeRow<Value, Fields> CornerMean(const EntityRecord& entity, const NodeRow<Value, Fields>* rows) {
     const int corners = entity.nNode;
     const int* node = entity.nodes;
-    Value sum = corners > 0 ? values[node[1]] : Value{};
+    NodeRow<Value, Fields> mean = corners > 0 ? rows[node[1]] : NodeRow<Value, Fields>{};
     for (int c = 2; c <= corners; ++c) {
-        sum += values[node[c]];
+        for (std::size_t f = 0; f < Fields; ++f) {
+            mean[f] += rows[node[c]][f];
+        }
     }
-    return sum / static_cast<Value>(corners);
+    for (Value& value : mean) {
+        value /= static_cast<Value>(corners);
+    }
+    return mean;
 }
 
-/// Values by node and the values by entity that are made of them, both 1-based.
-template <typename Value>
-struct MeanTarget {
-    const Value* nodes;
-    Value* entities;
-};
+/// Fields that lie apart, 1-based by node, joined to one row a node, so that a corner is one place in memory
+/// and not one for each field. A null field counts as 0.
+template <typename Value, std::size_t Fields>
+std::vector<NodeRow<Value, Fields>> JoinFields(int nodes, const std::array<const Value*, Fields>& fields) {
+    std::vector<NodeRow<Value, Fields>> rows(static_cast<std::size_t>(nodes) + 1);
+    NodeRow<Value, Fields>* const first = rows.data();
+#pragma omp parallel for schedule(static) default(none) shared(nodes, fields, first)
+    for (int n = 1; n <= nodes; ++n) {
+        for (std::size_t f = 0; f < Fields; ++f) {
+            first[n][f] = fields[f] != nullptr ? fields[f][n] : Value{};
+        }
+    }
+    return rows;
+}
 
-/// Means of all targets on entities 1 to `count`, in one pass over the entities. Entities are independent
-/// of each other, so the values do not depend on the thread count.
-template <typename Value>
+/// CornerMean of entities 1 to `count`, stored in `means`, 1-based by entity; a null field is passed over.
+/// Entities are independent of each other, so the values do not depend on the thread count.
+template <typename Value, std::size_t Fields>
 void MeansOverEntities(const EntityRecord* entities, int count,
-                       const std::vector<MeanTarget<Value>>& targets) {
-    const MeanTarget<Value>* const first = targets.data();
-    const std::size_t number = targets.size();
-#pragma omp parallel for schedule(static) default(none) shared(entities, count, first, number)
+                       const std::vector<NodeRow<Value, Fields>>& rows,
+                       const std::array<Value*, Fields>& means) {
+    const NodeRow<Value, Fields>* const first = rows.data();
+#pragma omp parallel for schedule(static) default(none) shared(entities, count, first, means)
     for (int e = 1; e <= count; ++e) {
-        for (std::size_t k = 0; k < number; ++k) {
-            first[k].entities[e] = CornerMean(entities[e], first[k].nodes);
+        const NodeRow<Value, Fields> mean = CornerMean(entities[e], first);
+        for (std::size_t f = 0; f < Fields; ++f) {
+            if (means[f] != nullptr) {
+                means[f][e] = mean[f];
+            }
         }
     }
 }

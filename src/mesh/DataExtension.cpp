@@ -1,7 +1,7 @@
 #include "mesh/DataExtension.h"
 
+#include <array>
 #include <cstddef>
-#include <vector>
 
 #include "job/Messages.h"
 #include "mesh/CornerMean.h"
@@ -9,29 +9,37 @@
 namespace {
 
 template <typename Value, std::size_t Slots>
-void ExtendSlots(const EntityRecord* entities, int count, const OwnedArray<Value> (&nodeValues)[Slots],
-                 const OwnedArray<Value> (&entityValues)[Slots]) {
-    std::vector<qnl::MeanTarget<Value>> targets;
-    targets.reserve(Slots);
+auto JoinSlots(int nodes, const OwnedArray<Value> (&nodeValues)[Slots]) {
+    std::array<const Value*, Slots> fields{};
     for (std::size_t slot = 0; slot < Slots; ++slot) {
-        if (nodeValues[slot] && entityValues[slot]) {
-            targets.push_back({nodeValues[slot].get(), entityValues[slot].get()});
-        }
+        fields[slot] = nodeValues[slot].get();
     }
-    qnl::MeansOverEntities(entities, count, targets);
+    return qnl::JoinFields(nodes, fields);
+}
+
+/// Fills the entity values of every slot that exists on both sides.
+template <typename Value, std::size_t Slots>
+void ExtendSlots(const EntityRecord* entities, int count, int nodes,
+                 const OwnedArray<Value> (&nodeValues)[Slots],
+                 const OwnedArray<Value> (&entityValues)[Slots]) {
+    std::array<Value*, Slots> means{};
+    for (std::size_t slot = 0; slot < Slots; ++slot) {
+        means[slot] = nodeValues[slot] ? entityValues[slot].get() : nullptr;
+    }
+    qnl::MeansOverEntities(entities, count, JoinSlots(nodes, nodeValues), means);
 }
 
 }  // namespace
 
 int ExtendNodeToSurface(FrozenLayerJob& job) {
-    ExtendSlots(job.p_Surfce, job.m_nSurfaces, job.m_pNodeData, job.m_pSurfData);
+    ExtendSlots(job.p_Surfce, job.m_nSurfaces, job.m_nNodes, job.m_pNodeData, job.m_pSurfData);
     LogLine(job, "Data extend from Node to surface end");
     return 1;
 }
 
 int ExtendNodeToInnerCell(FrozenLayerJob& job) {
-    ExtendSlots(job.p_Cell, job.m_nCells, job.m_pNodeData, job.m_pCellData);
-    ExtendSlots(job.p_Cell, job.m_nCells, job.m_pNodeVector, job.m_pCellVector);
+    ExtendSlots(job.p_Cell, job.m_nCells, job.m_nNodes, job.m_pNodeData, job.m_pCellData);
+    ExtendSlots(job.p_Cell, job.m_nCells, job.m_nNodes, job.m_pNodeVector, job.m_pCellVector);
     LogLine(job, "Data from node to InnerCell end");
     return 1;
 }

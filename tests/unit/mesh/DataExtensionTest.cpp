@@ -36,9 +36,14 @@ private:
     std::vector<EntityRecord> records_;
 };
 
+template <typename Value>
+std::vector<qnl::NodeRow<Value, 1>> Rows(const std::vector<Value>& values) {
+    return qnl::JoinFields<Value, 1>(static_cast<int>(values.size()) - 1, {values.data()});
+}
+
 double Mean(const std::vector<int>& corners, const std::vector<double>& values) {
     const Entities entities({corners});
-    return qnl::CornerMean(entities.Records()[1], values.data());
+    return qnl::CornerMean(entities.Records()[1], Rows(values).data())[0];
 }
 
 TEST(CornerMean, OfTrianglesAndQuadrilaterals) {
@@ -54,14 +59,28 @@ TEST(CornerMean, SumsInCornerOrder) {
 
 TEST(CornerMean, OfSinglePrecisionValuesIsFormedInSinglePrecision) {
     const Entities entities({{1, 1, 1, 1}, {2, 3, 3}});
-    const float values[] = {0.0F, 0.1F, 16777216.0F, 1.0F};
-    EXPECT_EQ(qnl::CornerMean(entities.Records()[1], values), (0.1F + 0.1F + 0.1F + 0.1F) / 4.0F);
+    const auto rows = Rows(std::vector<float>{0.0F, 0.1F, 16777216.0F, 1.0F});
+    EXPECT_EQ(qnl::CornerMean(entities.Records()[1], rows.data())[0], (0.1F + 0.1F + 0.1F + 0.1F) / 4.0F);
     // In double precision the sum would be 16777218.
-    EXPECT_EQ(qnl::CornerMean(entities.Records()[2], values), 16777216.0F / 3.0F);
+    EXPECT_EQ(qnl::CornerMean(entities.Records()[2], rows.data())[0], 16777216.0F / 3.0F);
 }
 
 TEST(CornerMean, WithoutCornersIsNotANumber) {
     EXPECT_TRUE(std::isnan(Mean({}, {0.0})));
+}
+
+TEST(MeansOverEntities, KeepsFieldsApartAndPassesOverThoseThatAreMissing) {
+    const Entities entities({{1, 2}, {2, 2, 3}});
+    const std::vector<double> ones{-1.0, 1.0, 2.0, 5.0};
+    const std::vector<double> tens{-1.0, 10.0, 30.0, 90.0};
+    std::vector<double> meansOfOnes(3, -7.0);
+    std::vector<double> meansOfTens(3, -7.0);
+    qnl::MeansOverEntities<double, 4>(
+        entities.Records(), 2,
+        qnl::JoinFields<double, 4>(3, {ones.data(), nullptr, tens.data(), ones.data()}),
+        {meansOfOnes.data(), nullptr, meansOfTens.data(), nullptr});
+    EXPECT_EQ(meansOfOnes, (std::vector<double>{-7.0, 1.5, 3.0}));
+    EXPECT_EQ(meansOfTens, (std::vector<double>{-7.0, 20.0, 50.0}));
 }
 
 TEST(MeanBoxDiagonal, OfTwoFaces) {
@@ -190,7 +209,7 @@ TEST(DataExtensionThreads, ValuesDoNotDependOnTheThreadCount) {
     for (const int threads : {1, 2, 8}) {
         omp_set_num_threads(threads);
         std::vector<double> means(count + 1);
-        qnl::MeansOverEntities<double>(entities.Records(), count, {{values.data(), means.data()}});
+        qnl::MeansOverEntities<double, 1>(entities.Records(), count, Rows(values), {means.data()});
         for (int e = 1; threads == 1 && e <= count; ++e) {
             const std::vector<int>& list = lists[static_cast<std::size_t>(e) - 1];
             double sum = values[static_cast<std::size_t>(list[0])];
