@@ -144,7 +144,7 @@ void AddImportCommand(Program& program) {
           "frozenlayer run plate"}},
         [request] {
             ImportProject(*request);
-            return std::cout.good() ? 0 : 1;
+            return 0;
         });
     AddImportOptions(command, *request);
     command.Add("--out", request->folder, "Project folder to make").Type("FOLDER").Required();

@@ -57,7 +57,7 @@ int ShowProject(const ShowRequest& request) {
     std::cout.flush();
     const std::vector<Fault> faults = TakeFaults();
     PrintFaults(faults, std::cerr);
-    return written && faults.empty() && std::cout.good() ? 0 : 1;
+    return written && faults.empty() ? 0 : 1;
 }
 
 int Show(ShowRequest request) {

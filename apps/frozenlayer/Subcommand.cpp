@@ -22,7 +22,11 @@ constexpr const char* kExitCodes =
 
 int PerformGuarded(const std::function<int()>& perform) {
     try {
-        return perform();
+        const int exitCode = perform();
+        if (std::cout.flush()) {
+            return exitCode;
+        }
+        std::cerr << "frozenlayer: standard output cannot be written: free space, or send it elsewhere\n";
     } catch (const std::bad_alloc&) {
         std::cerr << "frozenlayer: out of memory\n";
     } catch (const std::exception& failure) {

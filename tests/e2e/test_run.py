@@ -270,10 +270,12 @@ class RunTest(unittest.TestCase):
         if not pathlib.Path("/dev/full").exists():
             self.skipTest("no /dev/full here")
         project = SmallProject(self)
-        with open("/dev/full", "w", encoding="utf-8") as full:
-            result = subprocess.run([FROZENLAYER, "run", str(project.root)], stdout=full, stderr=subprocess.DEVNULL,
-                                    timeout=300, check=False)
-        self.assertEqual(result.returncode, 1)
+        for words in (["run", project.root], ["info", project.root], ["probe", project.root, "--node", "1"]):
+            with self.subTest(words[0]), open("/dev/full", "w", encoding="utf-8") as full:
+                result = subprocess.run([FROZENLAYER, *map(str, words)], stdout=full, stderr=subprocess.PIPE,
+                                        encoding="utf-8", timeout=300, check=False)
+                self.assertEqual(result.returncode, 1)
+                self.assertEqual(result.stderr.count("standard output cannot be written"), 1, result.stderr)
 
 
 if __name__ == "__main__":
