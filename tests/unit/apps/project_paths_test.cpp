@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "ProjectInputs.h"
+#include "refusal.h"
 #include "support/scratch_folder.h"
 
 namespace {
@@ -11,23 +12,11 @@ using qnl::CheckInputs;
 using qnl::ChooseStageFile;
 using qnl::CountIntermediateTimes;
 using qnl::FindBaseStageFiles;
-using qnl::InputProblem;
 using qnl::SplitStagePath;
 using qnl::StageFile;
 
 constexpr const char* kRunText =
     "[MESH]\nMeshCount = 1\nMesh1 = m.hdf\n[MATERIAL]\nMaterialCount = 1\nMaterial1 = m.toml\n";
-
-/// The sentence that an action is refused with.
-template <typename Action>
-std::string Refusal(const Action& action) {
-    try {
-        action();
-    } catch (const InputProblem& problem) {
-        return problem.what();
-    }
-    return "not refused";
-}
 
 bool Mentions(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;

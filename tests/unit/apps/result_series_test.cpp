@@ -9,25 +9,14 @@
 #include "SurfaceSeries.h"
 #include "box_project.h"
 #include "platform/Faults.h"
+#include "refusal.h"
 #include "results/result_file.h"
 
 namespace {
 
 using qnl::FindResultSeries;
-using qnl::InputProblem;
 using qnl::Point;
 using qnl::ResultSeries;
-
-/// The sentence that an action is refused with.
-template <typename Action>
-std::string Refusal(const Action& action) {
-    try {
-        action();
-    } catch (const InputProblem& problem) {
-        return problem.what();
-    }
-    return "not refused";
-}
 
 std::vector<int> Indices(const ResultSeries& series) {
     std::vector<int> indices;
