@@ -57,6 +57,34 @@ constexpr double kAverage = (0.25 * 50.0 + 0.75 * 100.0 + 150.0 + 0.75 * 100.0) 
 // Half of the first segment, with density 0.95, and two segments with 0.85; the last one ends at the window.
 constexpr double kHotPackingIndex = (2.25 - (0.25 * 0.95 + 2.0 * 0.85)) / 3.0;
 
+/// Flags of a stage, and whether its depth window changes on the way.
+struct WindowCase {
+    unsigned char warp;
+    unsigned char cool;
+    unsigned char gas;
+    unsigned char fillTimes;
+    double windowBefore;
+    bool changes;
+};
+
+TEST(WindowChangesOnTheWay, OnlyWhereItIsReadBeforeItIsSet) {
+    constexpr WindowCase cases[] = {
+        {1, 1, 0, 0, 0.0, true},  {1, 0, 1, 0, 0.0, true},  {1, 0, 0, 1, 0.0, true},
+        {1, 0, 0, 0, 0.0, false}, {0, 1, 0, 0, 0.0, false}, {0, 0, 1, 1, 0.0, false},
+        {1, 1, 1, 1, 1.5, false}, {1, 1, 1, 1, 1.0, true},
+    };
+    for (const WindowCase& c : cases) {
+        FrozenLayerJob job;
+        job.m_dGeomTolerance = 0.5;
+        job.m_bHasWarp = c.warp;
+        job.m_bHasCool = c.cool;
+        job.m_bIsGasIn = c.gas;
+        job.m_bFillHasCoolingTime = c.fillTimes;
+        job.m_dKernelScratch = c.windowBefore;
+        EXPECT_EQ(WindowChangesOnTheWay(job), c.changes) << &c - cases;
+    }
+}
+
 }  // namespace
 
 TEST(NodeEvaluation, PlainStageGivesRatioAndTemperatures) {
