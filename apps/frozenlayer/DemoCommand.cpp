@@ -82,7 +82,6 @@ int WriteDemo(const DemoWords& words) {
                      CountText(written.nodes, "node") + " with " + CountText(written.times, "output time") +
                      " of the " + words.stage + " stage.\nEvaluate it with: frozenlayer run " +
                      written.stageFile + "\n";
-    std::cout.flush();
     return 0;
 }
 
