@@ -9,7 +9,7 @@
 #include <vector>
 
 /// Meshes with results in the formats of other programs, as plain values.
-namespace qnl {
+namespace qnl::interop {
 
 /// Why foreign files cannot be used: one sentence with the file and the remedy.
 class ForeignProblem : public std::runtime_error {
@@ -55,4 +55,4 @@ public:
 /// extension. Raises ForeignProblem for a file that is not there or not known, and in builds without readers.
 std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>& files);
 
-}  // namespace qnl
+}  // namespace qnl::interop

@@ -1,4 +1,4 @@
-#include "NetcdfLength.h"
+#include "interop/NetcdfLength.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
-namespace qnl {
+namespace qnl::interop {
 
 namespace {
 
@@ -140,4 +140,4 @@ std::optional<std::uint64_t> AnnouncedNetcdfLength(const std::string& file) {
     }
 }
 
-}  // namespace qnl
+}  // namespace qnl::interop

@@ -1,6 +1,6 @@
-#include "ForeignSeries.h"
+#include "interop/ForeignSeries.h"
 
-namespace qnl {
+namespace qnl::interop {
 
 std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>&) {
     throw ForeignProblem(
@@ -8,4 +8,4 @@ std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>&
         "build again");
 }
 
-}  // namespace qnl
+}  // namespace qnl::interop

@@ -1,10 +1,10 @@
-#include "NodeFields.h"
+#include "interop/NodeFields.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
-namespace qnl {
+namespace qnl::interop {
 
 namespace {
 
@@ -20,7 +20,7 @@ struct Sums {
 };
 
 template <typename Visit>
-void ForEachCorner(const MeshData& mesh, int cell, const Visit& visit) {
+void ForEachCorner(const kernel::MeshData& mesh, int cell, const Visit& visit) {
     const int* corners = mesh.Corners(cell);
     for (int c = 0; c < mesh.Shape(cell).corners; ++c) {
         visit(static_cast<std::size_t>(corners[c]));
@@ -98,4 +98,4 @@ std::int64_t FillMissing(std::vector<double>& values, const SolidMesh& solid) {
     return missing;
 }
 
-}  // namespace qnl
+}  // namespace qnl::interop

@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <vector>
 
-#include "ForeignSeries.h"
-#include "SolidMesh.h"
+#include "interop/ForeignSeries.h"
+#include "interop/SolidMesh.h"
 
-namespace qnl {
+namespace qnl::interop {
 
 /// One component of an array, one value per node of the solid mesh. Values of cells become the mean over the
 /// cells of the node, weighted by their volumes; those that are not finite do not count.
@@ -16,4 +16,4 @@ std::vector<double> NodeValues(const ForeignArray& array, int component, const S
 /// neighbour to neighbour. Gives the number of values that cannot be reached.
 std::int64_t FillMissing(std::vector<double>& values, const SolidMesh& solid);
 
-}  // namespace qnl
+}  // namespace qnl::interop

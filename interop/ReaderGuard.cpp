@@ -1,11 +1,11 @@
-#include "ReaderGuard.h"
+#include "interop/ReaderGuard.h"
 
 #include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdlib>
 
-namespace qnl {
+namespace qnl::interop {
 
 namespace {
 
@@ -18,7 +18,7 @@ struct GuardState {
     std::array<char, 1024> sentence{};
     std::size_t length = 0;
     volatile std::sig_atomic_t active = 0;
-    const SilencedError* silenced = nullptr;
+    const host::SilencedError* silenced = nullptr;
     std::array<Handler, kCrashes.size()> handlers{};
 };
 GuardState state;
@@ -58,4 +58,4 @@ ReaderGuard::~ReaderGuard() {
     state.silenced = nullptr;
 }
 
-}  // namespace qnl
+}  // namespace qnl::interop

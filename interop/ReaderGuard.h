@@ -4,7 +4,7 @@
 
 #include "host/HostSystem.h"
 
-namespace qnl {
+namespace qnl::interop {
 
 /// While it lives, libraries print nothing on standard error, and one that crashes or ends the program over a
 /// damaged file ends it with one sentence about `file` and exit code 1. One at a time; it ends before
@@ -17,7 +17,7 @@ public:
     ReaderGuard& operator=(const ReaderGuard&) = delete;
 
 private:
-    SilencedError silenced_;
+    host::SilencedError silenced_;
 };
 
-}  // namespace qnl
+}  // namespace qnl::interop

@@ -1,13 +1,13 @@
-#include "SolidMesh.h"
+#include "interop/SolidMesh.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 
-#include "kernel/cell_volumes.h"
-#include "kernel/mesh_fault.h"
+#include "kernel/mesh/CellVolumes.h"
+#include "kernel/mesh/MeshFault.h"
 
-namespace qnl {
+namespace qnl::interop {
 
 namespace {
 
@@ -17,21 +17,21 @@ enum class Fate { Linear, Quadratic, Voxel, LeftOut, Refused };
 struct CellRule {
     int vtkType;
     Fate fate;
-    CellType solid;
+    kernel::CellType solid;
 };
 
 constexpr std::array<CellRule, 21> kVolumeCells{{
-    {10, Fate::Linear, CellType::Tetra},      {12, Fate::Linear, CellType::Hexa},
-    {13, Fate::Linear, CellType::Wedge},      {14, Fate::Linear, CellType::Pyramid},
-    {11, Fate::Voxel, CellType::Hexa},        {24, Fate::Quadratic, CellType::Tetra},
-    {25, Fate::Quadratic, CellType::Hexa},    {26, Fate::Quadratic, CellType::Wedge},
-    {27, Fate::Quadratic, CellType::Pyramid}, {29, Fate::Quadratic, CellType::Hexa},
-    {31, Fate::Quadratic, CellType::Wedge},   {32, Fate::Quadratic, CellType::Wedge},
-    {33, Fate::Quadratic, CellType::Hexa},    {37, Fate::Quadratic, CellType::Pyramid},
-    {71, Fate::Quadratic, CellType::Tetra},   {72, Fate::Quadratic, CellType::Hexa},
-    {73, Fate::Quadratic, CellType::Wedge},   {74, Fate::Quadratic, CellType::Pyramid},
-    {78, Fate::Quadratic, CellType::Tetra},   {79, Fate::Quadratic, CellType::Hexa},
-    {80, Fate::Quadratic, CellType::Wedge},
+    {10, Fate::Linear, kernel::CellType::Tetra},      {12, Fate::Linear, kernel::CellType::Hexa},
+    {13, Fate::Linear, kernel::CellType::Wedge},      {14, Fate::Linear, kernel::CellType::Pyramid},
+    {11, Fate::Voxel, kernel::CellType::Hexa},        {24, Fate::Quadratic, kernel::CellType::Tetra},
+    {25, Fate::Quadratic, kernel::CellType::Hexa},    {26, Fate::Quadratic, kernel::CellType::Wedge},
+    {27, Fate::Quadratic, kernel::CellType::Pyramid}, {29, Fate::Quadratic, kernel::CellType::Hexa},
+    {31, Fate::Quadratic, kernel::CellType::Wedge},   {32, Fate::Quadratic, kernel::CellType::Wedge},
+    {33, Fate::Quadratic, kernel::CellType::Hexa},    {37, Fate::Quadratic, kernel::CellType::Pyramid},
+    {71, Fate::Quadratic, kernel::CellType::Tetra},   {72, Fate::Quadratic, kernel::CellType::Hexa},
+    {73, Fate::Quadratic, kernel::CellType::Wedge},   {74, Fate::Quadratic, kernel::CellType::Pyramid},
+    {78, Fate::Quadratic, kernel::CellType::Tetra},   {79, Fate::Quadratic, kernel::CellType::Hexa},
+    {80, Fate::Quadratic, kernel::CellType::Wedge},
 }};
 
 /// Points, lines and surface cells.
@@ -47,7 +47,7 @@ CellRule FindRule(int vtkType) {
         }
     }
     const bool lower = std::find(kLowerCells.begin(), kLowerCells.end(), vtkType) != kLowerCells.end();
-    return {vtkType, lower ? Fate::LeftOut : Fate::Refused, CellType::Tetra};
+    return {vtkType, lower ? Fate::LeftOut : Fate::Refused, kernel::CellType::Tetra};
 }
 
 /// Corner of a voxel that is corner i of the hexahedron.
@@ -72,8 +72,8 @@ public:
         }
         NumberNodes();
         try {
-            TurnNegativeCells(solid_.mesh, solid_.volumes);
-        } catch (const MeshFault& fault) {
+            kernel::TurnNegativeCells(solid_.mesh, solid_.volumes);
+        } catch (const kernel::MeshFault& fault) {
             throw ForeignProblem(file_ + ": " + fault.what() + "; repair the mesh or leave the cell out");
         }
         return std::move(solid_);
@@ -109,7 +109,8 @@ private:
         }
         solid_.madeLinear += rule.fate == Fate::Quadratic ? 1 : 0;
         const auto* nodes = foreign_.nodes.data() + foreign_.offsets[cell];
-        const auto corners = static_cast<std::size_t>(FindCellShape(static_cast<int>(rule.solid))->corners);
+        const auto corners =
+            static_cast<std::size_t>(kernel::FindCellShape(static_cast<int>(rule.solid))->corners);
         CheckCorners(cell, nodes, corners);
         for (std::size_t c = 0; c < corners; ++c) {
             AddCorner(nodes[rule.fate == Fate::Voxel ? kVoxelCorner[c] : c]);
@@ -153,7 +154,7 @@ private:
     }
 
     void AddNode(std::size_t point) {
-        Point scaled = foreign_.points[point];
+        kernel::Point scaled = foreign_.points[point];
         for (double& coordinate : scaled) {
             coordinate *= millimetres_;
             if (!std::isfinite(coordinate)) {
@@ -178,4 +179,4 @@ SolidMesh BuildSolidMesh(const ForeignMesh& foreign, double millimetres, const s
     return Builder(foreign, millimetres, file).Build();
 }
 
-}  // namespace qnl
+}  // namespace qnl::interop

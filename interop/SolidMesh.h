@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
-#include "ForeignSeries.h"
-#include "kernel/mesh_data.h"
+#include "interop/ForeignSeries.h"
+#include "kernel/mesh/MeshData.h"
 
-namespace qnl {
+namespace qnl::interop {
 
 /// Linear volume cells of a foreign mesh. Nodes that no such cell uses are left out.
 struct SolidMesh {
-    MeshData mesh;                          ///< mm, cells of positive volume; no labels, no regions
+    kernel::MeshData mesh;                  ///< mm, cells of positive volume; no labels, no regions
     std::vector<double> volumes;            ///< of the cells, mm3
     std::vector<std::int64_t> cellSource;   ///< foreign cell of each cell
     std::vector<std::int64_t> pointSource;  ///< foreign point of each node
@@ -24,4 +24,4 @@ struct SolidMesh {
 /// coordinate that is not finite, a corner that a cell names twice, and a cell without volume.
 SolidMesh BuildSolidMesh(const ForeignMesh& foreign, double millimetres, const std::string& file);
 
-}  // namespace qnl
+}  // namespace qnl::interop

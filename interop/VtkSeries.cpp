@@ -25,12 +25,12 @@
 #include <string_view>
 #include <utility>
 
-#include "ForeignSeries.h"
-#include "NetcdfLength.h"
-#include "ReaderGuard.h"
-#include "VtkSnapshot.h"
+#include "interop/ForeignSeries.h"
+#include "interop/NetcdfLength.h"
+#include "interop/ReaderGuard.h"
+#include "interop/VtkSnapshot.h"
 
-namespace qnl {
+namespace qnl::interop {
 
 namespace {
 
@@ -358,4 +358,4 @@ std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>&
     return std::make_unique<VtkSeries>(files);
 }
 
-}  // namespace qnl
+}  // namespace qnl::interop

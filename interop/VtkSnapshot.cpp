@@ -1,4 +1,4 @@
-#include "VtkSnapshot.h"
+#include "interop/VtkSnapshot.h"
 
 #include <vtkAppendFilter.h>
 #include <vtkCellData.h>
@@ -17,7 +17,7 @@
 
 #include <algorithm>
 
-namespace qnl {
+namespace qnl::interop {
 
 namespace {
 
@@ -157,4 +157,4 @@ ForeignSnapshot TakeSnapshot(const std::vector<vtkDataObject*>& parts, const std
     return snapshot;
 }
 
-}  // namespace qnl
+}  // namespace qnl::interop

@@ -2,9 +2,9 @@
 
 #include <vtkDataObject.h>
 
-#include "ForeignSeries.h"
+#include "interop/ForeignSeries.h"
 
-namespace qnl {
+namespace qnl::interop {
 
 /// Mesh and arrays of what a reader gave. Blocks and pieces with volume cells become one mesh, joined at
 /// points of equal coordinates, with a cell array "BlockId" (0, 1, ...) when there are several; ghost cells
@@ -12,4 +12,4 @@ namespace qnl {
 /// `file`, for data without cells.
 ForeignSnapshot TakeSnapshot(const std::vector<vtkDataObject*>& parts, const std::string& file);
 
-}  // namespace qnl
+}  // namespace qnl::interop

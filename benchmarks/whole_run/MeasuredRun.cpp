@@ -7,6 +7,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/ThreadFailure.h"
+#include "base/WindowsPath.h"
+#include "context/FrozenLayerJob.h"
 #include "frozen/NodeSelection.h"
 #include "frozen/ResultSmoothing.h"
 #include "frozen/SearchRecords.h"
@@ -19,11 +22,9 @@
 #include "input/TemperatureData.h"
 #include "job/CarriedState.h"
 #include "job/CommandLine.h"
-#include "job/FrozenLayerJob.h"
-#include "job/WindowsPath.h"
-#include "kernel/cell_volumes.h"
-#include "kernel/face_topology.h"
-#include "kernel/mesh_file.h"
+#include "kernel/mesh/CellVolumes.h"
+#include "kernel/mesh/MeshFile.h"
+#include "kernel/topology/FaceTopology.h"
 #include "mesh/DataExtension.h"
 #include "mesh/FieldStorage.h"
 #include "mesh/MeshImport.h"
@@ -31,9 +32,8 @@
 #include "platform/QnlMaterial.h"
 #include "profile/NodeLoop.h"
 #include "profile/NodeOrder.h"
-#include "profile/PassElementSearch.h"
-#include "profile/SearchFile.h"
-#include "profile/ThreadFailure.h"
+#include "profile/search/PassElementSearch.h"
+#include "profile/search/SearchFile.h"
 #include "whole_run/PeakMemory.h"
 
 namespace {
@@ -56,8 +56,8 @@ public:
         OpenMesh();
         const std::string result(job_.m_szResultFile.View());
         for (int index = 0; index <= intermediateTimes_; ++index) {
-            job_.m_szResultFile.Set(index == 0 ? result : IndexedName(result, index));
-            EvaluateTime(index == 0 ? stageFile_ : IndexedName(stageFile_, index), index == 0);
+            job_.m_szResultFile.Set(index == 0 ? result : qnl::IndexedName(result, index));
+            EvaluateTime(index == 0 ? stageFile_ : qnl::IndexedName(stageFile_, index), index == 0);
         }
         CountPassedCells();
         MeanOverTimes();
@@ -88,7 +88,7 @@ private:
         job_.m_options.corrected = true;
         job_.m_options.intermediateTimes = intermediateTimes_;
         job_.m_szInputResult = stageFile_.c_str();
-        Require(HandleCommandLine(job_, 6, pointers) == 1, "reading the run file");
+        Require(qnl::job::HandleCommandLine(job_, 6, pointers) == 1, "reading the run file");
         SelectResultFiles(job_);
         Require(job_.m_bHasIntermediateTimes == 1, "finding the marker log");
         QnlMaterial* material = QnlGetMaterial(job_.m_szMaterialFile.Text());
@@ -97,61 +97,61 @@ private:
 
     /// The parts of the kernel's reading that can be seen on their own; nothing of them is kept.
     void MeasureMeshParts() {
-        qnl::MeshData mesh;
-        Timed(Phase::MeshFile, [&] { mesh = qnl::ReadMeshFile(job_.m_szMeshFile.View()); });
+        qnl::kernel::MeshData mesh;
+        Timed(Phase::MeshFile, [&] { mesh = qnl::kernel::ReadMeshFile(job_.m_szMeshFile.View()); });
         std::vector<double> volumes;
-        qnl::TurnNegativeCells(mesh, volumes);
+        qnl::kernel::TurnNegativeCells(mesh, volumes);
         volumes = {};
-        Timed(Phase::Topology, [&] { qnl::BuildFaceTopology(mesh); });
+        Timed(Phase::Topology, [&] { qnl::kernel::BuildFaceTopology(mesh); });
     }
 
     void OpenMesh() {
-        Timed(Phase::MeshKernel, [&] { Require(ReadMesh(job_) == 1, "reading the mesh"); });
-        SetUpThreads(job_);
-        Require(TakeOverMeshData(job_) == 1, "taking the mesh over");
-        NewDataStorage(job_);
+        Timed(Phase::MeshKernel, [&] { Require(qnl::mesh::ReadMesh(job_) == 1, "reading the mesh"); });
+        qnl::mesh::SetUpThreads(job_);
+        Require(qnl::mesh::TakeOverMeshData(job_) == 1, "taking the mesh over");
+        qnl::mesh::NewDataStorage(job_);
     }
 
     void EvaluateTime(const std::string& stageFile, bool first) {
-        DropCarriedState(job_);
+        qnl::job::DropCarriedState(job_);
         Timed(Phase::StageInput, [&] {
             Require(LoadTemperatureData(job_, stageFile.c_str()) == 1, "reading stage results");
-            ExtendNodeToSurface(job_);
-            ExtendNodeToInnerCell(job_);
+            qnl::mesh::ExtendNodeToSurface(job_);
+            qnl::mesh::ExtendNodeToInnerCell(job_);
         });
         if (first) {
-            NewFrozenStorage(job_);
+            qnl::mesh::NewFrozenStorage(job_);
         }
         Timed(Phase::Normals, [&] { FindNormals(); });
         if (first) {
-            PrepareSearchRecords(job_);
+            qnl::frozen::PrepareSearchRecords(job_);
             Require(job_.m_bSearchDone == 0, "starting without a search file");
             Timed(Phase::Search, [&] { SearchAll(); });
             Timed(Phase::SearchFile, [&] { WriteSearchResult(job_); });
             job_.m_bSearchDone = 1;
         }
-        Timed(Phase::Evaluation, [&] { EvaluateSurfaceNodes(job_); });
-        ClearSpecialNodes(job_);
-        Timed(Phase::Thinning, [&] { ThinOutVelocities(job_); });
-        Timed(Phase::Smoothing, [&] { SmoothResults(job_); });
+        Timed(Phase::Evaluation, [&] { qnl::profile::EvaluateSurfaceNodes(job_); });
+        qnl::frozen::ClearSpecialNodes(job_);
+        Timed(Phase::Thinning, [&] { qnl::frozen::ThinOutVelocities(job_); });
+        Timed(Phase::Smoothing, [&] { qnl::frozen::SmoothResults(job_); });
         Timed(Phase::SinkVectors, [&] {
-            SubtractSinkReference(job_);
-            TurnNormalsIntoSinkVectors(job_);
+            qnl::frozen::SubtractSinkReference(job_);
+            qnl::frozen::TurnNormalsIntoSinkVectors(job_);
         });
-        Timed(Phase::ResultFile, [&] { WriteBinaryResult(job_); });
+        Timed(Phase::ResultFile, [&] { qnl::output::WriteBinaryResult(job_); });
     }
 
     void FindNormals() {
-        ComputeSurfaceNormals(job_);
-        EnsureComputedArrays(job_);
-        SmoothSurfaceNormals(*job_.m_pOptKer, job_.m_pNormalX.get(), job_.m_pNormalY.get(),
-                             job_.m_pNormalZ.get());
-        SelectSurfaceNodes(job_);
+        qnl::frozen::ComputeSurfaceNormals(job_);
+        qnl::mesh::EnsureComputedArrays(job_);
+        qnl::frozen::SmoothSurfaceNormals(*job_.m_pOptKer, job_.m_pNormalX.get(), job_.m_pNormalY.get(),
+                                          job_.m_pNormalZ.get());
+        qnl::frozen::SelectSurfaceNodes(job_);
     }
 
     void SearchAll() {
         qnl::ThreadFailure failure;
-        const std::vector<int> order = NodeOrder(job_);
+        const std::vector<int> order = qnl::profile::NodeOrder(job_);
 #pragma omp parallel for schedule(dynamic, 1)
         for (std::size_t i = 0; i < order.size(); ++i) {
             failure.Guard([&] { SearchOne(order[i]); });
@@ -164,7 +164,8 @@ private:
         const NodeRecord& node = job_.p_Node[n];
         int count = 0;
         FindNodePassElems(job_, position, count, node.x, node.y, node.z, -job_.m_pNormalX.get()[n],
-                          -job_.m_pNormalY.get()[n], -job_.m_pNormalZ.get()[n], SearchSlot(job_));
+                          -job_.m_pNormalY.get()[n], -job_.m_pNormalZ.get()[n],
+                          qnl::profile::SearchSlot(job_));
     }
 
     void CountPassedCells() {

@@ -6,7 +6,10 @@
 #include "platform/MeshRecords.h"
 
 class CQNLKNLogErrMsgTool;
+
+namespace qnl::kernel {
 struct MeshKernelState;
+}
 
 /// The mesh kernel: reads the solid mesh, owns it, and answers geometric questions about it.
 ///
@@ -73,12 +76,12 @@ public:
     int* SearchNearBlockID(double xMin, double yMin, double zMin, double xMax, double yMax, double zMax,
                            int& count, int slot);
 
-    MeshKernelState* m_pState = nullptr;        ///< kernel's own, owned
-    CQNLKNLogErrMsgTool* m_pLogTool = nullptr;  ///< borrowed
-    NodeRecord* p_Node = nullptr;               ///< 1-based
-    SurfaceRecord* p_Surfce = nullptr;          ///< 1-based boundary faces
-    CellRecord* p_Cell = nullptr;               ///< 1-based
-    int m_nMeshHeader0 = 0;                     ///< reserved header word
+    qnl::kernel::MeshKernelState* m_pState = nullptr;  ///< kernel's own, owned
+    CQNLKNLogErrMsgTool* m_pLogTool = nullptr;         ///< borrowed
+    NodeRecord* p_Node = nullptr;                      ///< 1-based
+    SurfaceRecord* p_Surfce = nullptr;                 ///< 1-based boundary faces
+    CellRecord* p_Cell = nullptr;                      ///< 1-based
+    int m_nMeshHeader0 = 0;                            ///< reserved header word
     int m_nNodes = 0;
     int m_nCells = 0;
     int m_nSurfaces = 0;

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+namespace qnl {
+
 /// One thing that was wrong with a file or its values, in words for its user.
 struct Fault {
     std::string file;    ///< path, empty when no file is concerned
@@ -17,3 +19,5 @@ void RecordFault(Fault fault);
 
 /// Gives the faults recorded so far, in the order of recording, and empties the list.
 std::vector<Fault> TakeFaults();
+
+}  // namespace qnl

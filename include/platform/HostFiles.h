@@ -10,6 +10,8 @@
 /// the name under which this system knows it: on systems other than Windows each "\" becomes "/".
 std::string HostPath(std::string_view path);
 
+namespace qnl {
+
 /// Owning handle of an open C stream.
 class HostFile {
 public:
@@ -64,3 +66,5 @@ private:
     std::string temporary_;
     HostFile file_;
 };
+
+}  // namespace qnl

@@ -3,6 +3,8 @@
 #include <mutex>
 #include <utility>
 
+namespace qnl {
+
 namespace {
 
 struct FaultList {
@@ -28,3 +30,5 @@ std::vector<Fault> TakeFaults() {
     const std::lock_guard<std::mutex> lock(list.mutex);
     return std::exchange(list.faults, {});
 }
+
+}  // namespace qnl

@@ -17,6 +17,8 @@ std::string HostPath(std::string_view path) {
     return name;
 }
 
+namespace qnl {
+
 HostFile::HostFile(std::string_view path, const char* mode) {
     const std::string name = HostPath(path);
     if (name.find('\0') != std::string::npos) {
@@ -115,3 +117,5 @@ bool IsOlder(std::string_view path, std::string_view reference) {
     const fs::file_time_type referenceTime = fs::last_write_time(HostPath(reference), referenceFailed);
     return !pathFailed && !referenceFailed && time < referenceTime;
 }
+
+}  // namespace qnl

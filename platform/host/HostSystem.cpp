@@ -14,7 +14,7 @@
 #include <unistd.h>
 #endif
 
-namespace qnl {
+namespace qnl::host {
 
 namespace {
 
@@ -104,4 +104,4 @@ void SilencedError::Write(const char* text, std::size_t length) const noexcept {
 #endif
 }
 
-}  // namespace qnl
+}  // namespace qnl::host

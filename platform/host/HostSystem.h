@@ -4,7 +4,7 @@
 #include <string>
 
 // What only the operating system can tell or do; the one place with code of one system or the other.
-namespace qnl {
+namespace qnl::host {
 
 /// Whether somebody watches standard error.
 bool ErrorIsTerminal();
@@ -30,4 +30,4 @@ private:
     int former_;  ///< descriptor; -1 when there was none
 };
 
-}  // namespace qnl
+}  // namespace qnl::host

@@ -11,6 +11,8 @@
 
 namespace fs = std::filesystem;
 
+namespace qnl {
+
 namespace {
 
 std::string LastReason(const char* otherwise) {
@@ -111,3 +113,5 @@ bool ReplacedFile::Commit() {
     temporary_.clear();
     return true;
 }
+
+}  // namespace qnl

@@ -10,13 +10,15 @@
 #include <string>
 #include <string_view>
 
-#include "kernel/depth_sort.h"
-#include "kernel/mesh_fault.h"
-#include "kernel/mesh_file.h"
-#include "kernel/mesh_kernel_state.h"
-#include "kernel/node_normals.h"
+#include "kernel/MeshKernelState.h"
+#include "kernel/mesh/MeshFault.h"
+#include "kernel/mesh/MeshFile.h"
+#include "kernel/mesh/NodeNormals.h"
+#include "kernel/rays/DepthSort.h"
 #include "platform/CQNLKNLogErrMsgTool.h"
 #include "platform/Faults.h"
+
+namespace qnl::kernel {
 
 namespace {
 
@@ -61,7 +63,7 @@ void Publish(KernelMesh& mesh, CQNLOptKer& kernel) {
 }
 
 void AppendBoxes(const std::vector<EntityRecord>& records, int idBefore,
-                 std::vector<qnl::BoxTree::Entry>& entries) {
+                 std::vector<BoxTree::Entry>& entries) {
     for (std::size_t i = 1; i < records.size(); ++i) {
         const EntityRecord& record = records[i];
         entries.push_back({{{record.boxMin[0], record.boxMin[1], record.boxMin[2]},
@@ -75,7 +77,7 @@ std::vector<int>& PrepareQuery(MeshKernelState& state, int slot) {
     const std::lock_guard<std::mutex> lock(state.treeMutex);
     if (state.treeLacksMesh) {
         const KernelMesh& mesh = state.mesh;
-        std::vector<qnl::BoxTree::Entry> entries;
+        std::vector<BoxTree::Entry> entries;
         entries.reserve(mesh.faces.records.size() + mesh.cells.records.size());
         AppendBoxes(mesh.faces.records, 0, entries);
         AppendBoxes(mesh.cells.records, static_cast<int>(mesh.faces.records.size()) - 1, entries);
@@ -91,26 +93,28 @@ std::vector<int>& PrepareQuery(MeshKernelState& state, int slot) {
 
 }  // namespace
 
-CQNLOptKer::CQNLOptKer() : m_pState(std::make_unique<MeshKernelState>().release()) {}
+}  // namespace qnl::kernel
+
+CQNLOptKer::CQNLOptKer() : m_pState(std::make_unique<qnl::kernel::MeshKernelState>().release()) {}
 
 CQNLOptKer::~CQNLOptKer() {
-    const std::unique_ptr<MeshKernelState> owner(m_pState);
+    const std::unique_ptr<qnl::kernel::MeshKernelState> owner(m_pState);
 }
 
 int CQNLOptKer::argumentHandle(int argc, char** argv, char* word0, char* word1, char* word2, char* word3,
                                char* word4, char* word5) {
-    char* const buffers[kWords] = {word0, word1, word2, word3, word4, word5};
-    std::string_view words[kWords];
+    char* const buffers[qnl::kernel::kWords] = {word0, word1, word2, word3, word4, word5};
+    std::string_view words[qnl::kernel::kWords];
     int copied = 0;
-    for (; copied < std::min(argc, kWords) && argv[copied] != nullptr; ++copied) {
+    for (; copied < std::min(argc, qnl::kernel::kWords) && argv[copied] != nullptr; ++copied) {
         words[copied] = argv[copied];
-        if (words[copied].size() >= kWordBuffer) {
+        if (words[copied].size() >= qnl::kernel::kWordBuffer) {
             throw std::length_error("command-line word " + std::to_string(copied) + " has " +
                                     std::to_string(words[copied].size()) + " bytes, at most " +
-                                    std::to_string(kWordBuffer - 1) + " fit");
+                                    std::to_string(qnl::kernel::kWordBuffer - 1) + " fit");
         }
     }
-    for (int i = 0; i < kWords; ++i) {
+    for (int i = 0; i < qnl::kernel::kWords; ++i) {
         words[i].copy(buffers[i], words[i].size());
         buffers[i][words[i].size()] = '\0';
     }
@@ -123,20 +127,21 @@ void CQNLOptKer::getMsgPtr(CQNLKNLogErrMsgTool* logTool) {
 
 int CQNLOptKer::ReadMeshData(char* path, int) {
     try {
-        KernelMesh mesh = LoadKernelMesh(path);
+        qnl::kernel::KernelMesh mesh = qnl::kernel::LoadKernelMesh(path);
         m_pState->mesh = std::move(mesh);
-    } catch (const qnl::MeshFault& fault) {
-        return ReportUnreadable(path, fault.what());
+    } catch (const qnl::kernel::MeshFault& fault) {
+        return qnl::kernel::ReportUnreadable(path, fault.what());
     } catch (const std::bad_alloc&) {
-        return ReportUnreadable(path, qnl::WithFile(path, "not enough memory for this mesh").what());
+        return qnl::kernel::ReportUnreadable(
+            path, qnl::kernel::WithFile(path, "not enough memory for this mesh").what());
     } catch (const std::exception& error) {
-        return ReportUnreadable(path, qnl::WithFile(path, error.what()).what());
+        return qnl::kernel::ReportUnreadable(path, qnl::kernel::WithFile(path, error.what()).what());
     }
     m_pState->tree.Clear();
     m_pState->treeLacksMesh = true;
-    Publish(m_pState->mesh, *this);
+    qnl::kernel::Publish(m_pState->mesh, *this);
     if (m_nLogLevel > 0) {
-        ReportCounts(m_pState->mesh);
+        qnl::kernel::ReportCounts(m_pState->mesh);
     }
     return 1;
 }
@@ -160,12 +165,12 @@ int* CQNLOptKer::FindPassElemByAnyRay(int& count, double x, double y, double z, 
 }
 
 void CQNLOptKer::shellSorting(int n, double* keys, int* ids) const {
-    qnl::SortByDepth(n, keys, ids, m_pState->mesh.epsilon);
+    qnl::kernel::SortByDepth(n, keys, ids, m_pState->mesh.epsilon);
 }
 
 int CQNLOptKer::ComputeNodeSurfaceNormal(double* nx, double* ny, double* nz) {
-    const KernelMesh& mesh = m_pState->mesh;
-    const std::vector<qnl::Point> normals = qnl::NodeNormals(mesh.nodes, mesh.faces.records);
+    const qnl::kernel::KernelMesh& mesh = m_pState->mesh;
+    const std::vector<qnl::kernel::Point> normals = qnl::kernel::NodeNormals(mesh.nodes, mesh.faces.records);
     for (const int node : mesh.boundary.Nodes()) {
         const std::size_t index = static_cast<std::size_t>(node) + 1;
         nx[index] = normals[index][0];
@@ -176,7 +181,7 @@ int CQNLOptKer::ComputeNodeSurfaceNormal(double* nx, double* ny, double* nz) {
 }
 
 void CQNLOptKer::SmoothSurfaceNodeValue(double* array, int iterations) {
-    qnl::SmoothOverBoundary(m_pState->mesh.boundary, array + 1, iterations);
+    qnl::kernel::SmoothOverBoundary(m_pState->mesh.boundary, array + 1, iterations);
 }
 
 void CQNLOptKer::SetADTreeRange(double, double, double, double, double, double, int, int, int) {
@@ -191,7 +196,7 @@ void CQNLOptKer::AddSurfaceToADTree(int id, double xMin, double yMin, double zMi
 
 int* CQNLOptKer::SearchNearBlockID(double xMin, double yMin, double zMin, double xMax, double yMax,
                                    double zMax, int& count, int slot) {
-    std::vector<int>& ids = PrepareQuery(*m_pState, slot);
+    std::vector<int>& ids = qnl::kernel::PrepareQuery(*m_pState, slot);
     m_pState->tree.Find({{xMin, yMin, zMin}, {xMax, yMax, zMax}}, ids);
     count = static_cast<int>(ids.size());
     return ids.data();

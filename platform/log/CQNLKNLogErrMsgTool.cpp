@@ -10,6 +10,8 @@
 #include "platform/Faults.h"
 #include "platform/HostFiles.h"
 
+namespace qnl::log {
+
 namespace {
 
 /// The log file that messages are appended to, and the tool that asked for it.
@@ -79,10 +81,12 @@ std::string CurrentReason() {
 
 }  // namespace
 
+}  // namespace qnl::log
+
 CQNLKNLogErrMsgTool::CQNLKNLogErrMsgTool() = default;
 
 CQNLKNLogErrMsgTool::~CQNLKNLogErrMsgTool() {
-    LogAttachment& log = TheLog();
+    qnl::log::LogAttachment& log = qnl::log::TheLog();
     const std::lock_guard<std::mutex> lock(log.mutex);
     if (log.owner == this) {
         log.file.Close();
@@ -91,13 +95,13 @@ CQNLKNLogErrMsgTool::~CQNLKNLogErrMsgTool() {
 }
 
 int CQNLKNLogErrMsgTool::setData_Append(const char* logFile) {
-    LogAttachment& log = TheLog();
+    qnl::log::LogAttachment& log = qnl::log::TheLog();
     const std::lock_guard<std::mutex> lock(log.mutex);
     log.path = logFile != nullptr ? logFile : "";
-    log.file = HostFile(log.path, "a");
+    log.file = qnl::HostFile(log.path, "a");
     log.owner = this;
     if (!log.file) {
-        RecordLogFault(log.path, "a log file that can be opened", "it cannot be opened");
+        qnl::log::RecordLogFault(log.path, "a log file that can be opened", "it cannot be opened");
         return -1;
     }
     return 1;
@@ -105,19 +109,19 @@ int CQNLKNLogErrMsgTool::setData_Append(const char* logFile) {
 
 void CQNLKNLogErrMsgTool::printGeneralMessage(const std::string& text, const std::string& second,
                                               std::ostream& out) {
-    Print(text + second, out);
+    qnl::log::Print(text + second, out);
 }
 
 void CQNLKNLogErrMsgTool::printLogStringContent(const std::string& text, const std::string& second,
                                                 std::ostream& out) {
-    PrintLine(text + second, out);
+    qnl::log::PrintLine(text + second, out);
 }
 
 void CQNLKNLogErrMsgTool::printErrorMessageContent(int code, const std::string& text,
                                                    const std::string& second, std::ostream& out) {
-    PrintLine("Error " + std::to_string(code) + ": " + text + second, out);
+    qnl::log::PrintLine("Error " + std::to_string(code) + ": " + text + second, out);
 }
 
 void CQNLKNLogErrMsgTool::printErrorOutofMemory(const std::string& text, std::ostream& out) {
-    PrintLine(text + CurrentReason(), out);
+    qnl::log::PrintLine(text + qnl::log::CurrentReason(), out);
 }

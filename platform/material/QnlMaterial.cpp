@@ -5,31 +5,33 @@
 #include <memory>
 #include <string>
 
-#include "material/material_file.h"
+#include "material/MaterialFile.h"
 #include "platform/CQNLKNLogErrMsgTool.h"
 #include "platform/Faults.h"
 #include "platform/HostFiles.h"
+
+namespace qnl::material {
 
 namespace {
 
 /// The handle that goes out and what it stands for.
 struct OpenMaterial {
     QnlMaterial record{};
-    qnl::Material material;
+    Material material;
 };
 
-const qnl::Material& MaterialOf(const QnlMaterial* handle) {
-    static const qnl::Material none;
+const Material& MaterialOf(const QnlMaterial* handle) {
+    static const Material none;
     return handle != nullptr ? static_cast<const OpenMaterial*>(handle->properties)->material : none;
 }
 
-qnl::Material ReadMaterial(const std::string& path) {
+Material ReadMaterial(const std::string& path) {
     const HostFile file(path, "rb");
     std::string text;
     if (!file || !ReadAll(file.Get(), text)) {
-        throw qnl::MaterialFault(0, "the file cannot be read");
+        throw MaterialFault(0, "the file cannot be read");
     }
-    return qnl::ParseMaterial(text);
+    return ParseMaterial(text);
 }
 
 std::string OnOneLine(std::string text) {
@@ -38,7 +40,7 @@ std::string OnOneLine(std::string text) {
     return text;
 }
 
-void Report(const std::string& path, const qnl::MaterialFault& fault) {
+void Report(const std::string& path, const MaterialFault& fault) {
     const std::string line = fault.Line() > 0 ? "line " + std::to_string(fault.Line()) : std::string();
     const std::string place = line.empty() ? path : path + ", " + line;
     const std::string reason = OnOneLine(fault.what());
@@ -48,38 +50,41 @@ void Report(const std::string& path, const qnl::MaterialFault& fault) {
 
 }  // namespace
 
+}  // namespace qnl::material
+
 QnlMaterial* QnlGetMaterial(const char* path) {
     const std::string file = path != nullptr ? path : "";
     try {
-        auto open = std::make_unique<OpenMaterial>();
-        open->material = ReadMaterial(file);
+        auto open = std::make_unique<qnl::material::OpenMaterial>();
+        open->material = qnl::material::ReadMaterial(file);
         open->record.properties = open.get();
         open->record.typeCode = open->material.typeCode;
         return &open.release()->record;
-    } catch (const qnl::MaterialFault& fault) {
-        Report(file, fault);
+    } catch (const qnl::material::MaterialFault& fault) {
+        qnl::material::Report(file, fault);
         return nullptr;
     }
 }
 
 bool QnlIsThermoplastic(const QnlMaterial* material) {
-    return MaterialOf(material).kind == qnl::MaterialKind::Thermoplastic;
+    return qnl::material::MaterialOf(material).kind == qnl::material::MaterialKind::Thermoplastic;
 }
 
 bool QnlIsThermoset(const QnlMaterial* material) {
-    return MaterialOf(material).kind == qnl::MaterialKind::Thermoset;
+    return qnl::material::MaterialOf(material).kind == qnl::material::MaterialKind::Thermoset;
 }
 
 double QnlGetFreezeTemp(const QnlMaterial* material) {
-    return MaterialOf(material).freezeTemperature;
+    return qnl::material::MaterialOf(material).freezeTemperature;
 }
 
 double QnlGetDensity(const QnlMaterial* material, double pressure, double temperature, double /*rate*/) {
-    return Density(MaterialOf(material), pressure, temperature);
+    return Density(qnl::material::MaterialOf(material), pressure, temperature);
 }
 
 void QnlReleaseMaterial(QnlMaterial* material) {
     if (material != nullptr) {
-        const std::unique_ptr<OpenMaterial> owner(static_cast<OpenMaterial*>(material->properties));
+        const std::unique_ptr<qnl::material::OpenMaterial> owner(
+            static_cast<qnl::material::OpenMaterial*>(material->properties));
     }
 }

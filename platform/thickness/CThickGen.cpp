@@ -5,13 +5,15 @@
 #include <string>
 #include <vector>
 
-#include "kernel/mesh_kernel_state.h"
-#include "kernel/node_normals.h"
+#include "kernel/MeshKernelState.h"
+#include "kernel/mesh/NodeNormals.h"
 #include "platform/CQNLOptKer.h"
 #include "platform/HostFiles.h"
-#include "results/result_file.h"
-#include "results/stage_items.h"
-#include "thickness/wall_thickness.h"
+#include "results/ResultFile.h"
+#include "results/StageItems.h"
+#include "thickness/WallThickness.h"
+
+namespace qnl::thickness {
 
 namespace {
 
@@ -49,20 +51,20 @@ std::vector<float> DenseByLabel(const CQNLOptKer& kernel, int entries, const std
     return dense;
 }
 
-qnl::StageResult MakeThicknessResult(const CQNLOptKer& kernel, const std::string& meshPath) {
-    const KernelMesh& mesh = kernel.m_pState->mesh;
-    const std::vector<qnl::Point> normals = qnl::NodeNormals(mesh.nodes, mesh.faces.records);
-    const std::vector<double> lengths = qnl::InsideLengths(*mesh.rays, mesh.boundary, kernel.p_Node, normals);
-    const std::vector<double> means = qnl::PositiveMeansAround(mesh.boundary, lengths);
+results::StageResult MakeThicknessResult(const CQNLOptKer& kernel, const std::string& meshPath) {
+    const kernel::KernelMesh& mesh = kernel.m_pState->mesh;
+    const std::vector<kernel::Point> normals = kernel::NodeNormals(mesh.nodes, mesh.faces.records);
+    const std::vector<double> lengths = InsideLengths(*mesh.rays, mesh.boundary, kernel.p_Node, normals);
+    const std::vector<double> means = PositiveMeansAround(mesh.boundary, lengths);
 
-    qnl::StageResult result;
+    results::StageResult result;
     result.head.mesh = meshPath;
     result.producer = {"thickness", 1, 0, 0};
     result.time = {0, 0.0F, "s"};
     result.maxNode = LargestLabel(kernel);
     const auto add = [&](int item, const std::vector<double>& values) {
-        result.items.push_back(qnl::MakeStageItem(qnl::StageKind::Thickness, item,
-                                                  DenseByLabel(kernel, result.maxNode, values)));
+        result.items.push_back(results::MakeStageItem(results::StageKind::Thickness, item,
+                                                      DenseByLabel(kernel, result.maxNode, values)));
     };
     add(kThicknessItem, lengths);
     add(kMeanAroundItem, means);
@@ -78,11 +80,13 @@ int Generate(std::string meshPath) {
     if (kernel.ReadMeshData(meshPath.data(), 0) != 1) {
         return kMeshNotReadable;
     }
-    const qnl::StageResult result = MakeThicknessResult(kernel, meshPath);
-    return qnl::WriteStageResult(thicknessPath, result) ? kDone : kFileNotWritable;
+    const results::StageResult result = MakeThicknessResult(kernel, meshPath);
+    return results::WriteStageResult(thicknessPath, result) ? kDone : kFileNotWritable;
 }
 
 }  // namespace
 
+}  // namespace qnl::thickness
+
 CThickGen::CThickGen(const char* meshPath, const char* /*option*/)
-    : m_nStatus(Generate(meshPath != nullptr ? meshPath : "")) {}
+    : m_nStatus(qnl::thickness::Generate(meshPath != nullptr ? meshPath : "")) {}

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
-#include "job/Messages.h"
+#include "context/Messages.h"
+
+namespace qnl::frozen {
 
 namespace {
 
@@ -39,3 +41,5 @@ void SelectSurfaceNodes(FrozenLayerJob& job) {
     job.m_nSurfaceNodes = 0;
     MarkSurfaceNodes(job, [&job](int node) { job.m_pSurfNodeList[++job.m_nSurfaceNodes] = node; });
 }
+
+}  // namespace qnl::frozen

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
+
+namespace qnl::frozen {
 
 /// Builds m_pSurfNodeList: the corner nodes of the boundary faces, each at its first appearance in face
 /// and corner order. Part nodes always; the others only when m_nStage is not 1. The marks of an earlier
@@ -11,3 +13,5 @@ void SelectSurfaceNodes(FrozenLayerJob& job);
 inline int NodeClass(const FrozenLayerJob& job, int node) {
     return job.m_pNotRunnerNode[job.p_Node[node].label];
 }
+
+}  // namespace qnl::frozen

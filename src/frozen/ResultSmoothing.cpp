@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace qnl::frozen {
+
 namespace {
 
 constexpr int kShownSweeps = 2;
@@ -67,3 +69,5 @@ void SmoothResults(FrozenLayerJob& job) {
         }
     }
 }
+
+}  // namespace qnl::frozen

@@ -1,9 +1,11 @@
 #include "frozen/SearchRecords.h"
 
-#include "job/Messages.h"
-#include "job/WindowsPath.h"
+#include "base/WindowsPath.h"
+#include "context/Messages.h"
 #include "platform/HostFiles.h"
-#include "profile/SearchFile.h"
+#include "profile/search/SearchFile.h"
+
+namespace qnl::frozen {
 
 namespace {
 
@@ -39,3 +41,5 @@ void PrepareSearchRecords(FrozenLayerJob& job) {
     }
     LogSeconds(job, "ReadSearchResult Time: ", job.m_pCom->Time() - start);
 }
+
+}  // namespace qnl::frozen

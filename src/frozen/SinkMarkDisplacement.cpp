@@ -3,6 +3,8 @@
 #include <cmath>
 #include <vector>
 
+namespace qnl::frozen {
+
 namespace {
 
 constexpr double kFixedUpTo = 0.1;
@@ -69,3 +71,5 @@ void ComputeSinkMarkDisplacement(FrozenLayerJob& job, double* frozenRatio) {
         frozenRatio[v] = own[v] - reference[v];
     }
 }
+
+}  // namespace qnl::frozen

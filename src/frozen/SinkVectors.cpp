@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace qnl::frozen {
+
 void SubtractSinkReference(FrozenLayerJob& job) {
     double* total = job.m_pSinkMarkTotal.get();
     const double* reference = job.m_pSinkMarkWork.get();
@@ -25,3 +27,5 @@ void TurnNormalsIntoSinkVectors(FrozenLayerJob& job) {
         z = -depth * (z / length);
     }
 }
+
+}  // namespace qnl::frozen

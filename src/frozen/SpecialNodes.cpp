@@ -4,6 +4,8 @@
 
 #include "frozen/NodeSelection.h"
 
+namespace qnl::frozen {
+
 namespace {
 
 struct ClearedArray {
@@ -38,3 +40,5 @@ void ClearSpecialNodes(FrozenLayerJob& job) {
         }
     }
 }
+
+}  // namespace qnl::frozen

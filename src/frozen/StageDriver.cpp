@@ -1,5 +1,6 @@
 #include "frozen/StageDriver.h"
 
+#include "context/Messages.h"
 #include "frozen/NodeSelection.h"
 #include "frozen/ResultSmoothing.h"
 #include "frozen/SearchRecords.h"
@@ -8,12 +9,13 @@
 #include "frozen/SpecialNodes.h"
 #include "frozen/SurfaceNormals.h"
 #include "frozen/VelocityThinning.h"
-#include "job/Messages.h"
 #include "mesh/FieldStorage.h"
 #include "output/BinaryResult.h"
 #include "output/SinkFile.h"
 #include "probe/FibreProbe.h"
 #include "profile/NodeLoop.h"
+
+namespace qnl::frozen {
 
 namespace {
 
@@ -21,12 +23,12 @@ void PrepareNormals(FrozenLayerJob& job) {
     const bool firstCall = g_bDriverFirstCall;
     if (firstCall) {
         g_bDriverFirstCall = false;
-        NewFrozenStorage(job);
+        mesh::NewFrozenStorage(job);
     }
     if (firstCall || job.m_options.corrected) {
         ComputeSurfaceNormals(job);
     }
-    EnsureComputedArrays(job);
+    mesh::EnsureComputedArrays(job);
     if (job.m_bHasIntermediateTimes == 1) {
         SmoothSurfaceNormals(*job.m_pOptKer, job.m_pNormalX.get(), job.m_pNormalY.get(),
                              job.m_pNormalZ.get());
@@ -43,14 +45,14 @@ void DeriveSinkMarks(FrozenLayerJob& job) {
     if (job.m_bHasIntermediateTimes == 1) {
         TurnNormalsIntoSinkVectors(job);
         if (job.m_nLogLevel > 0) {
-            WriteSinkFile(job, job.m_pNormalX.get(), job.m_pNormalY.get(), job.m_pNormalZ.get());
+            output::WriteSinkFile(job, job.m_pNormalX.get(), job.m_pNormalY.get(), job.m_pNormalZ.get());
         }
     }
 }
 
 void WriteResult(FrozenLayerJob& job) {
     const double start = job.m_pCom->Time();
-    WriteBinaryResult(job);
+    output::WriteBinaryResult(job);
     LogSeconds(job, "OutputFrozenCalcuResults Time: ", job.m_pCom->Time() - start);
 }
 
@@ -61,10 +63,10 @@ int RunFrozenLayerStage(FrozenLayerJob& job) {
     SelectSurfaceNodes(job);
     PrepareSearchRecords(job);
     if (job.m_bKernelFlag == 1) {
-        RunFibreProbe(job);
+        probe::RunFibreProbe(job);
         return 1;
     }
-    EvaluateSurfaceNodes(job);
+    profile::EvaluateSurfaceNodes(job);
     ClearSpecialNodes(job);
     ThinOutVelocities(job);
     LogLine(job, "Calcu Frozen From SurfaceNodeAndNormal end");
@@ -74,3 +76,5 @@ int RunFrozenLayerStage(FrozenLayerJob& job) {
     WriteResult(job);
     return 1;
 }
+
+}  // namespace qnl::frozen

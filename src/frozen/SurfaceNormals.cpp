@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace qnl::frozen {
+
 int ComputeSurfaceNormals(FrozenLayerJob& job) {
     const std::size_t entries = static_cast<std::size_t>(job.m_nNodes) + 1;
     for (OwnedArray<double>* normal : {&job.m_pNormalX, &job.m_pNormalY, &job.m_pNormalZ}) {
@@ -20,3 +22,5 @@ void SmoothSurfaceNormals(CQNLOptKer& kernel, double* nx, double* ny, double* nz
         kernel.SmoothSurfaceNodeValue(normal, kSweeps);
     }
 }
+
+}  // namespace qnl::frozen

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
+
+namespace qnl::frozen {
 
 /// Creates the normal arrays where they are missing, zeroes them and lets the kernel fill in the outward
 /// normals of the boundary nodes. Gives 1.
@@ -8,3 +10,5 @@ int ComputeSurfaceNormals(FrozenLayerJob& job);
 
 /// Smooths three arrays by node, as runs with intermediate output times do with their normals.
 void SmoothSurfaceNormals(CQNLOptKer& kernel, double* nx, double* ny, double* nz);
+
+}  // namespace qnl::frozen

@@ -4,6 +4,8 @@
 
 #include "mesh/DataExtension.h"
 
+namespace qnl::frozen {
+
 namespace {
 
 constexpr double kStoredHalfSize = 0.0001;  // mm
@@ -45,7 +47,7 @@ void ThinOutVelocities(FrozenLayerJob& job) {
     if (job.m_bHasFlow != 1) {
         return;
     }
-    AverageSurfaceMeshSize(job);
+    mesh::AverageSurfaceMeshSize(job);
     const double h = ThinningDistance(job.m_dSurAvgMeshSize, LongestBoxSide(job));
     for (int i = 1; i <= job.m_nSurfaceNodes; ++i) {
         const int node = job.m_pSurfNodeList[i];
@@ -58,3 +60,5 @@ void ThinOutVelocities(FrozenLayerJob& job) {
         }
     }
 }
+
+}  // namespace qnl::frozen

@@ -4,7 +4,7 @@
 
 #include "platform/Faults.h"
 
-namespace qnl {
+namespace qnl::input {
 
 void SkipLines(TokenReader& text, int count, std::string_view& line) {
     for (int i = 0; i < count && text.ReadLine(kLineBuffer, line); ++i) {
@@ -84,4 +84,4 @@ void ReportMissing(const char* path) {
     RecordFault({path, "", "a result file", "a file that cannot be opened", "check the path and its rights"});
 }
 
-}  // namespace qnl
+}  // namespace qnl::input

@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "job/FrozenLayerJob.h"
-#include "job/TokenReader.h"
+#include "base/TokenReader.h"
+#include "context/FrozenLayerJob.h"
 
-namespace qnl {
+namespace qnl::input {
 
 /// Lines of the text layouts are read into a buffer of this many bytes.
 constexpr std::size_t kLineBuffer = 1024;
@@ -45,4 +45,4 @@ void ReportNoRecords(const char* path, const char* marker);
 /// Records that the file cannot be opened.
 void ReportMissing(const char* path);
 
-}  // namespace qnl
+}  // namespace qnl::input

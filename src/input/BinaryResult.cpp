@@ -1,8 +1,8 @@
 #include "input/BinaryResult.h"
 
-#include "job/Messages.h"
+#include "context/Messages.h"
 
-namespace qnl {
+namespace qnl::input {
 namespace {
 
 constexpr int kNotBinary = -4;
@@ -72,4 +72,4 @@ ItemValues ReadItem(CQNL3DResultReader_Manipulator& reader, int item, int count,
     return values;
 }
 
-}  // namespace qnl
+}  // namespace qnl::input

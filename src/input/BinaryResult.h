@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <vector>
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
 #include "platform/CQNL3DResultReader_Manipulator.h"
 
-namespace qnl {
+namespace qnl::input {
 
 /// Values of one item, 1-based; entry 0 is not used.
 using ItemValues = std::vector<float>;
@@ -35,4 +35,4 @@ std::vector<int> ListItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipul
 /// Values 1 to `count` of an item; those of an item that the file does not hold are `fill`.
 ItemValues ReadItem(CQNL3DResultReader_Manipulator& reader, int item, int count, float fill = 0.0F);
 
-}  // namespace qnl
+}  // namespace qnl::input

@@ -4,10 +4,12 @@
 #include <cstddef>
 #include <vector>
 
+#include "context/Messages.h"
 #include "input/BinaryResult.h"
 #include "input/InputFaults.h"
 #include "input/StoredNodes.h"
-#include "job/Messages.h"
+
+namespace qnl::input {
 
 namespace {
 
@@ -15,20 +17,20 @@ constexpr int kTemperature = 1;
 constexpr int kCoolingTime = 2;
 constexpr int kGas = 16;
 
-constexpr qnl::OpenMessages kMessages{"Can't open ReadCoolResults ", "Read ReadCoolResults by ASCII ",
-                                      "Read ReadCoolResults by Binary "};
+constexpr OpenMessages kMessages{"Can't open ReadCoolResults ", "Read ReadCoolResults by ASCII ",
+                                 "Read ReadCoolResults by Binary "};
 
 struct CoolItems {
     std::vector<int> labels;  ///< of the entries, 1-based; empty: entry i belongs to label i
-    qnl::ItemValues temperature;
-    qnl::ItemValues coolingTime;
-    qnl::ItemValues gas;
+    ItemValues temperature;
+    ItemValues coolingTime;
+    ItemValues gas;
 };
 
 std::vector<int> ReadLabels(CQNL3DResultReader_Manipulator& reader, int count) {
     std::vector<int> labels;
     if (reader.GetResultDataIDMap(QNLRESULT_NODE)) {
-        labels.resize(qnl::ItemEntries(count));
+        labels.resize(ItemEntries(count));
         if (!reader.GetResultDataIDArray(QNLRESULT_NODE, labels.data())) {
             labels.clear();
         }
@@ -39,9 +41,9 @@ std::vector<int> ReadLabels(CQNL3DResultReader_Manipulator& reader, int count) {
 CoolItems ReadItems(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader, int count) {
     CoolItems items;
     items.labels = ReadLabels(reader, count);
-    items.temperature = qnl::ReadItem(reader, kTemperature, count);
-    items.coolingTime = qnl::ReadItem(reader, kCoolingTime, count);
-    items.gas.resize(qnl::ItemEntries(count));
+    items.temperature = ReadItem(reader, kTemperature, count);
+    items.coolingTime = ReadItem(reader, kCoolingTime, count);
+    items.gas.resize(ItemEntries(count));
     if (reader.GetResultItem(kGas, items.gas.data())) {
         LogLine(job, "Gas in cool result !");
         job.m_bGasInCool = 1;
@@ -50,11 +52,11 @@ CoolItems ReadItems(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader,
 }
 
 void StoreEntries(FrozenLayerJob& job, const CoolItems& items, int count, const char* path) {
-    const qnl::StoredNodes nodes(job);
-    const qnl::NodeInputs inputs(job);
+    const StoredNodes nodes(job);
+    const NodeInputs inputs(job);
     const bool dense = items.labels.empty();
     const int last = dense ? std::min(count, nodes.MaxLabel()) : count;
-    qnl::UnknownIds unknown;
+    UnknownIds unknown;
     for (int i = 1; i <= last; ++i) {
         const auto entry = static_cast<std::size_t>(i);
         const int label = dense ? i : items.labels[entry];
@@ -63,38 +65,40 @@ void StoreEntries(FrozenLayerJob& job, const CoolItems& items, int count, const 
         } else if (const int local = nodes.Stored(label)) {
             inputs.data[0][local] = static_cast<double>(items.temperature[entry]);
             inputs.data[4][local] = static_cast<double>(items.coolingTime[entry]);
-            inputs.data[2][local] = qnl::StoredGas(static_cast<double>(items.gas[entry]));
+            inputs.data[2][local] = StoredGas(static_cast<double>(items.gas[entry]));
         }
     }
     unknown.Report(path, "node labels", nodes.MaxLabel());
     if (dense) {
-        qnl::ReportEntriesBeyond(path, count, nodes.MaxLabel());
+        ReportEntriesBeyond(path, count, nodes.MaxLabel());
     }
 }
 
-bool HasNoGasEntry(const qnl::ItemValues& gas) {
-    return std::find(gas.begin() + 1, gas.end(), static_cast<float>(qnl::kFileNoGas)) != gas.end();
+bool HasNoGasEntry(const ItemValues& gas) {
+    return std::find(gas.begin() + 1, gas.end(), static_cast<float>(kFileNoGas)) != gas.end();
 }
 
 }  // namespace
 
+}  // namespace qnl::input
+
 int ReadCoolResults(FrozenLayerJob& job, const char* path) {
     CQNL3DResultReader_Manipulator reader;
-    const qnl::OpenedAs opened = qnl::OpenResult(job, reader, path, kMessages);
-    if (opened != qnl::OpenedAs::Binary) {
-        if (opened == qnl::OpenedAs::Nothing) {
+    const qnl::input::OpenedAs opened = qnl::input::OpenResult(job, reader, path, qnl::input::kMessages);
+    if (opened != qnl::input::OpenedAs::Binary) {
+        if (opened == qnl::input::OpenedAs::Nothing) {
             return -1;
         }
         ReadCoolResultsAscii(job, path);
         return 1;
     }
     const int maxNode = reader.GetMaxCavityNode();
-    LogPlain(job, "nMaxNodes = %d \n", maxNode);
-    const CoolItems items = ReadItems(job, reader, maxNode);
-    StoreEntries(job, items, maxNode, path);
+    qnl::LogPlain(job, "nMaxNodes = %d \n", maxNode);
+    const qnl::input::CoolItems items = qnl::input::ReadItems(job, reader, maxNode);
+    qnl::input::StoreEntries(job, items, maxNode, path);
     reader.EndReading();
     if (job.m_bGasInCool == 1) {
-        job.m_bGasInCool = HasNoGasEntry(items.gas) ? 1 : 0;
+        job.m_bGasInCool = qnl::input::HasNoGasEntry(items.gas) ? 1 : 0;
     }
     return 1;
 }

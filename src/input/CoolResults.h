@@ -1,6 +1,6 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
 
 /// Reads temperature, cooling time and gas value of one output time of a cool or heating-cooling result
 /// into m_pNodeData. Gives 1, or -1 when the file cannot be opened or is a damaged binary result. A file

@@ -1,10 +1,12 @@
 #include <optional>
 
+#include "context/Messages.h"
 #include "input/AsciiSections.h"
 #include "input/CoolResults.h"
 #include "input/InputFaults.h"
 #include "input/StoredNodes.h"
-#include "job/Messages.h"
+
+namespace qnl::input {
 
 namespace {
 
@@ -19,7 +21,7 @@ struct CoolRecord {
 };
 
 /// Null when the record is whole, else the log line that tells what is missing.
-const char* ReadRecord(qnl::TokenReader& text, CoolRecord& record) {
+const char* ReadRecord(TokenReader& text, CoolRecord& record) {
     if (!text.ReadInt(record.id)) {
         return "scanf!=1 Reading cool data file Error !\n";
     }
@@ -28,23 +30,22 @@ const char* ReadRecord(qnl::TokenReader& text, CoolRecord& record) {
     return whole ? nullptr : "scanf!=3 Reading cool data file Error !\n";
 }
 
-void StoreRecord(const qnl::NodeInputs& inputs, const qnl::StoredNodes& nodes, const CoolRecord& record,
-                 int local) {
-    inputs.data[0][local] = nodes.IsCleared(local) ? qnl::kClearedTemperature : record.temperature;
+void StoreRecord(const NodeInputs& inputs, const StoredNodes& nodes, const CoolRecord& record, int local) {
+    inputs.data[0][local] = nodes.IsCleared(local) ? kClearedTemperature : record.temperature;
     inputs.data[4][local] = record.coolingTime;
 }
 
-bool ReadRecords(FrozenLayerJob& job, qnl::TokenReader& text, int count, const char* path) {
-    const qnl::StoredNodes nodes(job);
-    const qnl::NodeInputs inputs(job);
-    qnl::UnknownIds unknown;
+bool ReadRecords(FrozenLayerJob& job, TokenReader& text, int count, const char* path) {
+    const StoredNodes nodes(job);
+    const NodeInputs inputs(job);
+    UnknownIds unknown;
     const char* error = nullptr;
     for (int i = 1; error == nullptr && i <= count; ++i) {
         CoolRecord record;
         error = ReadRecord(text, record);
         if (error != nullptr) {
             LogGeneral(job, error);
-            qnl::ReportShortRecord(path, text, i, "a node id and 3 numbers");
+            ReportShortRecord(path, text, i, "a node id and 3 numbers");
         } else if (!nodes.InRange(record.id)) {
             unknown.Add(record.id);
         } else if (const int local = nodes.Stored(record.id)) {
@@ -57,16 +58,19 @@ bool ReadRecords(FrozenLayerJob& job, qnl::TokenReader& text, int count, const c
 
 }  // namespace
 
+}  // namespace qnl::input
+
 int ReadCoolResultsAscii(FrozenLayerJob& job, const char* path) {
     std::optional<qnl::TokenReader> text = qnl::OpenText(path);
     if (!text) {
-        LogGeneral(job, "Cool results don't exist !\n");
-        qnl::ReportMissing(path);
+        qnl::LogGeneral(job, "Cool results don't exist !\n");
+        qnl::input::ReportMissing(path);
         return -1;
     }
-    const bool whole = qnl::ReadSections(job, *text, path, kResults, kLinesBeforeRecords,
-                                         [&](qnl::TokenReader& records, const qnl::AsciiHead& head) {
-                                             return ReadRecords(job, records, head.nodes, path);
-                                         });
+    const bool whole =
+        qnl::input::ReadSections(job, *text, path, qnl::input::kResults, qnl::input::kLinesBeforeRecords,
+                                 [&](qnl::TokenReader& records, const qnl::input::AsciiHead& head) {
+                                     return qnl::input::ReadRecords(job, records, head.nodes, path);
+                                 });
     return whole ? 1 : -1;
 }

@@ -3,14 +3,16 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "context/Messages.h"
 #include "input/BinaryResult.h"
 #include "input/InputFaults.h"
-#include "job/Messages.h"
+
+namespace qnl::input {
 
 namespace {
 
 // The flow reader's message stands for fibre results as well.
-constexpr qnl::OpenMessages kMessages{"Can't open FlowResults ", " ASCII ", "Read FiberResults by Binary "};
+constexpr OpenMessages kMessages{"Can't open FlowResults ", " ASCII ", "Read FiberResults by Binary "};
 
 struct FiberItem {
     int item;
@@ -22,26 +24,28 @@ constexpr FiberItem kItems[] = {{4, 0}, {5, 1}, {6, 2}, {9, 3}, {10, 5}, {11, 4}
 
 }  // namespace
 
+}  // namespace qnl::input
+
 int ReadFiberResults(FrozenLayerJob& job, const char* path) {
     CQNL3DResultReader_Manipulator reader;
-    if (qnl::OpenResult(job, reader, path, kMessages) != qnl::OpenedAs::Binary) {
+    if (qnl::input::OpenResult(job, reader, path, qnl::input::kMessages) != qnl::input::OpenedAs::Binary) {
         return -1;
     }
-    LogPlain(job, "K4Overson =%d \n", reader.GetResultVersion());
-    qnl::ListItems(job, reader);
+    qnl::LogPlain(job, "K4Overson =%d \n", reader.GetResultVersion());
+    qnl::input::ListItems(job, reader);
     const int maxNode = reader.GetMaxCavityNode();
-    LogPlain(job, "nMaxNodes = %d \n", maxNode);
+    qnl::LogPlain(job, "nMaxNodes = %d \n", maxNode);
     const int maxElem = reader.GetMaxCavityElem();
-    LogPlain(job, "nMaxElems = %d \n", maxElem);
+    qnl::LogPlain(job, "nMaxElems = %d \n", maxElem);
     const int last = std::min(maxElem, job.m_nCells);
     const int room = std::max(maxElem, maxNode);  // a stage file may hold items by node under these ids
-    for (const FiberItem& item : kItems) {
-        const qnl::ItemValues values = qnl::ReadItem(reader, item.item, room);
-        if (OwnedArray<double>& slot = job.m_pCellFiber[item.slot]; slot && last > 0) {
+    for (const qnl::input::FiberItem& item : qnl::input::kItems) {
+        const qnl::input::ItemValues values = qnl::input::ReadItem(reader, item.item, room);
+        if (qnl::OwnedArray<double>& slot = job.m_pCellFiber[item.slot]; slot && last > 0) {
             std::copy_n(values.begin() + 1, last, slot.get() + 1);
         }
     }
     reader.EndReading();
-    qnl::ReportCellsBeyond(path, maxElem, job.m_nCells);
+    qnl::input::ReportCellsBeyond(path, maxElem, job.m_nCells);
     return 1;
 }

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "context/Messages.h"
 #include "input/BinaryResult.h"
 #include "input/FlowSpeed.h"
 #include "input/InputFaults.h"
 #include "input/StoredNodes.h"
-#include "job/Messages.h"
+
+namespace qnl::input {
 
 namespace {
 
@@ -20,20 +22,20 @@ constexpr int kShrinkage = 14;
 constexpr int kCoolingTime = 16;
 constexpr int kDensity = 17;
 
-constexpr qnl::OpenMessages kMessages{"Can't open FlowResults ", "Read FlowResults by ASCII ",
-                                      "Read FlowResults by Binary "};
+constexpr OpenMessages kMessages{"Can't open FlowResults ", "Read FlowResults by ASCII ",
+                                 "Read FlowResults by Binary "};
 
 bool MayHaveGas(int analysisType) {
     return analysisType == 1 || analysisType == 6 || analysisType == 7 || analysisType == 8;
 }
 
 struct FlowItems {
-    qnl::ItemValues temperature;
-    qnl::ItemValues velocity[3];
-    qnl::ItemValues shrinkage;
-    qnl::ItemValues density;
-    qnl::ItemValues gas;
-    qnl::ItemValues coolingTime;
+    ItemValues temperature;
+    ItemValues velocity[3];
+    ItemValues shrinkage;
+    ItemValues density;
+    ItemValues gas;
+    ItemValues coolingTime;
 };
 
 void SetItemFlags(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader) {
@@ -41,7 +43,7 @@ void SetItemFlags(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader) {
         job.m_bIsGasIn = 1;
         LogGeneral(job, "is GasIN  \n");
     }
-    for (const int item : qnl::ListItems(job, reader)) {
+    for (const int item : ListItems(job, reader)) {
         if (item == kCoolingTime) {
             job.m_bFillHasCoolingTime = 1;
             LogGeneral(job, "is FillHasCoolingTime \n ");
@@ -51,8 +53,7 @@ void SetItemFlags(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader) {
 
 FlowItems ReadItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader, int count) {
     const auto readIf = [&](bool wanted, int item, float fill) {
-        return wanted ? qnl::ReadItem(reader, item, count, fill)
-                      : qnl::ItemValues(qnl::ItemEntries(count), fill);
+        return wanted ? ReadItem(reader, item, count, fill) : ItemValues(ItemEntries(count), fill);
     };
     FlowItems items;
     items.temperature = readIf(true, kTemperature, 0.0F);
@@ -61,12 +62,12 @@ FlowItems ReadItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& r
     items.velocity[2] = readIf(true, kVelocityW, 0.0F);
     items.shrinkage = readIf(true, kShrinkage, 0.0F);
     items.density = readIf(job.m_bHasIntermediateTimes == 1, kDensity, 0.0F);
-    items.gas = readIf(job.m_bIsGasIn == 1, kGas, static_cast<float>(qnl::kFileNoGas));
+    items.gas = readIf(job.m_bIsGasIn == 1, kGas, static_cast<float>(kFileNoGas));
     items.coolingTime = readIf(job.m_bFillHasCoolingTime == 1, kCoolingTime, 0.0F);
     return items;
 }
 
-void StoreNode(FrozenLayerJob& job, const qnl::NodeInputs& inputs, const FlowItems& items, std::size_t id,
+void StoreNode(FrozenLayerJob& job, const NodeInputs& inputs, const FlowItems& items, std::size_t id,
                int local) {
     inputs.data[0][local] = static_cast<double>(items.temperature[id]);
     inputs.data[1][local] = static_cast<double>(items.shrinkage[id]);
@@ -74,11 +75,11 @@ void StoreNode(FrozenLayerJob& job, const qnl::NodeInputs& inputs, const FlowIte
         job.m_dMaxValue = std::max(job.m_dMaxValue, static_cast<double>(items.shrinkage[id]));
         inputs.data[5][local] = static_cast<double>(items.density[id]);
     }
-    inputs.data[2][local] = qnl::StoredGas(static_cast<double>(items.gas[id]));
+    inputs.data[2][local] = StoredGas(static_cast<double>(items.gas[id]));
     const float u = items.velocity[0][id];
     const float v = items.velocity[1][id];
     const float w = items.velocity[2][id];
-    inputs.data[3][local] = qnl::SpeedFromSquare(static_cast<double>(u * u + v * v + w * w));
+    inputs.data[3][local] = SpeedFromSquare(static_cast<double>(u * u + v * v + w * w));
     inputs.data[4][local] = static_cast<double>(items.coolingTime[id]);
     if (job.m_bHasFlow == 1) {
         inputs.vector[0][local] = u;
@@ -89,30 +90,32 @@ void StoreNode(FrozenLayerJob& job, const qnl::NodeInputs& inputs, const FlowIte
 
 }  // namespace
 
+}  // namespace qnl::input
+
 int ReadFlowResults(FrozenLayerJob& job, const char* path) {
     CQNL3DResultReader_Manipulator reader;
-    const qnl::OpenedAs opened = qnl::OpenResult(job, reader, path, kMessages);
-    if (opened != qnl::OpenedAs::Binary) {
-        if (opened == qnl::OpenedAs::Nothing) {
+    const qnl::input::OpenedAs opened = qnl::input::OpenResult(job, reader, path, qnl::input::kMessages);
+    if (opened != qnl::input::OpenedAs::Binary) {
+        if (opened == qnl::input::OpenedAs::Nothing) {
             return -1;
         }
         ReadFlowResultsAscii(job, path);
         return 1;
     }
-    LogPlain(job, "K4Fverson =%d \n", reader.GetResultVersion());
-    SetItemFlags(job, reader);
+    qnl::LogPlain(job, "K4Fverson =%d \n", reader.GetResultVersion());
+    qnl::input::SetItemFlags(job, reader);
     const int maxNode = reader.GetMaxCavityNode();
-    LogPlain(job, "nMaxNodes = %d \n", maxNode);
-    const FlowItems items = ReadItems(job, reader, maxNode);
-    const qnl::StoredNodes nodes(job);
-    const qnl::NodeInputs inputs(job);
+    qnl::LogPlain(job, "nMaxNodes = %d \n", maxNode);
+    const qnl::input::FlowItems items = qnl::input::ReadItems(job, reader, maxNode);
+    const qnl::input::StoredNodes nodes(job);
+    const qnl::input::NodeInputs inputs(job);
     const int last = std::min(maxNode, nodes.MaxLabel());
     for (int id = 1; id <= last; ++id) {
         if (const int local = nodes.Stored(id)) {
-            StoreNode(job, inputs, items, static_cast<std::size_t>(id), local);
+            qnl::input::StoreNode(job, inputs, items, static_cast<std::size_t>(id), local);
         }
     }
     reader.EndReading();
-    qnl::ReportEntriesBeyond(path, maxNode, nodes.MaxLabel());
+    qnl::input::ReportEntriesBeyond(path, maxNode, nodes.MaxLabel());
     return 1;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
 
 /// Reads one output time of a flow or pack result into m_pNodeData and m_pNodeVector. Gives 1, or -1 when
 /// the file cannot be opened or is a damaged binary result. A file that is no binary result is read in the

@@ -8,6 +8,8 @@
 #include "input/InputFaults.h"
 #include "input/StoredNodes.h"
 
+namespace qnl::input {
+
 namespace {
 
 constexpr int kGasHeadCode = 1012;
@@ -17,18 +19,18 @@ constexpr const char* kResults = "[RESULTS EOF]";
 struct FlowRecord {
     int id = 0;
     double column[15] = {};  ///< 1-based
-    double gas = qnl::kFileNoGas;
+    double gas = kFileNoGas;
 };
 
-bool ReadRecord(qnl::TokenReader& text, FlowRecord& record) {
+bool ReadRecord(TokenReader& text, FlowRecord& record) {
     return text.ReadInt(record.id) && std::all_of(std::begin(record.column) + 1, std::end(record.column),
                                                   [&](double& value) { return text.ReadDouble(value); });
 }
 
-void StoreRecord(FrozenLayerJob& job, const qnl::NodeInputs& inputs, const FlowRecord& record, int local) {
+void StoreRecord(FrozenLayerJob& job, const NodeInputs& inputs, const FlowRecord& record, int local) {
     const double* column = record.column;
     inputs.data[0][local] = column[3];
-    inputs.data[2][local] = qnl::StoredGas(record.gas);
+    inputs.data[2][local] = StoredGas(record.gas);
     if (job.m_bHasIntermediateTimes == 1) {
         inputs.data[1][local] = column[9];
         inputs.data[2][local] = column[9];
@@ -36,7 +38,7 @@ void StoreRecord(FrozenLayerJob& job, const qnl::NodeInputs& inputs, const FlowR
         job.m_dMaxValue = std::max(job.m_dMaxValue, column[9]);
     }
     const double square = column[6] * column[6] + column[7] * column[7] + column[8] * column[8];
-    inputs.data[3][local] = qnl::SpeedFromSquare(square);
+    inputs.data[3][local] = SpeedFromSquare(square);
     if (job.m_bHasFlow == 1) {
         inputs.vector[0][local] = static_cast<float>(column[6]);
         inputs.vector[1][local] = static_cast<float>(column[7]);
@@ -44,16 +46,16 @@ void StoreRecord(FrozenLayerJob& job, const qnl::NodeInputs& inputs, const FlowR
     }
 }
 
-void Clear(const qnl::NodeInputs& inputs, int local) {
-    inputs.data[0][local] = qnl::kClearedTemperature;
-    inputs.data[2][local] = qnl::kNoGas;
+void Clear(const NodeInputs& inputs, int local) {
+    inputs.data[0][local] = kClearedTemperature;
+    inputs.data[2][local] = kNoGas;
 }
 
-bool ReadRecords(FrozenLayerJob& job, qnl::TokenReader& text, const qnl::AsciiHead& head, const char* path) {
+bool ReadRecords(FrozenLayerJob& job, TokenReader& text, const AsciiHead& head, const char* path) {
     const bool withGas = head.code == kGasHeadCode;
-    const qnl::StoredNodes nodes(job);
-    const qnl::NodeInputs inputs(job);
-    qnl::UnknownIds unknown;
+    const StoredNodes nodes(job);
+    const NodeInputs inputs(job);
+    UnknownIds unknown;
     bool complete = true;
     for (int i = 1; complete && i <= head.nodes; ++i) {
         FlowRecord record;
@@ -63,8 +65,8 @@ bool ReadRecords(FrozenLayerJob& job, qnl::TokenReader& text, const qnl::AsciiHe
             complete = text.ReadDouble(record.gas);
         }
         if (!complete) {
-            qnl::ReportShortRecord(path, text, i,
-                                   withGas ? "a node id and 15 numbers" : "a node id and 14 numbers");
+            ReportShortRecord(path, text, i,
+                              withGas ? "a node id and 15 numbers" : "a node id and 14 numbers");
         } else if (!nodes.InRange(record.id)) {
             unknown.Add(record.id);
         } else if (const int local = nodes.Stored(record.id)) {
@@ -80,15 +82,18 @@ bool ReadRecords(FrozenLayerJob& job, qnl::TokenReader& text, const qnl::AsciiHe
 
 }  // namespace
 
+}  // namespace qnl::input
+
 int ReadFlowResultsAscii(FrozenLayerJob& job, const char* path) {
     std::optional<qnl::TokenReader> text = qnl::OpenText(path);
     if (!text) {
-        qnl::ReportMissing(path);
+        qnl::input::ReportMissing(path);
         return -1;
     }
-    const bool whole = qnl::ReadSections(job, *text, path, kResults, 0,
-                                         [&](qnl::TokenReader& records, const qnl::AsciiHead& head) {
-                                             return ReadRecords(job, records, head, path);
-                                         });
+    const bool whole =
+        qnl::input::ReadSections(job, *text, path, qnl::input::kResults, 0,
+                                 [&](qnl::TokenReader& records, const qnl::input::AsciiHead& head) {
+                                     return qnl::input::ReadRecords(job, records, head, path);
+                                 });
     return whole ? 1 : -1;
 }

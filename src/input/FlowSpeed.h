@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace qnl {
+namespace qnl::input {
 
 /// Speed from its square, cm/s; a node at rest keeps a small one, so that its weight is never 0.
 inline double SpeedFromSquare(double square) {
@@ -10,4 +10,4 @@ inline double SpeedFromSquare(double square) {
     return square > least ? std::sqrt(square) : least;
 }
 
-}  // namespace qnl
+}  // namespace qnl::input

@@ -2,7 +2,7 @@
 
 #include "platform/Faults.h"
 
-namespace qnl {
+namespace qnl::input {
 
 void UnknownIds::Report(const std::string& path, const std::string& object, int largest) const {
     if (count_ == 0) {
@@ -33,4 +33,4 @@ void ReportCellsBeyond(const std::string& path, int entries, int cells) {
     ReportBeyond(path, "cell entries", entries, cells);
 }
 
-}  // namespace qnl
+}  // namespace qnl::input

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace qnl {
+namespace qnl::input {
 
 /// Counts the ids of a file that name nothing in the mesh, for one fault at the end.
 class UnknownIds {
@@ -29,4 +29,4 @@ void ReportEntriesBeyond(const std::string& path, int entries, int maxLabel);
 /// Records a fault when a result has more cells than the mesh.
 void ReportCellsBeyond(const std::string& path, int entries, int cells);
 
-}  // namespace qnl
+}  // namespace qnl::input

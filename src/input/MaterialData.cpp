@@ -1,6 +1,8 @@
 #include "input/MaterialData.h"
 
-#include "job/Messages.h"
+#include "context/Messages.h"
+
+namespace qnl::input {
 
 namespace {
 
@@ -17,21 +19,23 @@ void ReadFreezeState(FrozenLayerJob& job, const QnlMaterial* material) {
 
 }  // namespace
 
+}  // namespace qnl::input
+
 int ReadMaterialData(FrozenLayerJob& job, QnlMaterial* material) {
     if (QnlIsThermoplastic(material)) {
-        ReadFreezeState(job, material);
+        qnl::input::ReadFreezeState(job, material);
     } else if (QnlIsThermoset(material)) {
         job.m_bIsThermoset = 1;
     } else {
         return -1;
     }
-    if (material->typeCode == kFlakeType) {
+    if (material->typeCode == qnl::input::kFlakeType) {
         job.m_bIsFlakeMaterial = 1;
-        LogGeneral(job, "isFlakeMaterial\n");
+        qnl::LogGeneral(job, "isFlakeMaterial\n");
     }
     if (job.m_bIsFlakeMaterial != 1) {
         job.m_bIsFlakeLightIntensity = 0;
-        LogGeneral(job, "isFlakeLightIntensity fasle\n");
+        qnl::LogGeneral(job, "isFlakeLightIntensity fasle\n");
     }
     QnlReleaseMaterial(material);
     return 1;

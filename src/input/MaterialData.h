@@ -1,6 +1,6 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
 #include "platform/QnlMaterial.h"
 
 /// Takes freeze temperature and density, kind and flake property out of an open material and releases it.

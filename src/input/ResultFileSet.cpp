@@ -8,11 +8,13 @@
 #include <string>
 #include <string_view>
 
+#include "base/TokenReader.h"
+#include "base/WindowsPath.h"
+#include "context/Messages.h"
 #include "input/StagePatterns.h"
-#include "job/Messages.h"
-#include "job/TokenReader.h"
-#include "job/WindowsPath.h"
 #include "platform/HostFiles.h"
+
+namespace qnl::input {
 
 namespace {
 
@@ -71,35 +73,38 @@ void LookForFibreResult(FrozenLayerJob& job, const std::string& path, bool flow)
 
 }  // namespace
 
+}  // namespace qnl::input
+
 int SelectResultFiles(FrozenLayerJob& job) {
     const std::string_view input = job.m_szInputResult != nullptr ? job.m_szInputResult : "";
-    std::string result = CutExtension(input);
-    for (std::size_t i = 0; i < kStagePatterns.size(); ++i) {
-        if (Holds(input, kStagePatterns[i].pattern)) {
-            result += kStagePatterns[i].resultExtension;
-            TakeStage(job, kStageRules[i]);
+    std::string result = qnl::CutExtension(input);
+    for (std::size_t i = 0; i < qnl::input::kStagePatterns.size(); ++i) {
+        if (qnl::input::Holds(input, qnl::input::kStagePatterns[i].pattern)) {
+            result += qnl::input::kStagePatterns[i].resultExtension;
+            qnl::input::TakeStage(job, qnl::input::kStageRules[i]);
         }
     }
     job.m_szResultFile.Set(result);
-    if (job.m_bHasCool != 1 && CheckIntermediateOutputLog(job) == kComplete) {
-        LookForFibreResult(job, ReplaceExtension(input, kFibreExtension), Holds(input, kFlowPattern));
+    if (job.m_bHasCool != 1 && CheckIntermediateOutputLog(job) == qnl::input::kComplete) {
+        qnl::input::LookForFibreResult(job, qnl::ReplaceExtension(input, qnl::input::kFibreExtension),
+                                       qnl::input::Holds(input, qnl::input::kFlowPattern));
     }
     return 1;
 }
 
 int CheckIntermediateOutputLog(FrozenLayerJob& job) {
-    FixedText<kLogPath> path;
-    path.Set(CutFileName(job.m_szLogFile.View()) + "\\QNLIntermediateOutputTime.log");
-    LogLine(job, path.Text());
+    qnl::FixedText<qnl::input::kLogPath> path;
+    path.Set(qnl::CutFileName(job.m_szLogFile.View()) + "\\QNLIntermediateOutputTime.log");
+    qnl::LogLine(job, path.Text());
     std::optional<qnl::TokenReader> text = qnl::OpenText(path.Text());
     if (!text) {
-        PrintGeneral("QNLIntermediateOutputTime.log doesn't exist !\n");
-        return kNoLog;
+        qnl::PrintGeneral("QNLIntermediateOutputTime.log doesn't exist !\n");
+        return qnl::input::kNoLog;
     }
     std::string_view line;
-    while (text->ReadLine(kLogLine, line)) {
-        if (Holds(line, "[EOF]")) {
-            return kComplete;
+    while (text->ReadLine(qnl::input::kLogLine, line)) {
+        if (qnl::input::Holds(line, "[EOF]")) {
+            return qnl::input::kComplete;
         }
     }
     return 0;

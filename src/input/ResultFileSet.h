@@ -1,6 +1,6 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
 
 /// Tells the stage from the name of the input result file, sets the presence flags, and puts the name of
 /// the program's own result into m_szResultFile. Gives 1. Raises std::out_of_range for an input name

@@ -3,6 +3,8 @@
 #include <array>
 #include <string_view>
 
+namespace qnl::input {
+
 /// A stage of analysis, told by a pattern anywhere in the path of its result file.
 struct StagePattern {
     std::string_view pattern;
@@ -30,3 +32,5 @@ inline bool NamesStageResult(std::string_view path) {
     }
     return path.rfind(kFibreExtension) != std::string_view::npos;
 }
+
+}  // namespace qnl::input

@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-#include "job/FrozenLayerJob.h"
-#include "job/OneBased.h"
+#include "base/OneBased.h"
+#include "context/FrozenLayerJob.h"
 
-namespace qnl {
+namespace qnl::input {
 
 /// Which nodes named by a result file are stored, and where.
 ///
@@ -83,4 +83,4 @@ inline double StoredGas(double gas) {
     return gas == kFileNoGas ? kNoGas : gas;
 }
 
-}  // namespace qnl
+}  // namespace qnl::input

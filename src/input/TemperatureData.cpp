@@ -2,13 +2,15 @@
 
 #include <string>
 
+#include "base/WindowsPath.h"
+#include "context/Messages.h"
 #include "input/CoolResults.h"
 #include "input/FiberResults.h"
 #include "input/FlowResults.h"
 #include "input/StagePatterns.h"
 #include "input/WarpResults.h"
-#include "job/Messages.h"
-#include "job/WindowsPath.h"
+
+namespace qnl::input {
 
 namespace {
 
@@ -30,18 +32,20 @@ bool ReadStageResults(FrozenLayerJob& job, const char* path) {
 
 }  // namespace
 
+}  // namespace qnl::input
+
 int LoadTemperatureData(FrozenLayerJob& job, const char* path) {
-    LogLine(job, "Load Temperature Data");
-    LogLine(job, path);
+    qnl::LogLine(job, "Load Temperature Data");
+    qnl::LogLine(job, path);
     if (job.m_bKernelFlag == 1) {
-        return LoadForProbe(job, path);
+        return qnl::input::LoadForProbe(job, path);
     }
     if (job.m_bIsFlakeLightIntensity == 1) {
-        ReadFiberResults(job, ReplaceExtension(path, kFibreExtension).c_str());
+        ReadFiberResults(job, qnl::ReplaceExtension(path, qnl::input::kFibreExtension).c_str());
     }
-    if (!ReadStageResults(job, path)) {
+    if (!qnl::input::ReadStageResults(job, path)) {
         return -1;
     }
-    LogLine(job, "Read Temperature Data end");
+    qnl::LogLine(job, "Read Temperature Data end");
     return 1;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
 
 /// Loads the earlier stage's results of one output time into the node and fibre arrays, by the stage
 /// flags. `path` names the stage's result file of that time. Gives 1, or -1 when a reader failed. Raises

@@ -4,17 +4,18 @@
 #include <memory>
 #include <string>
 
+#include "base/WindowsPath.h"
+#include "context/Messages.h"
 #include "input/BinaryResult.h"
 #include "input/InputFaults.h"
 #include "input/StoredNodes.h"
-#include "job/Messages.h"
-#include "job/WindowsPath.h"
 #include "platform/CThickGen.h"
+
+namespace qnl::input {
 
 namespace {
 
-constexpr qnl::OpenMessages kMessages{"Can't open thickness form .thk ", nullptr,
-                                      "Read thickness by Binary "};
+constexpr OpenMessages kMessages{"Can't open thickness form .thk ", nullptr, "Read thickness by Binary "};
 
 // The ray thickness, read last, wins where it is positive.
 constexpr int kMeanOfNeighbours = 2;
@@ -30,14 +31,13 @@ void GenerateThickness(const FrozenLayerJob& job) {
 
 void PrepareThickness(FrozenLayerJob& job) {
     if (job.m_pNodeThickness) {
-        std::fill_n(job.m_pNodeThickness.get(), qnl::ItemEntries(job.m_nNodes), 0.0F);
+        std::fill_n(job.m_pNodeThickness.get(), ItemEntries(job.m_nNodes), 0.0F);
     } else {
-        job.m_pNodeThickness = std::make_unique<float[]>(qnl::ItemEntries(job.m_nNodes));
+        job.m_pNodeThickness = std::make_unique<float[]>(ItemEntries(job.m_nNodes));
     }
 }
 
-void StorePositive(FrozenLayerJob& job, const qnl::StoredNodes& nodes, const qnl::ItemValues& values,
-                   int last) {
+void StorePositive(FrozenLayerJob& job, const StoredNodes& nodes, const ItemValues& values, int last) {
     for (int id = 1; id <= last; ++id) {
         const float value = values[static_cast<std::size_t>(id)];
         if (const int local = value > 0.0F ? nodes.Stored(id) : 0) {
@@ -48,25 +48,28 @@ void StorePositive(FrozenLayerJob& job, const qnl::StoredNodes& nodes, const qnl
 
 }  // namespace
 
+}  // namespace qnl::input
+
 int ReadThickness(FrozenLayerJob& job) {
-    GenerateThickness(job);
-    const std::string path = ReplaceExtension(job.m_szMeshFile.View(), ".thk");
+    qnl::input::GenerateThickness(job);
+    const std::string path = qnl::ReplaceExtension(job.m_szMeshFile.View(), ".thk");
     CQNL3DResultReader_Manipulator reader;
-    if (qnl::OpenResult(job, reader, path.c_str(), kMessages) != qnl::OpenedAs::Binary) {
+    if (qnl::input::OpenResult(job, reader, path.c_str(), qnl::input::kMessages) !=
+        qnl::input::OpenedAs::Binary) {
         return -1;
     }
     const int maxNode = reader.GetMaxCavityNode();
-    LogPlain(job, "nMaxNodes = %d \n", maxNode);
-    PrepareThickness(job);
-    const qnl::StoredNodes nodes(job);
+    qnl::LogPlain(job, "nMaxNodes = %d \n", maxNode);
+    qnl::input::PrepareThickness(job);
+    const qnl::input::StoredNodes nodes(job);
     const int last = std::min(maxNode, nodes.MaxLabel());
-    qnl::ItemValues values(qnl::ItemEntries(maxNode));
-    for (const int item : {kMeanOfNeighbours, kAlongRay}) {
+    qnl::input::ItemValues values(qnl::input::ItemEntries(maxNode));
+    for (const int item : {qnl::input::kMeanOfNeighbours, qnl::input::kAlongRay}) {
         reader.GetResultItem(item, values.data());
-        StorePositive(job, nodes, values, last);
+        qnl::input::StorePositive(job, nodes, values, last);
     }
     reader.EndReading();
-    LogLine(job, "Read Thickness From RD2 end");
-    qnl::ReportEntriesBeyond(path, maxNode, nodes.MaxLabel());
+    qnl::LogLine(job, "Read Thickness From RD2 end");
+    qnl::input::ReportEntriesBeyond(path, maxNode, nodes.MaxLabel());
     return 1;
 }

@@ -4,18 +4,20 @@
 #include <cstddef>
 #include <memory>
 
+#include "context/Messages.h"
 #include "input/BinaryResult.h"
 #include "input/InputFaults.h"
 #include "input/StoredNodes.h"
-#include "job/Messages.h"
+
+namespace qnl::input {
 
 namespace {
 
 constexpr int kDisplacement[] = {1, 2, 3};
 constexpr int kShrinkage = 7;
 
-constexpr qnl::OpenMessages kMessages{"Can't open Warp Results ", "Read WarpResults by ASCII ",
-                                      "Read WarpResults by Binary "};
+constexpr OpenMessages kMessages{"Can't open Warp Results ", "Read WarpResults by ASCII ",
+                                 "Read WarpResults by Binary "};
 
 /// Room for every label of the file and every node of the mesh, zeroed; existing room of that size is
 /// used again.
@@ -23,26 +25,26 @@ void PrepareDisplacement(FrozenLayerJob& job, int maxNode) {
     const int entries = std::max(maxNode, job.m_nNodes);
     for (OwnedArray<double>& array : job.m_pWarpDisplacement) {
         if (array && job.m_nWarpEntries == entries) {
-            std::fill_n(array.get(), qnl::ItemEntries(entries), 0.0);
+            std::fill_n(array.get(), ItemEntries(entries), 0.0);
         } else {
             array.reset();
-            array = std::make_unique<double[]>(qnl::ItemEntries(entries));
+            array = std::make_unique<double[]>(ItemEntries(entries));
         }
     }
     job.m_nWarpEntries = entries;
 }
 
 struct WarpItems {
-    qnl::ItemValues displacement[3];
-    qnl::ItemValues shrinkage;
+    ItemValues displacement[3];
+    ItemValues shrinkage;
 };
 
 WarpItems ReadItems(CQNL3DResultReader_Manipulator& reader, int count) {
     WarpItems items;
     for (std::size_t k = 0; k < 3; ++k) {
-        items.displacement[k] = qnl::ReadItem(reader, kDisplacement[k], count);
+        items.displacement[k] = ReadItem(reader, kDisplacement[k], count);
     }
-    items.shrinkage = qnl::ReadItem(reader, kShrinkage, count);
+    items.shrinkage = ReadItem(reader, kShrinkage, count);
     return items;
 }
 
@@ -55,30 +57,32 @@ void StoreNode(FrozenLayerJob& job, const WarpItems& items, std::size_t id, int 
 
 }  // namespace
 
+}  // namespace qnl::input
+
 int ReadWarpResults(FrozenLayerJob& job, const char* path) {
     CQNL3DResultReader_Manipulator reader;
-    const qnl::OpenedAs opened = qnl::OpenResult(job, reader, path, kMessages);
-    if (opened != qnl::OpenedAs::Binary) {
-        if (opened == qnl::OpenedAs::Nothing) {
+    const qnl::input::OpenedAs opened = qnl::input::OpenResult(job, reader, path, qnl::input::kMessages);
+    if (opened != qnl::input::OpenedAs::Binary) {
+        if (opened == qnl::input::OpenedAs::Nothing) {
             return -1;
         }
         ReadWarpResultsAscii(job, path);
         return 1;
     }
     const int maxNode = reader.GetMaxCavityNode();
-    PrepareDisplacement(job, maxNode);
-    LogPlain(job, "nMaxNodes = %d \n", maxNode);
-    const WarpItems items = ReadItems(reader, maxNode);
-    const qnl::StoredNodes nodes(job);
+    qnl::input::PrepareDisplacement(job, maxNode);
+    qnl::LogPlain(job, "nMaxNodes = %d \n", maxNode);
+    const qnl::input::WarpItems items = qnl::input::ReadItems(reader, maxNode);
+    const qnl::input::StoredNodes nodes(job);
     const int last = std::min(maxNode, nodes.MaxLabel());
     for (int id = 1; id <= last; ++id) {
         const auto entry = static_cast<std::size_t>(id);
         if (const int local = nodes.Known(id)) {
-            StoreNode(job, items, entry, local);
+            qnl::input::StoreNode(job, items, entry, local);
         }
         job.m_dMaxValue = std::max(job.m_dMaxValue, static_cast<double>(items.shrinkage[entry]));
     }
     reader.EndReading();
-    qnl::ReportEntriesBeyond(path, maxNode, nodes.MaxLabel());
+    qnl::input::ReportEntriesBeyond(path, maxNode, nodes.MaxLabel());
     return 1;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
 
 /// Reads displacement and volume shrinkage of one output time of a warp result into m_pWarpDisplacement and
 /// m_pNodeData[1]. Gives 1, or -1 when the file cannot be opened or is a damaged binary result. A file that

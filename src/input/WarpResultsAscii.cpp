@@ -2,11 +2,13 @@
 #include <optional>
 #include <string>
 
+#include "context/Messages.h"
 #include "input/AsciiSections.h"
 #include "input/InputFaults.h"
 #include "input/WarpResults.h"
-#include "job/Messages.h"
 #include "platform/Faults.h"
+
+namespace qnl::input {
 
 namespace {
 
@@ -20,8 +22,8 @@ struct WarpHead {
 };
 
 /// Reads integers as long as they follow each other, at most five.
-void ReadHead(qnl::TokenReader& text, WarpHead& head, std::string_view& line) {
-    qnl::SkipLines(text, 5, line);
+void ReadHead(TokenReader& text, WarpHead& head, std::string_view& line) {
+    SkipLines(text, 5, line);
     int unused = 0;
     int* const fields[] = {&head.nodes, &unused, &unused, &head.values, &unused};
     for (int* field : fields) {
@@ -36,7 +38,7 @@ struct WarpScan {
     bool hasId = false;
     bool hasShrinkage = false;
 
-    bool Read(qnl::TokenReader& text, int values) {
+    bool Read(TokenReader& text, int values) {
         if (!text.ReadInt(id)) {
             return false;
         }
@@ -57,17 +59,16 @@ void Store(FrozenLayerJob& job, const WarpScan& scan) {
     job.m_dMaxValue = std::max(job.m_dMaxValue, scan.shrinkage);
 }
 
-void ReadRecords(FrozenLayerJob& job, qnl::TokenReader& text, const WarpHead& head, const char* path) {
+void ReadRecords(FrozenLayerJob& job, TokenReader& text, const WarpHead& head, const char* path) {
     WarpScan scan;
-    qnl::UnknownIds unknown;
+    UnknownIds unknown;
     bool whole = true;
     for (int i = 1; i <= head.nodes; ++i) {
         const std::size_t before = text.Position();
         const bool read = scan.Read(text, head.values);
         if (!read && whole) {
             whole = false;
-            qnl::ReportShortRecord(path, text, i,
-                                   "a node index and " + std::to_string(head.values) + " numbers");
+            ReportShortRecord(path, text, i, "a node index and " + std::to_string(head.values) + " numbers");
         }
         if (scan.hasId && scan.hasShrinkage) {
             if (scan.id >= 1 && scan.id <= job.m_nNodes) {
@@ -91,31 +92,34 @@ void ReportMismatch(const FrozenLayerJob& job, const char* path, int values) {
 
 }  // namespace
 
+}  // namespace qnl::input
+
 int ReadWarpResultsAscii(FrozenLayerJob& job, const char* path) {
     std::optional<qnl::TokenReader> text = qnl::OpenText(path);
     if (!text) {
-        LogGeneral(job, "Warp results don't exist !\n");
-        qnl::ReportMissing(path);
+        qnl::LogGeneral(job, "Warp results don't exist !\n");
+        qnl::input::ReportMissing(path);
         return -1;
     }
-    WarpHead head;
+    qnl::input::WarpHead head;
     bool anyRecords = false;
     std::string_view line;
-    while (text->ReadLine(qnl::kLineBuffer, line)) {
-        if (qnl::Holds(line, "[HEADER]")) {
-            ReadHead(*text, head, line);
+    while (text->ReadLine(qnl::input::kLineBuffer, line)) {
+        if (qnl::input::Holds(line, "[HEADER]")) {
+            qnl::input::ReadHead(*text, head, line);
         }
-        if (qnl::Holds(line, kResults) && head.nodes >= 1) {
+        if (qnl::input::Holds(line, qnl::input::kResults) && head.nodes >= 1) {
             anyRecords = true;
-            if (std::find(std::begin(kLayouts), std::end(kLayouts), head.values) == std::end(kLayouts)) {
-                ReportMismatch(job, path, head.values);
+            if (std::find(std::begin(qnl::input::kLayouts), std::end(qnl::input::kLayouts), head.values) ==
+                std::end(qnl::input::kLayouts)) {
+                qnl::input::ReportMismatch(job, path, head.values);
             } else {
-                ReadRecords(job, *text, head, path);
+                qnl::input::ReadRecords(job, *text, head, path);
             }
         }
     }
     if (!anyRecords) {
-        qnl::ReportNoRecords(path, kResults);
+        qnl::input::ReportNoRecords(path, qnl::input::kResults);
     }
     return 1;
 }

@@ -2,6 +2,8 @@
 
 #include "mesh/FieldStorage.h"
 
+namespace qnl::job {
+
 void DropCarriedState(FrozenLayerJob& job) {
     constexpr double kNoMaximumYet = -1e8;
 
@@ -19,5 +21,7 @@ void DropCarriedState(FrozenLayerJob& job) {
     job.m_dKernelScratch = 3.0 * job.m_dGeomTolerance;
     job.m_nAsciiItemCount = 1;
     job.m_szTimeSteps[0] = '\0';
-    ResetDataStorage(job);
+    mesh::ResetDataStorage(job);
 }
+
+}  // namespace qnl::job

@@ -6,10 +6,12 @@
 #include <optional>
 #include <stdexcept>
 
-#include "job/Messages.h"
-#include "job/TokenReader.h"
-#include "job/WindowsPath.h"
+#include "base/TokenReader.h"
+#include "base/WindowsPath.h"
+#include "context/Messages.h"
 #include "platform/CQNLKNLogErrMsgTool.h"
+
+namespace qnl::job {
 
 namespace {
 
@@ -27,7 +29,7 @@ struct ProjectWords {
 
 /// An integer as "%d" takes it; text that is none leaves `value` alone.
 void ScanInteger(const std::string& text, int& value) {
-    qnl::TokenReader(text).ReadInt(value);
+    TokenReader(text).ReadInt(value);
 }
 
 void TakeIntermediateTimes(FrozenLayerJob& job, int argc, char** argv) {
@@ -140,7 +142,7 @@ std::string LineValue(std::string_view line) {
 
 /// The cursor stands behind the count line: takes the first entry and passes over the others.
 void ReadEntries(FrozenLayerJob& job, const RunFileSection& section, const std::string& directory, int count,
-                 qnl::TokenReader& file) {
+                 TokenReader& file) {
     std::string_view line;
     for (int k = 1; k == 1 || k <= count; ++k) {
         if (!file.ReadLine(kLineBuffer, line)) {
@@ -152,7 +154,7 @@ void ReadEntries(FrozenLayerJob& job, const RunFileSection& section, const std::
     }
 }
 
-void ReadSections(FrozenLayerJob& job, const std::string& directory, qnl::TokenReader& file) {
+void ReadSections(FrozenLayerJob& job, const std::string& directory, TokenReader& file) {
     std::string_view line;
     bool examine = file.ReadLine(kLineBuffer, line);
     while (examine) {
@@ -192,7 +194,7 @@ int HandleCommandLine(FrozenLayerJob& job, int argc, char** argv) {
 
 int ReadRunFile(FrozenLayerJob& job, std::string_view projectDirectory) {
     LogLine(job, job.m_szRunFile.Text());
-    std::optional<qnl::TokenReader> file = qnl::OpenText(job.m_szRunFile.Text());
+    std::optional<TokenReader> file = OpenText(job.m_szRunFile.Text());
     if (!file) {
         CQNLKNLogErrMsgTool::printErrorMessageContent(kRunFileMissing, "*.run doesn't exist !\n", "",
                                                       std::cout);
@@ -218,3 +220,5 @@ int BuildSearchResultPath(FrozenLayerJob& job) {
     job.m_szSurFile.Set(ReplaceExtension(job.m_szMeshFile.View(), ".sur"));
     return 1;
 }
+
+}  // namespace qnl::job

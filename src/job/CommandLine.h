@@ -3,7 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
+
+namespace qnl::job {
 
 /// Turns the launcher's words into the paths of the job, reads the run file and creates the log tool and
 /// the timer. Gives 1, or the run-file reader's code (log tool and timer are then missing).
@@ -18,3 +20,5 @@ void ExtractLineValue(std::string& line);
 
 /// Sets m_szSurFile from m_szMeshFile. Gives 1.
 int BuildSearchResultPath(FrozenLayerJob& job);
+
+}  // namespace qnl::job

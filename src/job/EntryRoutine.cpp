@@ -4,17 +4,19 @@
 #include <new>
 #include <optional>
 
+#include "context/FrozenLayerJob.h"
+#include "context/Messages.h"
 #include "input/MaterialData.h"
 #include "input/ResultFileSet.h"
 #include "job/CommandLine.h"
-#include "job/FrozenLayerJob.h"
-#include "job/Messages.h"
 #include "job/OutputTimes.h"
 #include "job/RunSummary.h"
 #include "mesh/FieldStorage.h"
 #include "mesh/MeshImport.h"
 #include "platform/CQNLKNLogErrMsgTool.h"
 #include "platform/QnlMaterial.h"
+
+namespace qnl::job {
 
 namespace {
 
@@ -35,11 +37,11 @@ ExitCode OpenMaterial(FrozenLayerJob& job) {
 }
 
 ExitCode OpenMesh(FrozenLayerJob& job) {
-    if (ReadMesh(job) != 1) {
+    if (mesh::ReadMesh(job) != 1) {
         return ExitCode::MeshFailed;
     }
-    SetUpThreads(job);
-    return TakeOverMeshData(job) == 1 ? ExitCode::Normal : ExitCode::MeshFailed;
+    mesh::SetUpThreads(job);
+    return mesh::TakeOverMeshData(job) == 1 ? ExitCode::Normal : ExitCode::MeshFailed;
 }
 
 ExitCode RunStages(FrozenLayerJob& job, int argc, char** argv) {
@@ -51,12 +53,12 @@ ExitCode RunStages(FrozenLayerJob& job, int argc, char** argv) {
     if (const ExitCode code = OpenMesh(job); code != ExitCode::Normal) {
         return code;
     }
-    NewDataStorage(job);
+    mesh::NewDataStorage(job);
     EvaluateOutputTimes(job, job.m_szInputResult);
     if (job.m_options.observer != nullptr) {
         job.m_options.observer->RunEnds(job);
     }
-    FreeMemory(job);
+    mesh::FreeMemory(job);
     if (job.m_nLogLevel >= 1) {
         MakeRunSummary(job);
     }
@@ -82,3 +84,5 @@ int RunFrozenLayer(int argc, char** argv, const RunOptions& options) {
     }
     return static_cast<int>(ExitCode::Exception);
 }
+
+}  // namespace qnl::job

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "job/RunOptions.h"
+#include "context/RunOptions.h"
+
+namespace qnl::job {
 
 /// Exit codes of a run.
 enum class ExitCode : int {
@@ -16,3 +18,5 @@ enum class ExitCode : int {
 /// code and run, and, in a list of exactly five, the run word is also the count of intermediate output
 /// times. No exception leaves it unless printing its message fails.
 int RunFrozenLayer(int argc, char** argv, const RunOptions& options = {});
+
+}  // namespace qnl::job

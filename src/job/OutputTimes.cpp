@@ -2,13 +2,15 @@
 
 #include <string>
 
+#include "base/WindowsPath.h"
 #include "frozen/StageDriver.h"
 #include "input/TemperatureData.h"
 #include "input/Thickness.h"
 #include "job/CarriedState.h"
-#include "job/WindowsPath.h"
 #include "mesh/DataExtension.h"
-#include "profile/SearchFile.h"
+#include "profile/search/SearchFile.h"
+
+namespace qnl::job {
 
 namespace {
 
@@ -22,12 +24,12 @@ int EvaluateTime(FrozenLayerJob& job, const char* inputResult) {
     if (LoadTemperatureData(job, inputResult) != 1) {
         return kLoadFailed;
     }
-    ExtendNodeToSurface(job);
-    ExtendNodeToInnerCell(job);
+    mesh::ExtendNodeToSurface(job);
+    mesh::ExtendNodeToInnerCell(job);
     if (job.m_bIsGasIn == 1) {
         ReadThickness(job);
     }
-    if (RunFrozenLayerStage(job) != 1) {
+    if (frozen::RunFrozenLayerStage(job) != 1) {
         return kStageFailed;
     }
     if (job.m_bSearchDone == 0) {
@@ -67,3 +69,5 @@ int EvaluateOutputTimes(FrozenLayerJob& job, const char* inputResult) {
     job.m_szResultFile.Set(baseResult);
     return 1;
 }
+
+}  // namespace qnl::job

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
+
+namespace qnl::job {
 
 /// Evaluates the base output time and then the intermediate ones, 1 to m_nIntermediateTimes. A time whose
 /// stage file cannot be loaded is passed over. Gives 1; m_szResultFile ends as the base pass left it.
@@ -8,3 +10,5 @@ int EvaluateOutputTimes(FrozenLayerJob& job, const char* inputResult);
 
 /// The base pass: 1, -3000 when the stage file cannot be loaded, -4000 when the stage fails.
 int EvaluateBaseTime(FrozenLayerJob& job, const char* inputResult);
+
+}  // namespace qnl::job

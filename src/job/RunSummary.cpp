@@ -2,7 +2,9 @@
 
 #include <sstream>
 
-#include "job/Messages.h"
+#include "context/Messages.h"
+
+namespace qnl::job {
 
 int MakeRunSummary(FrozenLayerJob& job) {
     job.m_dEndTime = job.m_pCom->Time();
@@ -18,3 +20,5 @@ int MakeRunSummary(FrozenLayerJob& job) {
     PrintGeneral(report.str());
     return 1;
 }
+
+}  // namespace qnl::job

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace qnl {
+namespace qnl::mesh {
 
 double MeanBoxDiagonal(const EntityRecord* entities, int count) {
     double sum = 0.0;
@@ -15,4 +15,4 @@ double MeanBoxDiagonal(const EntityRecord* entities, int count) {
     return sum / static_cast<double>(count);
 }
 
-}  // namespace qnl
+}  // namespace qnl::mesh

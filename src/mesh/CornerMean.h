@@ -6,7 +6,7 @@
 
 #include "platform/MeshRecords.h"
 
-namespace qnl {
+namespace qnl::mesh {
 
 /// The values of several fields at one node.
 template <typename Value, std::size_t Fields>
@@ -67,4 +67,4 @@ void MeansOverEntities(const EntityRecord* entities, int count,
 /// number when `count` is 0.
 double MeanBoxDiagonal(const EntityRecord* entities, int count);
 
-}  // namespace qnl
+}  // namespace qnl::mesh

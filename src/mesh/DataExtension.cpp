@@ -3,8 +3,10 @@
 #include <array>
 #include <cstddef>
 
-#include "job/Messages.h"
+#include "context/Messages.h"
 #include "mesh/CornerMean.h"
+
+namespace qnl::mesh {
 
 namespace {
 
@@ -14,7 +16,7 @@ auto JoinSlots(int nodes, const OwnedArray<Value> (&nodeValues)[Slots]) {
     for (std::size_t slot = 0; slot < Slots; ++slot) {
         fields[slot] = nodeValues[slot].get();
     }
-    return qnl::JoinFields(nodes, fields);
+    return JoinFields(nodes, fields);
 }
 
 /// Fills the entity values of every slot that exists on both sides.
@@ -26,7 +28,7 @@ void ExtendSlots(const EntityRecord* entities, int count, int nodes,
     for (std::size_t slot = 0; slot < Slots; ++slot) {
         means[slot] = nodeValues[slot] ? entityValues[slot].get() : nullptr;
     }
-    qnl::MeansOverEntities(entities, count, JoinSlots(nodes, nodeValues), means);
+    MeansOverEntities(entities, count, JoinSlots(nodes, nodeValues), means);
 }
 
 }  // namespace
@@ -45,7 +47,9 @@ int ExtendNodeToInnerCell(FrozenLayerJob& job) {
 }
 
 int AverageSurfaceMeshSize(FrozenLayerJob& job) {
-    job.m_dSurAvgMeshSize = qnl::MeanBoxDiagonal(job.p_Surfce, job.m_nSurfaces);
+    job.m_dSurAvgMeshSize = MeanBoxDiagonal(job.p_Surfce, job.m_nSurfaces);
     LogPlain(job, "SurAvgMeshSize = %lf \n", job.m_dSurAvgMeshSize);
     return 1;
 }
+
+}  // namespace qnl::mesh

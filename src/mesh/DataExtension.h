@@ -1,6 +1,8 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
+
+namespace qnl::mesh {
 
 /// Carries every slot of m_pNodeData that exists to m_pSurfData: a face takes the mean of its corners,
 /// summed in corner order. Gives 1.
@@ -13,3 +15,5 @@ int ExtendNodeToInnerCell(FrozenLayerJob& job);
 /// Stores the mean diagonal of the face boxes, mm, in m_dSurAvgMeshSize; not a number without faces.
 /// Gives 1.
 int AverageSurfaceMeshSize(FrozenLayerJob& job);
+
+}  // namespace qnl::mesh

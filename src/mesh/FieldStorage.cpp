@@ -5,7 +5,9 @@
 #include <memory>
 #include <new>
 
-#include "job/Messages.h"
+#include "context/Messages.h"
+
+namespace qnl::mesh {
 
 namespace {
 
@@ -175,3 +177,5 @@ int FreeMemory(FrozenLayerJob& job) {
     LogLine(job, "free memory end");
     return 1;
 }
+
+}  // namespace qnl::mesh

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
+
+namespace qnl::mesh {
 
 /// Creates the arrays of input values and their extensions, and, for flow results, the tree of kept
 /// velocity nodes. Arrays have count + 1 entries; one that exists is kept, and all are zeroed. Gives 1.
@@ -20,3 +22,5 @@ void EnsureComputedArrays(FrozenLayerJob& job);
 
 /// Releases the computed arrays, the output item table and the surface-node list. Gives 1.
 int FreeMemory(FrozenLayerJob& job);
+
+}  // namespace qnl::mesh

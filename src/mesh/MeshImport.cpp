@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "job/Messages.h"
+#include "context/Messages.h"
+
+namespace qnl::mesh {
 
 namespace {
 
@@ -101,3 +103,5 @@ void SetUpThreads(FrozenLayerJob& job) {
     job.m_pThreadFindTime = std::make_unique<double[]>(slots);
     job.m_pOptKer->InitialzeSearch(threads);
 }
+
+}  // namespace qnl::mesh

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
+
+namespace qnl::mesh {
 
 /// Has the kernel read the mesh file of the job. Gives the kernel's status: 1, or a negative value when
 /// the mesh could not be read.
@@ -13,3 +15,5 @@ int TakeOverMeshData(FrozenLayerJob& job);
 /// Settles the thread count (the caller's wish, or else the parallel runtime's own), makes the counters
 /// per thread, 0-based, and prepares the kernel's search slots.
 void SetUpThreads(FrozenLayerJob& job);
+
+}  // namespace qnl::mesh

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace qnl {
+namespace qnl::mesh {
 
 /// One numbering over faces and cells: ids 1 to `surfaces` are faces, larger ones cells.
 struct PassElementNumbering {
@@ -11,4 +11,4 @@ struct PassElementNumbering {
     constexpr int CellIndex(int id) const { return id - surfaces; }
 };
 
-}  // namespace qnl
+}  // namespace qnl::mesh

@@ -1,8 +1,10 @@
 #include "output/BinaryResult.h"
 
-#include "job/Messages.h"
+#include "context/Messages.h"
 #include "output/OutputItems.h"
 #include "platform/CQNL3DResultWriter_Manipulator.h"
+
+namespace qnl::output {
 
 namespace {
 
@@ -109,3 +111,5 @@ int WriteBinaryResult(FrozenLayerJob& job) {
     LogLine(job, "Output Binary Data end");
     return 1;
 }
+
+}  // namespace qnl::output

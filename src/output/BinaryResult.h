@@ -2,7 +2,9 @@
 
 #include <vector>
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
+
+namespace qnl::output {
 
 /// Writes the result file of the present output time at m_szResultFile. What goes wrong in writing is
 /// recorded by the result library and does not stop the run. Gives 1.
@@ -11,3 +13,5 @@ int WriteBinaryResult(FrozenLayerJob& job);
 /// Indices of the nodes written, ascending: those with a centre temperature above 1 degree, or, in
 /// corrected mode, the part nodes whose evaluation had a profile.
 std::vector<int> SelectOutputNodes(const FrozenLayerJob& job);
+
+}  // namespace qnl::output

@@ -3,7 +3,9 @@
 #include <cmath>
 #include <cstring>
 
-#include "job/Messages.h"
+#include "context/Messages.h"
+
+namespace qnl::output {
 
 namespace {
 
@@ -123,3 +125,5 @@ int SetOutputItemInformation(FrozenLayerJob& job) {
     LogLine(job, "SetOutputItermInfor end");
     return 1;
 }
+
+}  // namespace qnl::output

@@ -5,8 +5,10 @@
 #include <cstdio>
 #include <string>
 
-#include "job/Messages.h"
+#include "context/Messages.h"
 #include "platform/HostFiles.h"
+
+namespace qnl::output {
 
 namespace {
 
@@ -100,3 +102,5 @@ int WriteSinkFile(const FrozenLayerJob& job, const double* u, const double* v, c
     file.Commit();
     return 1;
 }
+
+}  // namespace qnl::output

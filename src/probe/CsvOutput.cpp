@@ -2,7 +2,7 @@
 
 #include "platform/Faults.h"
 
-namespace qnl {
+namespace qnl::probe {
 
 namespace {
 
@@ -36,4 +36,4 @@ CsvOutput::~CsvOutput() {
     }
 }
 
-}  // namespace qnl
+}  // namespace qnl::probe

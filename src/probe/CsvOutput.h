@@ -1,9 +1,9 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
 #include "platform/HostFiles.h"
 
-namespace qnl {
+namespace qnl::probe {
 
 /// Makes m_szResultFile an empty file. False, with a recorded fault, when it cannot be created.
 bool CreateEmptyCsv(const FrozenLayerJob& job);
@@ -25,4 +25,4 @@ private:
     HostFile file_;
 };
 
-}  // namespace qnl
+}  // namespace qnl::probe

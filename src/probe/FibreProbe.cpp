@@ -6,13 +6,15 @@
 #include <string>
 #include <utility>
 
-#include "job/Messages.h"
-#include "job/TokenReader.h"
-#include "job/WindowsPath.h"
+#include "base/TokenReader.h"
+#include "base/WindowsPath.h"
+#include "context/Messages.h"
 #include "platform/Faults.h"
 #include "platform/HostFiles.h"
 #include "probe/CsvOutput.h"
 #include "probe/NodeIdList.h"
+
+namespace qnl::probe {
 
 namespace {
 
@@ -25,7 +27,7 @@ int LocalIndex(const FrozenLayerJob& job, int id) {
 int ProbeIdentifier(FrozenLayerJob& job, int id) {
     PrintPlain("User input ID = %d\n", id);
     {
-        qnl::CsvOutput csv(job);
+        CsvOutput csv(job);
         if (csv) {
             std::fprintf(job.m_pFibreCsv, "\n\n\nID, %d\n", id);
         }
@@ -33,8 +35,8 @@ int ProbeIdentifier(FrozenLayerJob& job, int id) {
     const int n = LocalIndex(job, id);
     const NodeRecord& node = job.p_Node[n];
     PrintPlain("GbID = %d, Node X = %lf, Y= %lf ,Z= %lf\n", n, node.x, node.y, node.z);
-    qnl::ProbeAlongRay(job, {node.x, node.y, node.z},
-                       {-job.m_pNormalX.get()[n], -job.m_pNormalY.get()[n], -job.m_pNormalZ.get()[n]});
+    ProbeAlongRay(job, {node.x, node.y, node.z},
+                  {-job.m_pNormalX.get()[n], -job.m_pNormalY.get()[n], -job.m_pNormalZ.get()[n]});
     return n;
 }
 
@@ -44,7 +46,7 @@ public:
     /// False at the end of the input and for text that is no integer.
     bool Next(int& value) {
         if (word_.AtEnd()) {
-            word_ = qnl::TokenReader(TakeWord());
+            word_ = TokenReader(TakeWord());
         }
         return word_.ReadInt(value);
     }
@@ -67,7 +69,7 @@ private:
         return word;
     }
 
-    qnl::TokenReader word_;
+    TokenReader word_;
 };
 
 void ProbeTypedIds(FrozenLayerJob& job) {
@@ -90,7 +92,7 @@ void ProbeListedIds(FrozenLayerJob& job, const std::string& name, HostFile& file
         RecordFault({name, "list of nodes", "a readable file", "a read error", "check the file"});
     }
     file.Close();
-    qnl::NodeIdList list(text);
+    NodeIdList list(text);
     for (int id = 0; list.Next(id);) {
         ProbeIdentifier(job, id);
     }
@@ -101,7 +103,7 @@ void ProbeListedIds(FrozenLayerJob& job, const std::string& name, HostFile& file
 int RunFibreProbe(FrozenLayerJob& job) {
     job.m_bSearchDone = -1;
     PrintPlain("%s\n", job.m_szResultFile.Text());
-    if (!qnl::CreateEmptyCsv(job)) {
+    if (!CreateEmptyCsv(job)) {
         PrintPlain("Can not open Output CSV file!\n");
         return -1;
     }
@@ -116,3 +118,5 @@ int RunFibreProbe(FrozenLayerJob& job) {
     }
     return 1;
 }
+
+}  // namespace qnl::probe

@@ -1,7 +1,9 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
-#include "profile/Vector3.h"
+#include "base/Vector3.h"
+#include "context/FrozenLayerJob.h"
+
+namespace qnl::probe {
 
 /// Prints the orientation tensor along the inward normal of chosen nodes to standard output and to the CSV
 /// file m_szResultFile. The node ids, by label, come from the file of the same name with
@@ -11,7 +13,9 @@
 /// when m_szResultFile has no extension.
 int RunFibreProbe(FrozenLayerJob& job);
 
-namespace qnl {
+}  // namespace qnl::probe
+
+namespace qnl::probe {
 
 /// Follows the ray from `start`, mm, along `direction`, of any length, and writes the tensor of the cells met
 /// at 101 equally spaced heights. Gives 1, also when fewer than two elements are passed and nothing is
@@ -23,4 +27,4 @@ int ProbeAlongRay(FrozenLayerJob& job, const Vector3& start, const Vector3& dire
 /// listed after a cell never does.
 int LocateElement(const FrozenLayerJob& job, const Vector3& point);
 
-}  // namespace qnl
+}  // namespace qnl::probe

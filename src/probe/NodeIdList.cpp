@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace qnl {
+namespace qnl::probe {
 
 namespace {
 
@@ -29,4 +29,4 @@ bool NodeIdList::Next(int& id) {
     return false;
 }
 
-}  // namespace qnl
+}  // namespace qnl::probe

@@ -3,9 +3,9 @@
 #include <string>
 #include <utility>
 
-#include "job/TokenReader.h"
+#include "base/TokenReader.h"
 
-namespace qnl {
+namespace qnl::probe {
 
 /// Walks through the node ids of a list file: the lines between one that holds "<List>" and the next that
 /// holds "</List>", any number of times. Each gives the integer that it begins with; one that begins with
@@ -23,4 +23,4 @@ private:
     bool inList_ = false;
 };
 
-}  // namespace qnl
+}  // namespace qnl::probe

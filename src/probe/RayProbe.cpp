@@ -3,23 +3,23 @@
 #include <cstdio>
 #include <vector>
 
-#include "job/Messages.h"
+#include "context/Messages.h"
 #include "probe/CsvOutput.h"
 #include "probe/FibreProbe.h"
 #include "profile/PassElementMesh.h"
-#include "profile/PassElementSearch.h"
-#include "profile/RayFrame.h"
+#include "profile/kernels/RayFrame.h"
+#include "profile/search/PassElementSearch.h"
+
+namespace qnl::probe {
 
 namespace {
-
-using qnl::Vector3;
 
 /// Entry of the search records that no surface node has: the probe's searches go there.
 constexpr int kSpareRecord = 0;
 constexpr int kSteps = 100;
 constexpr std::size_t kTensorComponents = 6;
 
-qnl::PassElementMesh Mesh(const FrozenLayerJob& job) {
+profile::PassElementMesh Mesh(const FrozenLayerJob& job) {
     return {job.p_Surfce, job.p_Cell, {job.m_nSurfaces}};
 }
 
@@ -31,9 +31,9 @@ std::vector<double> SortedDepths(const FrozenLayerJob& job, const Vector3& axis,
     for (int j = 1; j <= count; ++j) {
         const auto k = static_cast<std::size_t>(j);
         ids[k] = found[j - 1];
-        const Vector3 point = qnl::ReferencePoint(Mesh(job).Record(ids[k]));
+        const Vector3 point = profile::ReferencePoint(Mesh(job).Record(ids[k]));
         LogPlain(job, "Find x = %lf,y = %lf,z= %lf  \n", point.x, point.y, point.z);
-        depths[k] = qnl::Dot(axis, point);
+        depths[k] = Dot(axis, point);
     }
     job.m_pOptKer->shellSorting(count, depths.data(), ids.data());
     return depths;
@@ -81,12 +81,12 @@ struct ProbeLine {
 
 /// Writes each element met along the line once, at the first height at which it is met.
 void WriteHeights(const FrozenLayerJob& job, const ProbeLine& line) {
-    const qnl::PassElementMesh mesh = Mesh(job);
+    const profile::PassElementMesh mesh = Mesh(job);
     std::array<int, kSteps + 1> visited{};
     auto end = visited.begin();
     for (int step = 0; step <= kSteps; ++step) {
         const double t = line.HeightAt(step);
-        const int element = qnl::LocateElement(job, line.PointAt(t));
+        const int element = LocateElement(job, line.PointAt(t));
         const bool metBefore = std::find(visited.begin(), end, element) != end;
         *end++ = element;
         if (metBefore) {
@@ -97,13 +97,15 @@ void WriteHeights(const FrozenLayerJob& job, const ProbeLine& line) {
             continue;
         }
         const int cell = mesh.numbering.CellIndex(element);
-        WriteCell(job, qnl::Dot(line.axis, qnl::ReferencePoint(mesh.cells[cell])) - line.firstDepth, cell);
+        WriteCell(job, Dot(line.axis, profile::ReferencePoint(mesh.cells[cell])) - line.firstDepth, cell);
     }
 }
 
 }  // namespace
 
-namespace qnl {
+}  // namespace qnl::probe
+
+namespace qnl::probe {
 
 int ProbeAlongRay(FrozenLayerJob& job, const Vector3& start, const Vector3& direction) {
     Vector3 a = direction;
@@ -113,14 +115,14 @@ int ProbeAlongRay(FrozenLayerJob& job, const Vector3& start, const Vector3& dire
     LogPlain(job, "Ax = %lf,Ay = %lf,Az= %lf  \n", a.x, a.y, a.z);
     int count = 0;
     const int* found = FindNodePassElems(job, kSpareRecord, count, start.x, start.y, start.z, a.x, a.y, a.z,
-                                         SearchSlot(job));
+                                         profile::SearchSlot(job));
     LogPlain(job, " After FindPass ,%d\n", count);
     if (count < 2) {
         return 1;
     }
-    RayFrame frame;
+    profile::RayFrame frame;
     BuildRayFrame(frame, a);
-    const Vector3 axis = DepthAxis(frame);
+    const Vector3 axis = profile::DepthAxis(frame);
     const std::vector<double> depths = SortedDepths(job, axis, found, count);
     const double height = depths.back() - depths[1];
     LogPlain(job, " Height =%lf\n", height);
@@ -140,13 +142,13 @@ int LocateElement(const FrozenLayerJob& job, const Vector3& point) {
     const int* candidates = job.m_pOptKer->SearchNearBlockID(
         point.x - kHalfWidth, point.y - kHalfWidth, point.z - kHalfWidth, point.x + kHalfWidth,
         point.y + kHalfWidth, point.z + kHalfWidth, count, 0);
-    const PassElementMesh mesh = Mesh(job);
+    const profile::PassElementMesh mesh = Mesh(job);
     double bestDistance = 1e30;
     double distance = 0.0;
     int best = -1;
     for (int k = 0; k < count; ++k) {
         if (!mesh.numbering.IsFace(candidates[k])) {
-            const Vector3 cell = ReferencePoint(mesh.Record(candidates[k]));
+            const Vector3 cell = profile::ReferencePoint(mesh.Record(candidates[k]));
             const Vector3 offset{point.x - cell.x, point.y - cell.y, point.z - cell.z};
             distance = Dot(offset, offset);
         }
@@ -158,4 +160,4 @@ int LocateElement(const FrozenLayerJob& job, const Vector3& point) {
     return best;
 }
 
-}  // namespace qnl
+}  // namespace qnl::probe

@@ -4,15 +4,16 @@
 #include <cmath>
 
 #include "profile/PassElementMesh.h"
-#include "profile/PassElementSearch.h"
-#include "profile/ProfileKernels.h"
-#include "profile/RayFrame.h"
-#include "profile/SampleMerging.h"
+#include "profile/kernels/ProfileKernels.h"
+#include "profile/kernels/RayFrame.h"
+#include "profile/kernels/SampleMerging.h"
+#include "profile/search/PassElementSearch.h"
+
+namespace qnl::profile {
 
 namespace {
 
-using qnl::PassElementField;
-using qnl::PassElementNumbering;
+using mesh::PassElementNumbering;
 
 /// Slots of the entity fields.
 enum FieldSlot { kTemperature, kVolumeShrinkage, kGasMarker, kBulkWeight, kCoolingTime, kDensity };
@@ -21,8 +22,8 @@ constexpr int kAnalysisWithoutGasItems = 8;
 
 /// The profile of one node; the views lie in the scratch of the thread.
 struct NodeProfile {
-    qnl::Vector3 direction;
-    PassElementNumbering numbering;
+    Vector3 direction;
+    mesh::PassElementNumbering numbering;
     OneBased<const double> depths;
     OneBased<const double> temperatures;
     OneBased<const double> shrinkage;
@@ -59,17 +60,17 @@ double SetWindow(FrozenLayerJob& job) {
 }
 
 /// Fills depths and ids of the scratch, sorted by depth.
-void SortByDepth(const FrozenLayerJob& job, const qnl::Vector3& direction, const int* found, int count,
+void SortByDepth(const FrozenLayerJob& job, const Vector3& direction, const int* found, int count,
                  ProfileScratch& scratch) {
     RayFrame frame;
     BuildRayFrame(frame, direction);
-    const qnl::Vector3 axis = qnl::DepthAxis(frame);
-    const qnl::PassElementMesh mesh{job.p_Surfce, job.p_Cell, {job.m_nSurfaces}};
+    const Vector3 axis = DepthAxis(frame);
+    const PassElementMesh mesh{job.p_Surfce, job.p_Cell, {job.m_nSurfaces}};
     double* depths = scratch.Doubles(ProfileScratch::kDepth);
     int* ids = scratch.ElementIds();
     for (int j = 1; j <= count; ++j) {
         ids[j] = found[j - 1];
-        depths[j] = qnl::Dot(axis, qnl::ReferencePoint(mesh.Record(ids[j])));
+        depths[j] = Dot(axis, ReferencePoint(mesh.Record(ids[j])));
     }
     job.m_pOptKer->shellSorting(count, depths, ids);
 }
@@ -78,16 +79,16 @@ void SortByDepth(const FrozenLayerJob& job, const qnl::Vector3& direction, const
 void MergeSamples(const FrozenLayerJob& job, NodeProfile& profile, ProfileScratch& scratch) {
     double* sampleDepths = scratch.Doubles(ProfileScratch::kSampleDepth);
     double* sampleTemperatures = scratch.Doubles(ProfileScratch::kSampleTemperature);
-    const int samples = MergeCoincidentPassElems(
-        {profile.depths, profile.temperatures, profile.ids}, profile.numbering,
-        {qnl::CoincidenceLimit(job.m_dBoxMax[2], job.m_dBoxMin[2]), job.m_dGeomTolerance},
-        {sampleDepths, sampleTemperatures, scratch.SampleIds()});
+    const int samples =
+        MergeCoincidentPassElems({profile.depths, profile.temperatures, profile.ids}, profile.numbering,
+                                 {CoincidenceLimit(job.m_dBoxMax[2], job.m_dBoxMin[2]), job.m_dGeomTolerance},
+                                 {sampleDepths, sampleTemperatures, scratch.SampleIds()});
     profile.sampleDepths = {sampleDepths, samples};
     profile.sampleTemperatures = {sampleTemperatures, samples};
     profile.sampleIds = {scratch.SampleIds(), samples};
 }
 
-NodeProfile MakeProfile(const FrozenLayerJob& job, const qnl::Vector3& direction, int count,
+NodeProfile MakeProfile(const FrozenLayerJob& job, const Vector3& direction, int count,
                         ProfileScratch& scratch) {
     NodeProfile profile;
     profile.direction = direction;
@@ -128,17 +129,16 @@ void EvaluateTemperatures(const FrozenLayerJob& job, const NodeProfile& profile,
     int last = 1;
     result[kSlotMaxTemperature] = MaxInWindow(depths, temperatures, window, last);
     const bool single = depths.Count() == 1;
-    result[kSlotCenterTemperature] =
-        single ? temperatures[1] : qnl::ValueAtMiddle(depths, temperatures, last);
+    result[kSlotCenterTemperature] = single ? temperatures[1] : ValueAtMiddle(depths, temperatures, last);
     result[kSlotAverageTemperature] =
         single ? temperatures[1] : AverageInWindow(depths, temperatures, window);
 }
 
-qnl::PackingProfile MakePackingProfile(const NodeProfile& profile) {
+PackingProfile MakePackingProfile(const NodeProfile& profile) {
     return {profile.depths, profile.temperatures, profile.densities};
 }
 
-qnl::PackingLimits MakePackingLimits(const FrozenLayerJob& job) {
+PackingLimits MakePackingLimits(const FrozenLayerJob& job) {
     return {job.m_dFreezeTemp, job.m_dFreezeDensity, job.m_dGeomTolerance, job.m_dKernelScratch};
 }
 
@@ -179,7 +179,7 @@ void EvaluateGas(FrozenLayerJob& job, const NodeProfile& profile, ProfileScratch
 }
 
 void EvaluateFlakes(const FrozenLayerJob& job, const NodeProfile& profile, NodeProfileResult& result) {
-    qnl::TensorField tensor{};
+    TensorField tensor{};
     for (std::size_t k = 0; k < tensor.size(); ++k) {
         tensor[k] = job.m_pCellFiber[k].get();
         if (tensor[k] == nullptr) {
@@ -269,8 +269,10 @@ void EvaluateProfile(FrozenLayerJob& job, const NodeProfile& profile, ProfileScr
 
 }  // namespace
 
+}  // namespace qnl::profile
+
 int CalcuFrozenAtNode(FrozenLayerJob& job, int i, double x, double y, double z, double dx, double dy,
-                      double dz, NodeProfileResult& result, ProfileScratch& scratch) {
+                      double dz, NodeProfileResult& result, qnl::profile::ProfileScratch& scratch) {
     scratch.hasProfile = false;
     scratch.shrinkageBeyondWhole = false;
     qnl::Vector3 direction{dx, dy, dz};
@@ -278,20 +280,25 @@ int CalcuFrozenAtNode(FrozenLayerJob& job, int i, double x, double y, double z, 
         return -1;
     }
     int count = 0;
-    const int* found =
-        FindNodePassElems(job, i, count, x, y, z, direction.x, direction.y, direction.z, SearchSlot(job));
+    const int* found = FindNodePassElems(job, i, count, x, y, z, direction.x, direction.y, direction.z,
+                                         qnl::profile::SearchSlot(job));
     if (count < 2) {
         return 1;
     }
     scratch.Prepare(count);
-    SortByDepth(job, direction, found, count, scratch);
-    EvaluateProfile(job, MakeProfile(job, direction, count, scratch), scratch, result);
+    qnl::profile::SortByDepth(job, direction, found, count, scratch);
+    qnl::profile::EvaluateProfile(job, qnl::profile::MakeProfile(job, direction, count, scratch), scratch,
+                                  result);
     scratch.hasProfile = true;
     return 1;
 }
+
+namespace qnl::profile {
 
 bool WindowChangesOnTheWay(const FrozenLayerJob& job) {
     const bool setFirst = job.m_bHasWarp == 0;
     const bool setLater = job.m_bHasCool != 0 || job.m_bIsGasIn != 0 || job.m_bFillHasCoolingTime != 0;
     return !setFirst && setLater && job.m_dKernelScratch != DepthWindow(job);
 }
+
+}  // namespace qnl::profile

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
 #include "profile/NodeProfileResult.h"
 #include "profile/ProfileScratch.h"
 
@@ -11,9 +11,13 @@
 /// zero. The scratch tells whether there was a profile. Of the job, only the depth window, the search
 /// record `i` and the counters of the calling thread are written. Raises std::bad_alloc.
 int CalcuFrozenAtNode(FrozenLayerJob& job, int i, double x, double y, double z, double dx, double dy,
-                      double dz, NodeProfileResult& result, ProfileScratch& scratch);
+                      double dz, NodeProfileResult& result, qnl::profile::ProfileScratch& scratch);
+
+namespace qnl::profile {
 
 /// True when a node sees another depth window than the nodes before it: where the stage sets the window only
 /// after its first use at a node, and what it holds from before differs. Nodes must then be evaluated in the
 /// order of the list.
 bool WindowChangesOnTheWay(const FrozenLayerJob& job);
+
+}  // namespace qnl::profile

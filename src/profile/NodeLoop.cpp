@@ -9,11 +9,13 @@
 #include <string>
 #include <vector>
 
+#include "base/ThreadFailure.h"
 #include "platform/Faults.h"
 #include "profile/NodeEvaluation.h"
 #include "profile/NodeOrder.h"
 #include "profile/ResultTargets.h"
-#include "profile/ThreadFailure.h"
+
+namespace qnl::profile {
 
 namespace {
 
@@ -75,7 +77,7 @@ void RecordShrinkageFaults(const FrozenLayerJob& job, const ShrinkageFaults& fau
 }
 
 /// Evaluates the node at one position of the list and stores its results.
-void EvaluateListedNode(FrozenLayerJob& job, int position, const qnl::ResultTargets& targets,
+void EvaluateListedNode(FrozenLayerJob& job, int position, const ResultTargets& targets,
                         ProfileScratch& scratch) {
     const int n = job.m_pSurfNodeList.get()[position];
     const NodeRecord& node = job.p_Node[n];
@@ -96,8 +98,8 @@ std::vector<int> EvaluationOrder(const FrozenLayerJob& job) {
 }
 
 /// The share of one thread in the loop.
-void RunShare(FrozenLayerJob& job, const std::vector<int>& order, const qnl::ResultTargets& targets,
-              qnl::ThreadFailure& failure, Progress& progress, ShrinkageFaults& faults) {
+void RunShare(FrozenLayerJob& job, const std::vector<int>& order, const ResultTargets& targets,
+              ThreadFailure& failure, Progress& progress, ShrinkageFaults& faults) {
     ProfileScratch scratch;
     const int thread = omp_get_thread_num();
 #pragma omp for schedule(dynamic, 1)
@@ -122,8 +124,8 @@ void EvaluateSurfaceNodes(FrozenLayerJob& job) {
     if (job.m_nSurfaceNodes < 1) {
         return;
     }
-    const qnl::ResultTargets targets(job);
-    qnl::ThreadFailure failure;
+    const ResultTargets targets(job);
+    ThreadFailure failure;
     Progress progress(job.m_options.observer, job.m_nSurfaceNodes);
     ShrinkageFaults faults;
     const std::vector<int> order = EvaluationOrder(job);
@@ -139,3 +141,5 @@ void EvaluateSurfaceNodes(FrozenLayerJob& job) {
     RecordShrinkageFaults(job, faults);
     progress.Finish();
 }
+
+}  // namespace qnl::profile

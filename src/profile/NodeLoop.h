@@ -1,6 +1,8 @@
 #pragma once
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
+
+namespace qnl::profile {
 
 /// Evaluates every node of the surface-node list along its inward normal, on m_nThreads threads, and
 /// stores the results by node: zeros where a node could not be evaluated. Sets m_pHasProfile of the
@@ -10,3 +12,5 @@
 /// again on the calling thread; the results are incomplete then. Nodes with a volume shrinkage above
 /// 100 % are recorded as one fault.
 void EvaluateSurfaceNodes(FrozenLayerJob& job);
+
+}  // namespace qnl::profile

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 
-#include "mesh/MortonOrder.h"
+#include "base/MortonOrder.h"
+
+namespace qnl::profile {
 
 namespace {
 
@@ -21,9 +23,11 @@ std::vector<int> NodeOrder(const FrozenLayerJob& job) {
         const NodeRecord& node = job.p_Node[job.m_pSurfNodeList.get()[position]];
         places.push_back({Narrow(node.x), Narrow(node.y), Narrow(node.z)});
     }
-    std::vector<int> order = qnl::MortonOrder(places);
+    std::vector<int> order = MortonOrder(places);
     for (int& position : order) {
         ++position;
     }
     return order;
 }
+
+}  // namespace qnl::profile

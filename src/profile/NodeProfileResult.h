@@ -3,6 +3,8 @@
 #include <array>
 #include <cstddef>
 
+namespace qnl::profile {
+
 /// Places of the quantities in a NodeProfileResult.
 enum ProfileSlot : int {
     kSlotFrozenRatio = 0,           ///< percent; in warp runs the shrinkage-location indicator
@@ -25,12 +27,14 @@ enum ProfileSlot : int {
 
 constexpr int kProfileSlots = 16;
 
+}  // namespace qnl::profile
+
 /// What one evaluation of one surface node gives; all zero at first.
 struct NodeProfileResult {
-    std::array<double, kProfileSlots> values{};
+    std::array<double, qnl::profile::kProfileSlots> values{};
 
-    double& operator[](ProfileSlot slot) { return values[static_cast<std::size_t>(slot)]; }
-    double operator[](ProfileSlot slot) const { return values[static_cast<std::size_t>(slot)]; }
+    double& operator[](qnl::profile::ProfileSlot slot) { return values[static_cast<std::size_t>(slot)]; }
+    double operator[](qnl::profile::ProfileSlot slot) const { return values[static_cast<std::size_t>(slot)]; }
 };
 
-static_assert(sizeof(NodeProfileResult) == kProfileSlots * sizeof(double));
+static_assert(sizeof(NodeProfileResult) == qnl::profile::kProfileSlots * sizeof(double));

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/Vector3.h"
 #include "mesh/PassElementNumbering.h"
 #include "platform/MeshRecords.h"
-#include "profile/Vector3.h"
 
-namespace qnl {
+namespace qnl::profile {
 
 /// Point that stands for a face or cell, mm: the middle of its box in x and y, its own middle in z.
 inline Vector3 ReferencePoint(const EntityRecord& entity) {
@@ -16,7 +16,7 @@ inline Vector3 ReferencePoint(const EntityRecord& entity) {
 struct PassElementMesh {
     const SurfaceRecord* faces;  ///< 1-based
     const CellRecord* cells;     ///< 1-based
-    PassElementNumbering numbering;
+    mesh::PassElementNumbering numbering;
 
     const EntityRecord& Record(int id) const {
         return numbering.IsFace(id) ? faces[numbering.FaceIndex(id)] : cells[numbering.CellIndex(id)];
@@ -27,11 +27,11 @@ struct PassElementMesh {
 struct PassElementField {
     const double* faces;  ///< 1-based
     const double* cells;  ///< 1-based
-    PassElementNumbering numbering;
+    mesh::PassElementNumbering numbering;
 
     double operator[](int id) const {
         return numbering.IsFace(id) ? faces[numbering.FaceIndex(id)] : cells[numbering.CellIndex(id)];
     }
 };
 
-}  // namespace qnl
+}  // namespace qnl::profile

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace qnl::profile {
+
 void ProfileScratch::Prepare(int count) {
     constexpr std::size_t kUsualProfile = 256;
     const std::size_t needed = static_cast<std::size_t>(count) + 1;
@@ -13,3 +15,5 @@ void ProfileScratch::Prepare(int count) {
     ids_.resize(stride * 2);
     stride_ = stride;
 }
+
+}  // namespace qnl::profile

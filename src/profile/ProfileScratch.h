@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <vector>
 
-#include "job/OneBased.h"
+#include "base/OneBased.h"
+
+namespace qnl::profile {
 
 /// Work arrays of one thread, kept from node to node so that only a longer profile than any before
 /// allocates.
@@ -38,3 +40,5 @@ private:
     std::vector<int> ids_;
     std::size_t stride_ = 0;
 };
+
+}  // namespace qnl::profile

@@ -2,6 +2,8 @@
 
 #include <iterator>
 
+namespace qnl::profile {
+
 namespace {
 
 using Condition = bool (*)(const FrozenLayerJob&);
@@ -59,7 +61,9 @@ constexpr Rule kRules[] = {
 
 }  // namespace
 
-namespace qnl {
+}  // namespace qnl::profile
+
+namespace qnl::profile {
 
 ResultTargets::ResultTargets(const FrozenLayerJob& job) {
     static_assert(std::size(kRules) <= kMost);
@@ -75,4 +79,4 @@ ResultTargets::ResultTargets(const FrozenLayerJob& job) {
     }
 }
 
-}  // namespace qnl
+}  // namespace qnl::profile

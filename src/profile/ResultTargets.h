@@ -3,10 +3,10 @@
 #include <array>
 #include <cstddef>
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
 #include "profile/NodeProfileResult.h"
 
-namespace qnl {
+namespace qnl::profile {
 
 /// Where the slots of a NodeProfileResult go in the present stage. Made once per output time from the
 /// stage flags; arrays that do not exist are passed over.
@@ -46,4 +46,4 @@ private:
     const float* wallThickness_ = nullptr;
 };
 
-}  // namespace qnl
+}  // namespace qnl::profile

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "support/captured_output.h"
+#include "support/CapturedOutput.h"
 #include "unit/input/InputFixture.h"
 
 namespace {
@@ -40,7 +40,7 @@ TEST_F(CoolBinary, StoresTemperatureCoolingTimeAndGas) {
         EXPECT_EQ(Data(untouched, 1), -7.0);
     }
     EXPECT_EQ(job_.m_bGasInCool, 1);
-    EXPECT_TRUE(TakeFaults().empty());
+    EXPECT_TRUE(qnl::TakeFaults().empty());
 }
 
 TEST_F(CoolBinary, CallsTheLibraryInOrder) {
@@ -124,7 +124,7 @@ TEST_F(CoolBinary, IdsOfTheMapOutsideTheLabelRangeAreSkippedAndReported) {
     MakeStorage();
     EXPECT_EQ(ReadCoolResults(job_, "p.k4c"), 1);
     EXPECT_EQ(Slot(0), (std::vector<double>{-7.0, 20.0, -7.0, -7.0, -7.0}));
-    const std::vector<Fault> faults = TakeFaults();
+    const std::vector<qnl::Fault> faults = qnl::TakeFaults();
     ASSERT_EQ(faults.size(), 1U);
     EXPECT_EQ(faults[0].found, "4 ids outside, the first 0");
 }
@@ -176,7 +176,7 @@ TEST_F(CoolAscii, StoresTemperatureAndCoolingTime) {
     EXPECT_EQ(Slot(2), std::vector<double>(5, -7.0));
     EXPECT_STREQ(job_.m_szTimeSteps, "0.1\n");
     EXPECT_EQ(job_.m_nAsciiItemCount, 1);
-    EXPECT_TRUE(TakeFaults().empty());
+    EXPECT_TRUE(qnl::TakeFaults().empty());
 }
 
 TEST_F(CoolAscii, RunnerNodesThatAreStoredAreCleared) {
@@ -215,7 +215,7 @@ TEST_F(CoolAscii, ARecordWithoutIdFails) {
     EXPECT_EQ(ReadCoolResultsAscii(job_, path.c_str()), -1);
     EXPECT_EQ(output.Text().substr(output.Text().find("scanf")), "scanf!=1 Reading cool data file Error !\n");
     EXPECT_EQ(Data(0, 1), 50.0);
-    ASSERT_EQ(TakeFaults().size(), 1U);
+    ASSERT_EQ(qnl::TakeFaults().size(), 1U);
 }
 
 TEST_F(CoolAscii, ARecordWithTooFewNumbersFails) {
@@ -239,14 +239,14 @@ TEST_F(CoolAscii, WithoutHeaderNoRecordsAreRead) {
     const std::string path = TextFile("p.k4c", "[PART VOLUME DATA]\nx\ny\nz\n1 50 5 0\n");
     EXPECT_EQ(ReadCoolResultsAscii(job_, path.c_str()), 1);
     EXPECT_EQ(Data(0, 1), -7.0);
-    EXPECT_EQ(TakeFaults().size(), 1U);
+    EXPECT_EQ(qnl::TakeFaults().size(), 1U);
 }
 
 TEST_F(CoolAscii, IdsOutsideTheLabelRangeAreSkippedAndReported) {
     MakeStorage();
     EXPECT_EQ(ReadCoolResultsAscii(job_, File(3, "18 1 1 1\n-1 1 1 1\n1 50 5 0\n").c_str()), 1);
     EXPECT_EQ(Data(0, 1), 50.0);
-    const std::vector<Fault> faults = TakeFaults();
+    const std::vector<qnl::Fault> faults = qnl::TakeFaults();
     ASSERT_EQ(faults.size(), 1U);
     EXPECT_EQ(faults[0].found, "2 ids outside, the first 18");
 }

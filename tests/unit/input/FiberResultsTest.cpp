@@ -1,6 +1,6 @@
 #include "input/FiberResults.h"
 
-#include "support/captured_output.h"
+#include "support/CapturedOutput.h"
 #include "unit/input/InputFixture.h"
 
 namespace {
@@ -34,7 +34,7 @@ TEST_F(FiberTest, StoresTheSixComponentsByCell) {
         const double item = items[slot];
         EXPECT_EQ(Fiber(slot), (std::vector<double>{item + 0.25, item + 0.5, item + 0.75})) << slot;
     }
-    EXPECT_TRUE(TakeFaults().empty());
+    EXPECT_TRUE(qnl::TakeFaults().empty());
 }
 
 TEST_F(FiberTest, CallsTheLibraryInOrder) {
@@ -54,7 +54,7 @@ TEST_F(FiberTest, ElementsBeyondTheCellsAreSkippedAndReported) {
     }
     EXPECT_EQ(ReadFiberResults(job_, "p.k4o"), 1);
     EXPECT_EQ(Fiber(0), (std::vector<double>{4.25, 4.5, 4.75}));
-    const std::vector<Fault> faults = TakeFaults();
+    const std::vector<qnl::Fault> faults = qnl::TakeFaults();
     ASSERT_EQ(faults.size(), 1U);
     EXPECT_EQ(faults[0].object, "cell entries");
 }

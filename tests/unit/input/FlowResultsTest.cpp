@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "support/captured_output.h"
+#include "support/CapturedOutput.h"
 #include "unit/input/InputFixture.h"
 
 namespace {
@@ -38,7 +38,7 @@ TEST_F(FlowBinary, StoresPartNodesAtTheirIndex) {
     EXPECT_EQ(ReadFlowResults(job_, "p.k4f"), 1);
     EXPECT_EQ(Slot(0), (std::vector<double>{101.0, 102.0, -7.0, -7.0, 117.0}));
     EXPECT_EQ(Slot(1), (std::vector<double>{0.25, 0.25, -7.0, -7.0, 0.25}));
-    EXPECT_TRUE(TakeFaults().empty());
+    EXPECT_TRUE(qnl::TakeFaults().empty());
 }
 
 TEST_F(FlowBinary, CorrectedRunsStoreEveryKnownNode) {
@@ -199,7 +199,7 @@ TEST_F(FlowBinary, EntriesBeyondTheLabelsAreAFault) {
     }
     MakeStorage();
     EXPECT_EQ(ReadFlowResults(job_, "p.k4f"), 1);
-    const std::vector<Fault> faults = TakeFaults();
+    const std::vector<qnl::Fault> faults = qnl::TakeFaults();
     ASSERT_EQ(faults.size(), 1U);
     EXPECT_EQ(faults[0].file, "p.k4f");
     EXPECT_EQ(faults[0].expected, "ids from 1 to 17");
@@ -279,7 +279,7 @@ TEST_F(FlowAscii, StoresColumnsOfPartNodes) {
     EXPECT_EQ(job_.m_bIsGasIn, 0);
     EXPECT_EQ(job_.m_nAsciiItemCount, 2);
     EXPECT_STREQ(job_.m_szTimeSteps, "0.5\n1.5\n");
-    EXPECT_TRUE(TakeFaults().empty());
+    EXPECT_TRUE(qnl::TakeFaults().empty());
 }
 
 TEST_F(FlowAscii, HeadCode1007HasFourteenNumbers) {
@@ -372,7 +372,7 @@ TEST_F(FlowAscii, AMissingFileFails) {
     const CapturedOutput output;
     EXPECT_EQ(ReadFlowResults(job_, path.c_str()), 1);
     EXPECT_EQ(output.Text(), "Read FlowResults by ASCII \n");
-    EXPECT_EQ(TakeFaults().size(), 2U);
+    EXPECT_EQ(qnl::TakeFaults().size(), 2U);
 }
 
 struct BadRecord {
@@ -394,11 +394,11 @@ TEST_F(FlowAscii, ShortAndMalformedRecordsFailAndKeepWhatCameBefore) {
     };
     for (const BadRecord& record : records) {
         MakeStorage();
-        TakeFaults();
+        qnl::TakeFaults();
         const std::string path = File(1007, 2, std::string(kColumns1) + "\n" + record.text + "\n");
         EXPECT_EQ(ReadFlowResultsAscii(job_, path.c_str()), -1) << record.name;
         EXPECT_EQ(Slot(0), (std::vector<double>{230.5, -7.0, -7.0, -7.0, -7.0})) << record.name;
-        const std::vector<Fault> faults = TakeFaults();
+        const std::vector<qnl::Fault> faults = qnl::TakeFaults();
         ASSERT_EQ(faults.size(), 1U) << record.name;
         EXPECT_EQ(faults[0].object.substr(0, 19), "node record 2, line") << record.name;
         EXPECT_EQ(faults[0].expected, "a node id and 14 numbers");
@@ -418,7 +418,7 @@ TEST_F(FlowAscii, IdsOutsideTheLabelRangeAreSkippedAndReported) {
     const std::string records = "-2" + tail + "0" + tail + "18" + tail + "4" + tail + kColumns1 + "\n";
     EXPECT_EQ(ReadFlowResultsAscii(job_, File(1007, 5, records).c_str()), 1);
     EXPECT_EQ(Slot(0), (std::vector<double>{230.5, -7.0, -7.0, -7.0, -7.0}));
-    const std::vector<Fault> faults = TakeFaults();
+    const std::vector<qnl::Fault> faults = qnl::TakeFaults();
     ASSERT_EQ(faults.size(), 1U);
     EXPECT_EQ(faults[0].found, "3 ids outside, the first -2");
 }
@@ -428,7 +428,7 @@ TEST_F(FlowAscii, WithoutHeaderNoRecordsAreRead) {
     const std::string path = TextFile("p.k4f", "[RESULTS EOF]\n" + std::string(kColumns1) + "\n");
     EXPECT_EQ(ReadFlowResultsAscii(job_, path.c_str()), 1);
     EXPECT_EQ(Data(0, 1), -7.0);
-    const std::vector<Fault> faults = TakeFaults();
+    const std::vector<qnl::Fault> faults = qnl::TakeFaults();
     ASSERT_EQ(faults.size(), 1U);
     EXPECT_EQ(faults[0].object, "[RESULTS EOF]");
 }
@@ -437,7 +437,7 @@ TEST_F(FlowAscii, AnEmptyFileAndOneWithoutMarkersAreReadAsNothing) {
     MakeStorage();
     EXPECT_EQ(ReadFlowResultsAscii(job_, TextFile("a.k4f", "").c_str()), 1);
     EXPECT_EQ(ReadFlowResultsAscii(job_, TextFile("b.k4f", std::string(5000, '\0') + "\n\n").c_str()), 1);
-    EXPECT_EQ(TakeFaults().size(), 2U);
+    EXPECT_EQ(qnl::TakeFaults().size(), 2U);
 }
 
 TEST_F(FlowAscii, AMarkerOnTheFourthLineBehindTheHeaderCounts) {

@@ -39,7 +39,7 @@ InputTest::InputTest()
     job_.m_nCells = 3;
     job_.m_nMaxLabel = kMaxLabel;
     fake::ThePlatform() = {};
-    TakeFaults();
+    qnl::TakeFaults();
 }
 
 InputTest::~InputTest() {
@@ -49,7 +49,7 @@ InputTest::~InputTest() {
 
 void InputTest::MakeStorage(double value) {
     const int logLevel = std::exchange(job_.m_nLogLevel, 0);
-    NewDataStorage(job_);
+    qnl::mesh::NewDataStorage(job_);
     job_.m_nLogLevel = logLevel;
     for (auto& slot : job_.m_pNodeData) {
         std::fill_n(slot.get(), job_.m_nNodes + 1, value);

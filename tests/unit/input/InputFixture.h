@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "job/FrozenLayerJob.h"
+#include "context/FrozenLayerJob.h"
 #include "platform/Faults.h"
 #include "unit/input/FakePlatform.h"
 

@@ -1,6 +1,6 @@
 #include "input/MaterialData.h"
 
-#include "support/captured_output.h"
+#include "support/CapturedOutput.h"
 #include "unit/input/InputFixture.h"
 
 namespace {

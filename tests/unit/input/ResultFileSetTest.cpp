@@ -4,7 +4,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "support/captured_output.h"
+#include "support/CapturedOutput.h"
 #include "unit/input/InputFixture.h"
 
 namespace {
@@ -220,7 +220,7 @@ TEST_F(FileSetTest, TheLogIsCompleteWithItsMark) {
         WriteLog(c.content);
         EXPECT_EQ(CheckIntermediateOutputLog(job_), c.result) << c.name;
     }
-    EXPECT_TRUE(TakeFaults().empty());
+    EXPECT_TRUE(qnl::TakeFaults().empty());
 }
 
 }  // namespace

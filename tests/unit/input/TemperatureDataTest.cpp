@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "support/captured_output.h"
+#include "support/CapturedOutput.h"
 #include "unit/input/InputFixture.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <limits>
 #include <stdexcept>
 
-#include "support/captured_output.h"
+#include "support/CapturedOutput.h"
 #include "unit/input/InputFixture.h"
 
 namespace {
@@ -36,7 +36,7 @@ TEST_F(ThicknessTest, Item1WinsWhereItIsPositive) {
     SetItem(2, 17, -2.0F);
     EXPECT_EQ(ReadThickness(job_), 1);
     EXPECT_EQ(Thicknesses(), (std::vector<float>{2.5F, 3.0F, 0.0F, 0.0F, 0.0F}));
-    EXPECT_TRUE(TakeFaults().empty());
+    EXPECT_TRUE(qnl::TakeFaults().empty());
 }
 
 TEST_F(ThicknessTest, NodesOutsideThePartAreNotWritten) {
@@ -117,7 +117,7 @@ TEST_F(ThicknessTest, EntriesBeyondTheLabelsAreSkippedAndReported) {
     file_->maxNode = 18;
     file_->items[1].assign(18, 1.0F);
     EXPECT_EQ(ReadThickness(job_), 1);
-    EXPECT_EQ(TakeFaults().size(), 1U);
+    EXPECT_EQ(qnl::TakeFaults().size(), 1U);
 }
 
 TEST_F(ThicknessTest, AMeshPathWithoutExtensionRaises) {

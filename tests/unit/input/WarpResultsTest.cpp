@@ -1,6 +1,6 @@
 #include "input/WarpResults.h"
 
-#include "support/captured_output.h"
+#include "support/CapturedOutput.h"
 #include "unit/input/InputFixture.h"
 
 namespace {
@@ -41,7 +41,7 @@ TEST_F(WarpBinary, StoresEveryNodeOutsideThePartToo) {
     EXPECT_EQ(Slot(1), (std::vector<double>{0.0, 0.0, 0.0, 3.25, 1.0}));
     EXPECT_EQ(Slot(0), std::vector<double>(5, -7.0));
     EXPECT_EQ(job_.m_dMaxValue, 3.25);
-    EXPECT_TRUE(TakeFaults().empty());
+    EXPECT_TRUE(qnl::TakeFaults().empty());
 }
 
 TEST_F(WarpBinary, TheMaximumIsOnlyRaised) {
@@ -86,7 +86,7 @@ TEST_F(WarpBinary, EntriesBeyondTheLabelsAreSkippedAndReported) {
     SetItem(7, 19, 50.0F);
     EXPECT_EQ(ReadWarpResults(job_, "p.k4w"), 1);
     EXPECT_EQ(job_.m_dMaxValue, 0.0);
-    EXPECT_EQ(TakeFaults().size(), 1U);
+    EXPECT_EQ(qnl::TakeFaults().size(), 1U);
 }
 
 TEST_F(WarpBinary, LogsItsProgress) {
@@ -129,7 +129,7 @@ TEST_F(WarpAscii, TakesTheSeventhNumberUnderTheIdAsItStands) {
     EXPECT_EQ(Slot(1), (std::vector<double>{-7.0, -7.0, 3.5, 1.5, -7.0}));
     EXPECT_EQ(job_.m_dMaxValue, 3.5);
     EXPECT_FALSE(job_.m_pWarpDisplacement[0]);
-    EXPECT_TRUE(TakeFaults().empty());
+    EXPECT_TRUE(qnl::TakeFaults().empty());
 }
 
 TEST_F(WarpAscii, Node12OfALargerMesh) {
@@ -158,7 +158,7 @@ TEST_F(WarpAscii, AnotherLayoutIsLoggedOnceAndStoresNothing) {
     EXPECT_EQ(output.Text(), "Warp deformation results don't match.\n");
     EXPECT_EQ(Slot(1), std::vector<double>(5, -7.0));
     EXPECT_EQ(job_.m_dMaxValue, -1e8);
-    EXPECT_EQ(TakeFaults().size(), 1U);
+    EXPECT_EQ(qnl::TakeFaults().size(), 1U);
 }
 
 TEST_F(WarpAscii, AnotherLayoutIsSilentAtLogLevelZero) {
@@ -176,7 +176,7 @@ TEST_F(WarpAscii, IdsOutsideTheNodesAreSkippedAndReported) {
     EXPECT_EQ(ReadWarpResultsAscii(job_, path.c_str()), 1);
     EXPECT_EQ(Slot(1), (std::vector<double>{-7.0, -7.0, -7.0, -7.0, 1.0}));
     EXPECT_EQ(job_.m_dMaxValue, 1.0);
-    const std::vector<Fault> faults = TakeFaults();
+    const std::vector<qnl::Fault> faults = qnl::TakeFaults();
     ASSERT_EQ(faults.size(), 1U);
     EXPECT_EQ(faults[0].found, "3 ids outside, the first 6");
 }
@@ -186,7 +186,7 @@ TEST_F(WarpAscii, ARecordThatBreaksOffKeepsTheLastShrinkage) {
     const std::string path = File(3, 14, Record(1, 14, "2.5") + "2 0 0 0\nEND\n");
     EXPECT_EQ(ReadWarpResultsAscii(job_, path.c_str()), 1);
     EXPECT_EQ(Slot(1), (std::vector<double>{2.5, 2.5, -7.0, -7.0, -7.0}));
-    const std::vector<Fault> faults = TakeFaults();
+    const std::vector<qnl::Fault> faults = qnl::TakeFaults();
     ASSERT_EQ(faults.size(), 1U);
     EXPECT_EQ(faults[0].object, "node record 2, line 14");
 }
@@ -229,7 +229,7 @@ TEST_F(WarpAscii, WithoutMarkerNothingIsRead) {
     MakeStorage();
     EXPECT_EQ(ReadWarpResultsAscii(job_, TextFile("p.k4w", "[HEADER]\n1\n2\n3\n4\n5\n1 2 3 14 5\n").c_str()),
               1);
-    EXPECT_EQ(TakeFaults().size(), 1U);
+    EXPECT_EQ(qnl::TakeFaults().size(), 1U);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 
 #include "mesh/CornerMean.h"
 #include "mesh/FieldStorage.h"
-#include "support/captured_output.h"
+#include "support/CapturedOutput.h"
 
 namespace {
 
@@ -37,13 +37,13 @@ private:
 };
 
 template <typename Value>
-std::vector<qnl::NodeRow<Value, 1>> Rows(const std::vector<Value>& values) {
-    return qnl::JoinFields<Value, 1>(static_cast<int>(values.size()) - 1, {values.data()});
+std::vector<qnl::mesh::NodeRow<Value, 1>> Rows(const std::vector<Value>& values) {
+    return qnl::mesh::JoinFields<Value, 1>(static_cast<int>(values.size()) - 1, {values.data()});
 }
 
 double Mean(const std::vector<int>& corners, const std::vector<double>& values) {
     const Entities entities({corners});
-    return qnl::CornerMean(entities.Records()[1], Rows(values).data())[0];
+    return qnl::mesh::CornerMean(entities.Records()[1], Rows(values).data())[0];
 }
 
 TEST(CornerMean, OfTrianglesAndQuadrilaterals) {
@@ -60,9 +60,10 @@ TEST(CornerMean, SumsInCornerOrder) {
 TEST(CornerMean, OfSinglePrecisionValuesIsFormedInSinglePrecision) {
     const Entities entities({{1, 1, 1, 1}, {2, 3, 3}});
     const auto rows = Rows(std::vector<float>{0.0F, 0.1F, 16777216.0F, 1.0F});
-    EXPECT_EQ(qnl::CornerMean(entities.Records()[1], rows.data())[0], (0.1F + 0.1F + 0.1F + 0.1F) / 4.0F);
+    EXPECT_EQ(qnl::mesh::CornerMean(entities.Records()[1], rows.data())[0],
+              (0.1F + 0.1F + 0.1F + 0.1F) / 4.0F);
     // In double precision the sum would be 16777218.
-    EXPECT_EQ(qnl::CornerMean(entities.Records()[2], rows.data())[0], 16777216.0F / 3.0F);
+    EXPECT_EQ(qnl::mesh::CornerMean(entities.Records()[2], rows.data())[0], 16777216.0F / 3.0F);
 }
 
 TEST(CornerMean, WithoutCornersIsNotANumber) {
@@ -75,9 +76,9 @@ TEST(MeansOverEntities, KeepsFieldsApartAndPassesOverThoseThatAreMissing) {
     const std::vector<double> tens{-1.0, 10.0, 30.0, 90.0};
     std::vector<double> meansOfOnes(3, -7.0);
     std::vector<double> meansOfTens(3, -7.0);
-    qnl::MeansOverEntities<double, 4>(
+    qnl::mesh::MeansOverEntities<double, 4>(
         entities.Records(), 2,
-        qnl::JoinFields<double, 4>(3, {ones.data(), nullptr, tens.data(), ones.data()}),
+        qnl::mesh::JoinFields<double, 4>(3, {ones.data(), nullptr, tens.data(), ones.data()}),
         {meansOfOnes.data(), nullptr, meansOfTens.data(), nullptr});
     EXPECT_EQ(meansOfOnes, (std::vector<double>{-7.0, 1.5, 3.0}));
     EXPECT_EQ(meansOfTens, (std::vector<double>{-7.0, 20.0, 50.0}));
@@ -90,17 +91,17 @@ TEST(MeanBoxDiagonal, OfTwoFaces) {
     faces[2].boxMin[0] = -1.0;
     faces[2].boxMin[1] = -2.0;
     faces[2].boxMin[2] = -2.0;
-    EXPECT_EQ(qnl::MeanBoxDiagonal(faces.Records(), 2), 4.0);
+    EXPECT_EQ(qnl::mesh::MeanBoxDiagonal(faces.Records(), 2), 4.0);
 }
 
 TEST(MeanBoxDiagonal, OfFacesWithoutExtentIsNotZero) {
     Entities faces({{}, {}, {}, {}});
-    EXPECT_DOUBLE_EQ(qnl::MeanBoxDiagonal(faces.Records(), 4), 1e-15);
+    EXPECT_DOUBLE_EQ(qnl::mesh::MeanBoxDiagonal(faces.Records(), 4), 1e-15);
 }
 
 TEST(MeanBoxDiagonal, WithoutFacesIsNotANumber) {
     Entities faces({});
-    EXPECT_TRUE(std::isnan(qnl::MeanBoxDiagonal(faces.Records(), 0)));
+    EXPECT_TRUE(std::isnan(qnl::mesh::MeanBoxDiagonal(faces.Records(), 0)));
 }
 
 class DataExtensionTest : public ::testing::Test {
@@ -112,7 +113,7 @@ protected:
         job_.m_nSurfaces = 2;
         job_.m_nCells = 1;
         job_.m_bHasFlow = 1;
-        NewDataStorage(job_);
+        qnl::mesh::NewDataStorage(job_);
         for (int slot = 0; slot < 6; ++slot) {
             for (int n = 1; n <= 4; ++n) {
                 job_.m_pNodeData[slot].get()[n] = 3.0 * n + 100.0 * slot;
@@ -131,7 +132,7 @@ protected:
 };
 
 TEST_F(DataExtensionTest, FacesTakeEverySlot) {
-    EXPECT_EQ(ExtendNodeToSurface(job_), 1);
+    EXPECT_EQ(qnl::mesh::ExtendNodeToSurface(job_), 1);
     for (int slot = 0; slot < 6; ++slot) {
         EXPECT_EQ(job_.m_pSurfData[slot].get()[1], 6.0 + 100.0 * slot);
         EXPECT_EQ(job_.m_pSurfData[slot].get()[2], 9.0 + 100.0 * slot);
@@ -141,7 +142,7 @@ TEST_F(DataExtensionTest, FacesTakeEverySlot) {
 }
 
 TEST_F(DataExtensionTest, CellsTakeEverySlotAndTheVelocity) {
-    EXPECT_EQ(ExtendNodeToInnerCell(job_), 1);
+    EXPECT_EQ(qnl::mesh::ExtendNodeToInnerCell(job_), 1);
     for (int slot = 0; slot < 6; ++slot) {
         EXPECT_EQ(job_.m_pCellData[slot].get()[1], 7.5 + 100.0 * slot);
         EXPECT_EQ(job_.m_pSurfData[slot].get()[1], 0.0);
@@ -157,8 +158,8 @@ TEST_F(DataExtensionTest, ASlotWithoutSourceLeavesItsTarget) {
     job_.m_pSurfData[2].get()[1] = -1.0;
     job_.m_pCellData[2].get()[1] = -2.0;
     job_.m_pCellVector[1].get()[1] = -3.0F;
-    EXPECT_EQ(ExtendNodeToSurface(job_), 1);
-    EXPECT_EQ(ExtendNodeToInnerCell(job_), 1);
+    EXPECT_EQ(qnl::mesh::ExtendNodeToSurface(job_), 1);
+    EXPECT_EQ(qnl::mesh::ExtendNodeToInnerCell(job_), 1);
     EXPECT_EQ(job_.m_pSurfData[2].get()[1], -1.0);
     EXPECT_EQ(job_.m_pCellData[2].get()[1], -2.0);
     EXPECT_EQ(job_.m_pCellVector[1].get()[1], -3.0F);
@@ -168,21 +169,21 @@ TEST_F(DataExtensionTest, ASlotWithoutSourceLeavesItsTarget) {
 TEST_F(DataExtensionTest, MeshSizeIsStored) {
     faces_[1].boxMax[0] = 3.0;
     faces_[2].boxMax[1] = 1.0;
-    EXPECT_EQ(AverageSurfaceMeshSize(job_), 1);
+    EXPECT_EQ(qnl::mesh::AverageSurfaceMeshSize(job_), 1);
     EXPECT_EQ(job_.m_dSurAvgMeshSize, 2.0);
 }
 
 TEST_F(DataExtensionTest, EveryStepIsLogged) {
     faces_[1].boxMax[0] = faces_[2].boxMax[0] = 1.0;
     const CapturedOutput output;
-    ExtendNodeToSurface(job_);
-    ExtendNodeToInnerCell(job_);
-    AverageSurfaceMeshSize(job_);
+    qnl::mesh::ExtendNodeToSurface(job_);
+    qnl::mesh::ExtendNodeToInnerCell(job_);
+    qnl::mesh::AverageSurfaceMeshSize(job_);
     EXPECT_EQ(output.Text(), "");
     job_.m_nLogLevel = 1;
-    ExtendNodeToSurface(job_);
-    ExtendNodeToInnerCell(job_);
-    AverageSurfaceMeshSize(job_);
+    qnl::mesh::ExtendNodeToSurface(job_);
+    qnl::mesh::ExtendNodeToInnerCell(job_);
+    qnl::mesh::AverageSurfaceMeshSize(job_);
     EXPECT_EQ(output.Text(),
               "Data extend from Node to surface end\nData from node to InnerCell end\nSurAvgMeshSize = "
               "1.000000 \n");
@@ -209,7 +210,7 @@ TEST(DataExtensionThreads, ValuesDoNotDependOnTheThreadCount) {
     for (const int threads : {1, 2, 8}) {
         omp_set_num_threads(threads);
         std::vector<double> means(count + 1);
-        qnl::MeansOverEntities<double, 1>(entities.Records(), count, Rows(values), {means.data()});
+        qnl::mesh::MeansOverEntities<double, 1>(entities.Records(), count, Rows(values), {means.data()});
         for (int e = 1; threads == 1 && e <= count; ++e) {
             const std::vector<int>& list = lists[static_cast<std::size_t>(e) - 1];
             double sum = values[static_cast<std::size_t>(list[0])];

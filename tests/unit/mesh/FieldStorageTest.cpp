@@ -8,14 +8,14 @@
 #include <string>
 #include <vector>
 
-#include "support/captured_output.h"
+#include "support/CapturedOutput.h"
 #include "unit/mesh/FakeKernel.h"
 
 namespace {
 
 struct NamedArray {
     const char* name;
-    OwnedArray<double> FrozenLayerJob::*array;
+    qnl::OwnedArray<double> FrozenLayerJob::*array;
 };
 
 constexpr NamedArray kComputed[] = {
@@ -69,7 +69,7 @@ Names With(Names names) {
 }
 
 TEST_F(FieldStorageTest, DataStorageWithoutFlow) {
-    EXPECT_EQ(NewDataStorage(job_), 1);
+    EXPECT_EQ(qnl::mesh::NewDataStorage(job_), 1);
     for (int slot = 0; slot < 6; ++slot) {
         EXPECT_TRUE(job_.m_pNodeData[slot]);
         EXPECT_TRUE(job_.m_pSurfData[slot]);
@@ -88,7 +88,7 @@ TEST_F(FieldStorageTest, FlowHasVectorsAndATreeWithAMargin) {
         job_.m_dBoxMax[i] = 10.0 * (i + 1);
         job_.m_dBoxMin[i] = -1.0 * (i + 1);
     }
-    NewDataStorage(job_);
+    qnl::mesh::NewDataStorage(job_);
     for (int k = 0; k < 3; ++k) {
         EXPECT_TRUE(job_.m_pNodeVector[k]);
         EXPECT_TRUE(job_.m_pCellVector[k]);
@@ -96,7 +96,7 @@ TEST_F(FieldStorageTest, FlowHasVectorsAndATreeWithAMargin) {
     EXPECT_TRUE(job_.m_pSurfTree);
     EXPECT_EQ(fake::TheKernel().calls,
               std::vector<std::string>{"SetADTreeRange 15 25 35 -6 -7 -8 1 10000 200000"});
-    NewDataStorage(job_);
+    qnl::mesh::NewDataStorage(job_);
     EXPECT_EQ(fake::TheKernel().calls.size(), 1U);
     EXPECT_EQ(fake::TheKernel().kernelsAlive, 2);
 }
@@ -106,7 +106,7 @@ TEST_F(FieldStorageTest, FibreArraysForTheProbeAndForFlakes) {
          {&FrozenLayerJob::m_bKernelFlag, &FrozenLayerJob::m_bIsFlakeLightIntensity}) {
         FrozenLayerJob job;
         job.*flag = 1;
-        NewDataStorage(job);
+        qnl::mesh::NewDataStorage(job);
         for (const auto& slot : job.m_pCellFiber) {
             EXPECT_TRUE(slot);
         }
@@ -115,14 +115,14 @@ TEST_F(FieldStorageTest, FibreArraysForTheProbeAndForFlakes) {
 
 TEST_F(FieldStorageTest, DataStorageTwiceKeepsArraysAndZeroesThem) {
     job_.m_bHasFlow = 1;
-    NewDataStorage(job_);
+    qnl::mesh::NewDataStorage(job_);
     const double* node = job_.m_pNodeData[5].get();
     const float* vector = job_.m_pCellVector[2].get();
     job_.m_pNodeData[5].get()[4] = 1.0;
     job_.m_pNodeData[5].get()[0] = 1.0;
     job_.m_pSurfData[1].get()[3] = 1.0;
     job_.m_pCellVector[2].get()[2] = 1.0F;
-    NewDataStorage(job_);
+    qnl::mesh::NewDataStorage(job_);
     EXPECT_EQ(job_.m_pNodeData[5].get(), node);
     EXPECT_EQ(job_.m_pCellVector[2].get(), vector);
     EXPECT_EQ(node[4], 0.0);
@@ -133,8 +133,8 @@ TEST_F(FieldStorageTest, DataStorageTwiceKeepsArraysAndZeroesThem) {
 
 TEST_F(FieldStorageTest, ArraysHaveOneEntryMoreThanTheirCount) {
     // An access beyond the last entry is for the address sanitizer to find.
-    NewDataStorage(job_);
-    NewFrozenStorage(job_);
+    qnl::mesh::NewDataStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
     EXPECT_EQ(job_.m_pNodeData[0].get()[4], 0.0);
     EXPECT_EQ(job_.m_pSurfData[0].get()[3], 0.0);
     EXPECT_EQ(job_.m_pCellData[0].get()[2], 0.0);
@@ -143,48 +143,48 @@ TEST_F(FieldStorageTest, ArraysHaveOneEntryMoreThanTheirCount) {
 }
 
 TEST_F(FieldStorageTest, ComputedArraysFollowTheFlags) {
-    NewFrozenStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
     EXPECT_EQ(Computed(), With({"bulk"}));
     EXPECT_TRUE(job_.m_pSurfNodeFlag);
     job_.m_bIsGasIn = 1;
-    NewFrozenStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
     EXPECT_EQ(Computed(), With({"bulk", "skin", "thickness"}));
     job_.m_bFillHasCoolingTime = 1;
-    NewFrozenStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
     EXPECT_EQ(Computed(), With({"bulk", "skin", "thickness", "cooling"}));
     job_.m_bIsFlakeLightIntensity = 1;
-    NewFrozenStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
     EXPECT_EQ(Computed(), With({"bulk", "skin", "thickness", "cooling", "flake"}));
 }
 
 TEST_F(FieldStorageTest, CoolingRunsHaveNoSkinBulkOrFlakeArrays) {
     job_.m_bHasCool = job_.m_bIsGasIn = job_.m_bFillHasCoolingTime = job_.m_bIsFlakeLightIntensity = 1;
-    NewFrozenStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
     EXPECT_EQ(Computed(), With({"mold", "cooling"}));
 }
 
 TEST_F(FieldStorageTest, SinkAndFlowGroupsFollowTheirFlagsInCoolingRunsToo) {
     job_.m_bHasCool = job_.m_bHasIntermediateTimes = job_.m_bHasFlow = 1;
-    NewFrozenStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
     EXPECT_EQ(Computed(), With({"mold", "cooling", "work", "total", "packing", "shrinkage", "u", "v", "w"}));
 }
 
 TEST_F(FieldStorageTest, FrozenStorageTwiceKeepsArraysAndZeroesThem) {
-    NewFrozenStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
     const double* ratio = job_.m_pFrozenRatio.get();
     job_.m_pFrozenRatio.get()[4] = 50.0;
     job_.m_pSurfNodeFlag.get()[4] = 1;
-    NewFrozenStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
     EXPECT_EQ(job_.m_pFrozenRatio.get(), ratio);
     EXPECT_EQ(ratio[4], 0.0);
     EXPECT_EQ(job_.m_pSurfNodeFlag.get()[4], 0);
 }
 
 TEST_F(FieldStorageTest, OnNeedOnlyMissingArraysAreMade) {
-    NewFrozenStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
     job_.m_pFrozenRatio.get()[4] = 50.0;
     job_.m_bIsGasIn = 1;
-    EnsureComputedArrays(job_);
+    qnl::mesh::EnsureComputedArrays(job_);
     EXPECT_EQ(Computed(), With({"bulk", "skin", "thickness"}));
     EXPECT_EQ(job_.m_pFrozenRatio.get()[4], 50.0);
     EXPECT_EQ(job_.m_pSkinRatio.get()[4], 0.0);
@@ -193,45 +193,45 @@ TEST_F(FieldStorageTest, OnNeedOnlyMissingArraysAreMade) {
 TEST_F(FieldStorageTest, FreeMemoryKeepsInputNormalsAndFlowGroup) {
     job_.m_bHasFlow = job_.m_bHasIntermediateTimes = job_.m_bIsGasIn = 1;
     job_.m_bFillHasCoolingTime = job_.m_bIsFlakeLightIntensity = 1;
-    NewDataStorage(job_);
-    NewFrozenStorage(job_);
+    qnl::mesh::NewDataStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
     job_.m_pNormalX = std::make_unique<double[]>(5);
-    job_.m_pOutputItems = std::make_unique<OutputItem[]>(20);
+    job_.m_pOutputItems = std::make_unique<qnl::OutputItem[]>(20);
     job_.m_pSurfNodeList = std::make_unique<int[]>(5);
-    EXPECT_EQ(FreeMemory(job_), 1);
+    EXPECT_EQ(qnl::mesh::FreeMemory(job_), 1);
     EXPECT_EQ(Computed(), (Names{"shrinkage", "u", "v", "w"}));
     EXPECT_FALSE(job_.m_pSurfNodeFlag);
     EXPECT_FALSE(job_.m_pOutputItems);
     EXPECT_FALSE(job_.m_pSurfNodeList);
     EXPECT_TRUE(job_.m_pNodeData[0]);
     EXPECT_TRUE(job_.m_pNormalX);
-    EXPECT_EQ(FreeMemory(job_), 1);
+    EXPECT_EQ(qnl::mesh::FreeMemory(job_), 1);
 }
 
 TEST_F(FieldStorageTest, TheCoolingGroupIsReleasedToo) {
     job_.m_bHasCool = 1;
-    NewFrozenStorage(job_);
-    FreeMemory(job_);
+    qnl::mesh::NewFrozenStorage(job_);
+    qnl::mesh::FreeMemory(job_);
     EXPECT_EQ(Computed(), Names{});
 }
 
 TEST_F(FieldStorageTest, EveryStepIsLogged) {
     const CapturedOutput output;
-    NewDataStorage(job_);
-    NewFrozenStorage(job_);
-    FreeMemory(job_);
+    qnl::mesh::NewDataStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
+    qnl::mesh::FreeMemory(job_);
     EXPECT_EQ(output.Text(), "");
     job_.m_nLogLevel = 1;
-    NewDataStorage(job_);
-    NewFrozenStorage(job_);
-    FreeMemory(job_);
+    qnl::mesh::NewDataStorage(job_);
+    qnl::mesh::NewFrozenStorage(job_);
+    qnl::mesh::FreeMemory(job_);
     EXPECT_EQ(output.Text(), "New Data StorageMemory end\nNewFrozenCalcuMemory end\nfree memory end\n");
 }
 
 TEST_F(FieldStorageTest, ANegativeCountCannotBeAllocated) {
     job_.m_nNodes = -5;
-    EXPECT_THROW(NewDataStorage(job_), std::bad_alloc);
-    EXPECT_THROW(NewFrozenStorage(job_), std::bad_alloc);
+    EXPECT_THROW(qnl::mesh::NewDataStorage(job_), std::bad_alloc);
+    EXPECT_THROW(qnl::mesh::NewFrozenStorage(job_), std::bad_alloc);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "support/captured_output.h"
+#include "support/CapturedOutput.h"
 #include "unit/mesh/FakeKernel.h"
 
 namespace {
@@ -52,10 +52,10 @@ protected:
 TEST_F(MeshImportTest, ReadMeshHandsTheStatusOn) {
     job_.m_szMeshFile.Set("D:\\P\\Mesh\\part.hdf");
     job_.m_pCom = std::make_unique<CQNLCom>();
-    EXPECT_EQ(ReadMesh(job_), 1);
+    EXPECT_EQ(qnl::mesh::ReadMesh(job_), 1);
     fake::TheKernel().readStatus = -3;
     job_.m_bKernelFlag = 1;
-    EXPECT_EQ(ReadMesh(job_), -3);
+    EXPECT_EQ(qnl::mesh::ReadMesh(job_), -3);
     EXPECT_EQ(fake::TheKernel().calls,
               (Calls{"ReadMeshData D:\\P\\Mesh\\part.hdf 0", "ReadMeshData D:\\P\\Mesh\\part.hdf 1"}));
 }
@@ -64,19 +64,19 @@ TEST_F(MeshImportTest, ReadMeshLogsItsTime) {
     job_.m_pCom = std::make_unique<CQNLCom>();
     fake::TheKernel().step = 1.5;
     const CapturedOutput output;
-    ReadMesh(job_);
+    qnl::mesh::ReadMesh(job_);
     EXPECT_EQ(output.Text(), "");
     job_.m_nLogLevel = 1;
-    ReadMesh(job_);
+    qnl::mesh::ReadMesh(job_);
     EXPECT_EQ(output.Text(), "ReadMeshData Time: 1.5 seconds\n");
 }
 
 TEST_F(MeshImportTest, ReadMeshNeedsNoClock) {
-    EXPECT_EQ(ReadMesh(job_), 1);
+    EXPECT_EQ(qnl::mesh::ReadMesh(job_), 1);
 }
 
 TEST_F(MeshImportTest, TakeOverCopiesCountsAndBorrowsArrays) {
-    EXPECT_EQ(TakeOverMeshData(job_), 1);
+    EXPECT_EQ(qnl::mesh::TakeOverMeshData(job_), 1);
     EXPECT_EQ(job_.m_nNodes, 2);
     EXPECT_EQ(job_.m_nCells, 3);
     EXPECT_EQ(job_.m_nSurfaces, 4);
@@ -96,7 +96,7 @@ TEST_F(MeshImportTest, TakeOverCopiesCountsAndBorrowsArrays) {
 }
 
 TEST_F(MeshImportTest, TheBoxHasItsMaximaFirst) {
-    TakeOverMeshData(job_);
+    qnl::mesh::TakeOverMeshData(job_);
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(job_.m_dBoxMax[i], 10.0 + i);
         EXPECT_EQ(job_.m_dBoxMin[i], 13.0 + i);
@@ -107,7 +107,7 @@ TEST_F(MeshImportTest, AMissingCellArrayStopsTheTakeOver) {
     job_.m_nLogLevel = 1;
     job_.m_pOptKer->p_Cell = nullptr;
     const CapturedOutput output;
-    EXPECT_EQ(TakeOverMeshData(job_), -1);
+    EXPECT_EQ(qnl::mesh::TakeOverMeshData(job_), -1);
     EXPECT_EQ(output.Text(), "p_Cell Error!\n");
     EXPECT_EQ(job_.p_Node, nodes_);
     EXPECT_EQ(job_.p_Surfce, &face_);
@@ -120,7 +120,7 @@ TEST_F(MeshImportTest, EveryMissingArrayIsNamed) {
     const auto missing = [&](auto& array, const char* message) {
         const auto kept = std::exchange(array, nullptr);
         const CapturedOutput output;
-        EXPECT_EQ(TakeOverMeshData(job_), -1);
+        EXPECT_EQ(qnl::mesh::TakeOverMeshData(job_), -1);
         EXPECT_EQ(output.Text(), message);
         array = kept;
     };
@@ -136,7 +136,7 @@ TEST_F(MeshImportTest, EveryMissingArrayIsNamed) {
 TEST_F(MeshImportTest, AFailedTakeOverIsSilentAtLogLevelZero) {
     job_.m_pOptKer->p_Node = nullptr;
     const CapturedOutput output;
-    EXPECT_EQ(TakeOverMeshData(job_), -1);
+    EXPECT_EQ(qnl::mesh::TakeOverMeshData(job_), -1);
     EXPECT_EQ(output.Text(), "");
 }
 
@@ -144,7 +144,7 @@ TEST_F(MeshImportTest, ThreadCountIsTheRuntimesOwn) {
     omp_set_num_threads(3);
     job_.m_nLogLevel = 1;
     const CapturedOutput output;
-    SetUpThreads(job_);
+    qnl::mesh::SetUpThreads(job_);
     EXPECT_EQ(job_.m_nThreads, 3);
     EXPECT_EQ(output.Text(), "nThread = 3\n");
     EXPECT_EQ(fake::TheKernel().calls, (Calls{"InitialzeSearch 3"}));
@@ -158,7 +158,7 @@ TEST_F(MeshImportTest, ThreadCountIsTheRuntimesOwn) {
 TEST_F(MeshImportTest, TheCallersThreadCountWins) {
     omp_set_num_threads(3);
     job_.m_options.threads = 2;
-    SetUpThreads(job_);
+    qnl::mesh::SetUpThreads(job_);
     EXPECT_EQ(job_.m_nThreads, 2);
     EXPECT_EQ(fake::TheKernel().calls, (Calls{"InitialzeSearch 2"}));
 }

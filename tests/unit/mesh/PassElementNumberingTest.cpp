@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 TEST(PassElementNumbering, FacesComeBeforeCells) {
-    constexpr qnl::PassElementNumbering numbering{10};
+    constexpr qnl::mesh::PassElementNumbering numbering{10};
     static_assert(numbering.IsFace(1) && numbering.IsFace(10) && !numbering.IsFace(11));
     EXPECT_EQ(numbering.FaceIndex(10), 10);
     EXPECT_EQ(numbering.CellIndex(11), 1);

@@ -1,0 +1,37 @@
+#include <array>
+#include <cstdio>
+#include <exception>
+
+#include "commands/DemoCommand.h"
+#include "commands/ExportCommand.h"
+#include "commands/ImportCommand.h"
+#include "commands/InfoCommand.h"
+#include "commands/ProbeCommand.h"
+#include "commands/RunCommand.h"
+#include "commands/ShowCommand.h"
+#include "commands/ViewCommand.h"
+#include "host/HostSystem.h"
+
+namespace {
+
+using AddSubcommand = void (*)(qnl::commands::Program& program);
+
+constexpr std::array<AddSubcommand, 8> kSubcommands{
+    qnl::commands::AddRunCommand,   qnl::commands::AddInfoCommand, qnl::commands::AddImportCommand,
+    qnl::commands::AddShowCommand,  qnl::commands::AddViewCommand, qnl::commands::AddExportCommand,
+    qnl::commands::AddProbeCommand, qnl::commands::AddDemoCommand,
+};
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+    qnl::host::UseUtf8Output();
+    qnl::commands::Program program;
+    for (const AddSubcommand add : kSubcommands) {
+        add(program);
+    }
+    return program.Perform(argc, argv);
+} catch (const std::exception& failure) {
+    std::fprintf(stderr, "frozenlayer: %s\n", failure.what());
+    return 1;
+}

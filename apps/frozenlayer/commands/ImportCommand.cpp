@@ -1,0 +1,156 @@
+#include "commands/ImportCommand.h"
+
+#include <iostream>
+#include <memory>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "imports/ImportReport.h"
+#include "imports/ImportedCase.h"
+#include "imports/ImportedProject.h"
+
+namespace qnl::commands {
+
+namespace {
+
+constexpr double kSmallest = 1e-6;
+constexpr double kLargest = 1e6;
+constexpr double kAbsoluteZero = -273.15;
+
+void AddArrayOptions(Subcommand& command, imports::ImportRequest& request) {
+    for (const imports::QuantityRule& rule : imports::kQuantityRules) {
+        std::string help = std::string("Array that holds the ") + rule.name + ", " + rule.unit;
+        help += rule.quantity == imports::Quantity::Temperature ? " or as --temperature-unit says" : "";
+        help += rule.quantity == imports::Quantity::Pressure
+                    ? " or as --pressure-unit says, for density and volume shrinkage in place of --pressure"
+                    : "";
+        help += rule.quantity == imports::Quantity::Velocity
+                    ? " after conversion from length units per second"
+                    : "";
+        help +=
+            rule.names[0].empty() ? "; not looked for by itself" : "; usual names are found by themselves";
+        command.Add(rule.option, request.*rule.request, help).Type("ARRAY");
+    }
+}
+
+void AddUnitOptions(Subcommand& command, imports::ImportRequest& request) {
+    command.Add("--temperature-unit", request.temperatureUnit, "Unit of the temperatures")
+        .OneOf({"K", "degC"})
+        .ShowDefault();
+    command.Add("--pressure-unit", request.pressureUnit, "Unit of the array of --pressure-array")
+        .OneOf({"MPa", "Pa", "bar"})
+        .ShowDefault();
+    command.Add("--length-unit", request.lengthUnit, "Unit of the coordinates")
+        .OneOf({"m", "mm", "cm", "in"})
+        .ShowDefault();
+    command
+        .Add("--times", request.times,
+             "Times of the output times in s, T1,T2,..., in the order of the files; without it "
+             "those that the files tell")
+        .Type("T,...")
+        .Between(-kLargest, kLargest, "")
+        .CommaSeparated();
+}
+
+void AddMeshOptions(Subcommand& command, imports::ImportRequest& request) {
+    command
+        .Add("--region-array", request.regionArray,
+             "Cell array with region numbers; every region is part unless --runner or --special "
+             "names it. Without it an array \"Region\" of 0 part, 1 runner, 2 special is used")
+        .Type("ARRAY");
+    for (auto& [option, numbers, kind] :
+         {std::tuple{"--runner", &request.runner, "the runner"},
+          std::tuple{"--special", &request.special, "special cells: runner side, results cleared"}}) {
+        command.Add(option, *numbers, std::string("Region numbers, N1,N2,..., of ") + kind)
+            .Type("N,...")
+            .CommaSeparated()
+            .Needs("--region-array");
+    }
+    command
+        .Add("--wall", request.wall,
+             "Nominal wall, mm: sets the geometric tolerance to half of it; without it the part "
+             "volume by its surface is taken")
+        .Type("MM")
+        .Between(kSmallest, kLargest, "POSITIVE");
+}
+
+void AddMaterialOptions(Subcommand& command, imports::ImportRequest& request) {
+    command.Add("--material", request.material, "Material file").Type("FILE");
+    command
+        .Add("--freeze-temperature", request.freezeTemperature,
+             "Freeze temperature, degC, instead of a material file")
+        .Type("DEGC")
+        .Between(kAbsoluteZero, kLargest, "")
+        .Excludes("--material");
+    command
+        .Add("--pressure", request.pressure,
+             "Pressure, MPa, at which density and volume shrinkage are computed from the "
+             "material's Tait law when the files give none; shrinkage is against 25 degC and "
+             "0.1 MPa")
+        .Type("MPA")
+        .Excludes("--pressure-array")
+        .Between(0.0, kLargest, "NONNEGATIVE")
+        .ShowDefault();
+}
+
+}  // namespace
+
+void AddImportOptions(Subcommand& command, imports::ImportRequest& request) {
+    command
+        .Add("FILES", request.files,
+             "One time series (.pvd, .case, .cgns, .exo, .foam), or files that are one output "
+             "time each (.vtu, .vtk, .hdf); the last time becomes the base time")
+        .Type("PATH")
+        .Required();
+    command.Add("--stage", request.stage, "Stage that the results belong to")
+        .OneOf({"flow", "pack", "cool", "warp"})
+        .ShowDefault();
+    AddArrayOptions(command, request);
+    AddUnitOptions(command, request);
+    AddMeshOptions(command, request);
+    AddMaterialOptions(command, request);
+    command
+        .Add("--allow-missing", request.allowMissing,
+             "Share of the nodes, %, whose values may be no numbers; they are filled from their "
+             "neighbours")
+        .Type("PERCENT")
+        .Between(0.0, 100.0, "FLOAT in [0 - 100]")
+        .ShowDefault();
+}
+
+std::string ImportProject(const imports::ImportRequest& request) {
+    imports::CheckProjectFolder(request.folder, request.force);
+    const imports::ImportedMaterial material = imports::ChooseMaterial(request);
+    const imports::ImportedCase imported = imports::ReadForeignCase(request);
+    const imports::ImportedProject project = imports::WriteProject(request, imported, material);
+    imports::PrintImport(request, imported, material, project, std::cout);
+    std::cout.flush();
+    for (const std::string& warning : imported.warnings) {
+        std::cerr << "Warning: " + warning + ".\n";
+    }
+    return project.stageFile;
+}
+
+void AddImportCommand(Program& program) {
+    auto request = std::make_shared<imports::ImportRequest>();
+    Subcommand command = program.AddSubcommand(
+        {"import",
+         "make a project from a mesh with results of another program",
+         "Reads a mesh with temperatures (or displacements) in a format of another program, "
+         "and makes a complete project folder: mesh, material, run file, stage results. Prints "
+         "what it found: cells, regions, the arrays chosen with their ranges, output times. "
+         "docs/import.md tells more about formats and arrays.",
+         {"frozenlayer import examples/stepped-plate-vtu/b.pvd --out plate --material "
+          "examples/stepped-plate/Material/pp.toml",
+          "frozenlayer run plate"}},
+        [request] {
+            ImportProject(*request);
+            return 0;
+        });
+    AddImportOptions(command, *request);
+    command.Add("--out", request->folder, "Project folder to make").Type("FOLDER").Required();
+    command.AddFlag("--force", request->force, "Replace a project that stands there");
+}
+
+}  // namespace qnl::commands

@@ -1,0 +1,87 @@
+#include "commands/InfoCommand.h"
+
+#include <array>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "info/FactReaders.h"
+#include "project/FaultReport.h"
+#include "project/FileKind.h"
+#include "project/ProjectPaths.h"
+
+namespace qnl::commands {
+
+namespace {
+
+struct InfoRequest {
+    std::string path;
+    bool json = false;
+};
+
+/// Kind, what it is called, and who tells about it.
+struct KindReader {
+    project::FileKind kind;
+    const char* name;
+    info::FileFacts (*read)(const std::string& path);
+};
+
+constexpr std::array<KindReader, 7> kKindReaders{{
+    {project::FileKind::Folder, "project folder", info::ReadProjectFacts},
+    {project::FileKind::Mesh, "mesh", info::ReadMeshFacts},
+    {project::FileKind::Result, "result", info::ReadResultFacts},
+    {project::FileKind::AsciiResult, "ASCII stage result", info::ReadAsciiResultFacts},
+    {project::FileKind::Search, "search file", info::ReadSearchFacts},
+    {project::FileKind::RunFile, "run file", info::ReadRunFileFacts},
+    {project::FileKind::Material, "material", info::ReadMaterialFacts},
+}};
+
+info::FileFacts ReadFacts(const std::string& path) {
+    const project::FileKind kind = project::RecogniseFile(path);
+    for (const KindReader& reader : kKindReaders) {
+        if (reader.kind == kind) {
+            info::FileFacts facts = reader.read(path);
+            facts.path = project::NativePath(path);
+            facts.kind = reader.name;
+            return facts;
+        }
+    }
+    throw project::InputProblem(
+        project::NativePath(path) +
+        ": neither a mesh, a result, a search file, a material, a run file nor a project folder of ours; "
+        "frozenlayer import makes a project from a mesh with results of another program");
+}
+
+int Inform(const InfoRequest& request) {
+    info::FileFacts facts = ReadFacts(request.path);
+    const std::vector<Fault> faults = TakeFaults();
+    for (const Fault& fault : faults) {
+        facts.faults.push_back(project::FaultSentence(fault));
+    }
+    (request.json ? info::PrintJson : info::PrintText)(facts, std::cout);
+    std::cout.flush();
+    project::PrintFaults(faults, std::cerr);
+    return faults.empty() ? 0 : 1;
+}
+
+}  // namespace
+
+void AddInfoCommand(Program& program) {
+    auto request = std::make_shared<InfoRequest>();
+    Subcommand command = program.AddSubcommand(
+        {"info",
+         "tell what a file or a project folder holds",
+         "Tells the kind of a file by its content, and prints what stands in it: sizes, items "
+         "with their ranges and units, times, names of other files.",
+         {"frozenlayer info examples/ribbed-cover/Mesh/cover.hdf"}},
+        [request] { return Inform(*request); });
+    command
+        .Add("FILE", request->path,
+             "Mesh, stage or frozen-layer result, thickness file, search file, material, run file or "
+             "project folder")
+        .Type("PATH")
+        .Required();
+    command.AddFlag("--json", request->json, "Print one JSON object, for machines");
+}
+
+}  // namespace qnl::commands

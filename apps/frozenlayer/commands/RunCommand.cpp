@@ -1,0 +1,233 @@
+#include "commands/RunCommand.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "commands/ViewCommand.h"
+#include "exports/ResultExport.h"
+#include "host/HostSystem.h"
+#include "job/EntryRoutine.h"
+#include "page/ReportPage.h"
+#include "project/FaultReport.h"
+#include "project/ProjectInputs.h"
+#include "project/WrittenFiles.h"
+#include "runs/RunProgress.h"
+#include "runs/RunReport.h"
+#include "text/NumberText.h"
+#include "text/StreamRedirection.h"
+
+namespace qnl::commands {
+
+namespace {
+
+/// What the command line asks for.
+struct RunRequest {
+    std::string target;
+    int analysisCode = 4;
+    std::string intermediateTimes = "auto";
+    int logLevel = 0;
+    int threads = 0;
+    bool fibreProbe = false;
+    bool classic = false;
+    std::string view;
+    std::string exportName;
+};
+
+int ChooseIntermediateTimes(const RunRequest& request, const project::StageFile& base) {
+    if (request.intermediateTimes == "auto") {
+        return project::CountIntermediateTimes(base);
+    }
+    int count = 0;
+    const char* end = request.intermediateTimes.data() + request.intermediateTimes.size();
+    std::from_chars(request.intermediateTimes.data(), end, count);
+    return count;
+}
+
+RunOptions MakeOptions(const RunRequest& request, int intermediateTimes, RunObserver& observer) {
+    RunOptions options;
+    options.logLevel = request.logLevel;
+    options.fibreProbe = request.fibreProbe;
+    options.threads = request.threads;
+    options.intermediateTimes = intermediateTimes;
+    options.corrected = !request.classic;
+    options.observer = &observer;
+    return options;
+}
+
+/// The evaluation's messages are for people and go to standard error; those of the fibre probe are its
+/// result.
+job::ExitCode Evaluate(const RunRequest& request, const project::StageFile& base, const RunOptions& options) {
+    std::array<std::string, 6> words{
+        base.Path(), base.directory, base.name, std::to_string(request.analysisCode), base.run, "x"};
+    std::array<char*, words.size() + 1> pointers{};
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        pointers[i] = words[i].data();
+    }
+    std::optional<text::StreamRedirection> redirection;
+    if (!request.fibreProbe) {
+        redirection.emplace(std::cout, std::cerr);
+    }
+    return static_cast<job::ExitCode>(
+        job::RunFrozenLayer(static_cast<int>(words.size()), pointers.data(), options));
+}
+
+void AnnounceRun(const RunRequest& request, const project::StageFile& base, int intermediateTimes) {
+    std::cerr << "Evaluating " + project::NativePath(base.Path()) + ": " +
+                     project::StageTitle(base.extension) + ", run " + base.run + ", base time and " +
+                     text::CountText(intermediateTimes, "intermediate time") + ", " +
+                     (request.classic ? "classic" : "corrected") + " mode\n";
+    if (const std::string note = project::StagesNote(base); !note.empty()) {
+        std::cerr << "Warning: " + note + ".\n";
+    }
+}
+
+/// Why a run ended early, in words.
+struct EarlyEnd {
+    job::ExitCode code;
+    const char* sentence;
+};
+constexpr std::array<EarlyEnd, 3> kEarlyEnds{{
+    {job::ExitCode::MaterialFailed, "The run ended early: the material cannot be used.\n"},
+    {job::ExitCode::MeshFailed, "The run ended early: the mesh cannot be used.\n"},
+    {job::ExitCode::Exception, "The run ended early: see the message above.\n"},
+}};
+
+bool Succeeded(job::ExitCode code, const std::vector<runs::EvaluatedTime>& times) {
+    for (const EarlyEnd& end : kEarlyEnds) {
+        if (end.code == code) {
+            std::cerr << end.sentence;
+        }
+    }
+    return code == job::ExitCode::Normal &&
+           std::all_of(times.begin(), times.end(),
+                       [](const runs::EvaluatedTime& time) { return time.evaluated; });
+}
+
+/// Shows the results that this run wrote, as asked; gives whether that could be done.
+bool ShowResults(const RunRequest& request, const std::vector<runs::EvaluatedTime>& times) {
+    series::SeriesWords results{{}, true};
+    for (const runs::EvaluatedTime& time : times) {
+        results.words.push_back(time.resultFile);
+    }
+    bool shown = true;
+    if (!request.view.empty()) {
+        shown = page::WriteReportPage({results, request.view});
+        std::cout << (shown ? "Page written:\n  " + request.view + "\n" : "");
+    }
+    if (!request.exportName.empty()) {
+        runs::PrintWrittenFiles(exports::ExportResults({results, request.exportName, "pvd", true}),
+                                std::cout);
+    }
+    return shown;
+}
+
+int Run(const RunRequest& request) {
+    if (request.fibreProbe && (!request.view.empty() || !request.exportName.empty())) {
+        throw project::InputProblem("--fibre-probe writes no results that --view or --export could show");
+    }
+    const project::StageFile base = project::ChooseStageFile(request.target, request.fibreProbe);
+    const int intermediateTimes = ChooseIntermediateTimes(request, base);
+    project::CheckInputs(base, intermediateTimes);
+    AnnounceRun(request, base, intermediateTimes);
+    const project::WrittenFiles written({base.RunFolder(), base.directory + "\\Mesh"});
+
+    text::ProgressBar bar(std::cerr, host::ErrorIsTerminal() && request.logLevel == 0 && !request.fibreProbe);
+    const bool readsMaps = base.extension == ".k4c" || base.extension == ".k4hc";
+    runs::RunProgress progress(bar, !readsMaps);
+    const job::ExitCode code = Evaluate(request, base, MakeOptions(request, intermediateTimes, progress));
+    bar.Clear();
+
+    bool succeeded = Succeeded(code, progress.Times());
+    if (!request.fibreProbe) {
+        succeeded = runs::PrintResultTables(progress.Times(), std::cout) && succeeded;
+    }
+    runs::PrintWrittenFiles(written.List(), std::cout);
+    succeeded = succeeded && ShowResults(request, progress.Times());
+    std::cout.flush();
+    runs::PrintDeepWalls(progress.Walls(), std::cerr);
+    const std::vector<Fault> faults = TakeFaults();
+    project::PrintFaults(faults, std::cerr);
+    return succeeded && faults.empty() ? 0 : 1;
+}
+
+std::string CheckIntermediateTimes(const std::string& text) {
+    int count = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
+    const bool isCount = error == std::errc() && end == text.data() + text.size() && count >= 0;
+    return isCount || text == "auto" ? "" : "auto or a whole number of at least 0 is expected";
+}
+
+void AddOptions(Subcommand& command, RunRequest& request) {
+    constexpr int kMostThreads = 4096;
+    constexpr int kMostLogging = 9;
+    command
+        .Add("RESULT", request.target,
+             "Base stage file <project>/Analysis/Run<run>/<name><run>.<extension>, or the project "
+             "folder: its latest run, first of flow, pack, cool, heating-cooling, warp")
+        .Type("PATH")
+        .Required();
+    command
+        .Add("--analysis-code", request.analysisCode,
+             "Analysis code of the project: 1, 4, 6, 7, 8, 9 have intermediate output times, "
+             "1, 6, 7, 8 may be gas-assisted")
+        .Type("CODE")
+        .ShowDefault();
+    command
+        .Add("--intermediate-times", request.intermediateTimes,
+             "Evaluate RESULT_001 to RESULT_N after the base time; auto: as many as there are")
+        .Type("auto|N")
+        .Check(CheckIntermediateTimes)
+        .ShowDefault();
+    command
+        .Add("--log-level", request.logLevel,
+             "Messages of the evaluation: 0 none, 1 progress and report, 2 diagnostics")
+        .Type("LEVEL")
+        .Between(0, kMostLogging)
+        .ShowDefault();
+    command.Add("--threads", request.threads, "Worker threads; without it as many as the machine runs")
+        .Type("N")
+        .Between(1, kMostThreads);
+    command.AddFlag("--fibre-probe,--fiber-probe", request.fibreProbe,
+                    "Print the fibre orientation along the normal of listed or typed nodes instead");
+    command
+        .Add("--view", request.view,
+             "Write a page that shows the results in a browser; one of that name is replaced")
+        .Type("FILE.html")
+        .Check(CheckPageName);
+    command
+        .Add("--export", request.exportName,
+             "Write the surface with all items as NAME.pvd and .vtp files; files of these names "
+             "are replaced")
+        .Type("NAME");
+    command.AddFlag("--classic", request.classic,
+                    "Carry state from one output time to the next (see docs/modes.md); without it "
+                    "each output time is evaluated on its own");
+}
+
+}  // namespace
+
+int RunStage(const std::string& stageFile) {
+    RunRequest request;
+    request.target = stageFile;
+    return Run(request);
+}
+
+void AddRunCommand(Program& program) {
+    auto request = std::make_shared<RunRequest>();
+    Subcommand command = program.AddSubcommand(
+        {"run",
+         "evaluate the frozen layer at every output time of a stage",
+         "Reads the mesh, the material and the stage results of a project folder, and writes beside them one "
+         "result file for each output time, the search file and the log. Prints a table of every item at "
+         "every output time.",
+         {"frozenlayer run examples/ribbed-cover/Analysis/Run1/cover1.k4f --intermediate-times 2"}},
+        [request] { return Run(*request); });
+    AddOptions(command, *request);
+}
+
+}  // namespace qnl::commands

@@ -1,0 +1,159 @@
+#include "commands/Subcommand.h"
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "text/ManualPage.h"
+#include "text/NumberText.h"
+
+namespace qnl::commands {
+
+namespace {
+
+constexpr const char* kExitCodes =
+    "EXIT STATUS\n"
+    "  0 success, 1 otherwise. The console program QNL3DFrozenLayer has others: 1 normal\n"
+    "  end, -1000 material, -2000 mesh, -5000 exception (a POSIX shell shows 24, 48,\n"
+    "  120), 2 wrong usage.";
+
+int PerformGuarded(const std::function<int()>& perform) {
+    try {
+        const int exitCode = perform();
+        if (std::cout.flush()) {
+            return exitCode;
+        }
+        std::cerr << "frozenlayer: standard output cannot be written: free space, or send it elsewhere\n";
+    } catch (const std::bad_alloc&) {
+        std::cerr << "frozenlayer: out of memory\n";
+    } catch (const std::exception& failure) {
+        std::cerr << std::string("frozenlayer: ") + failure.what() + "\n";
+    }
+    return 1;
+}
+
+/// Names the word that is no subcommand, which the parser leaves over.
+std::string DescribeFailure(const CLI::App* app, const CLI::Error& failure) {
+    const std::vector<std::string> words = app->remaining();
+    const bool unknown = app->get_parent() == nullptr && app->get_subcommands().empty() && !words.empty();
+    const std::string reason = unknown ? "\"" + words.front() + "\" is no subcommand" : failure.what();
+    return "frozenlayer: " + reason + "; run it with --help to see what it takes\n";
+}
+
+}  // namespace
+
+Option& Option::Type(const std::string& name) {
+    option_->type_name(name);
+    return *this;
+}
+
+Option& Option::Required() {
+    option_->required();
+    return *this;
+}
+
+Option& Option::ShowDefault() {
+    option_->capture_default_str();
+    return *this;
+}
+
+Option& Option::Check(std::function<std::string(const std::string&)> check) {
+    option_->check(std::move(check));
+    return *this;
+}
+
+Option& Option::OneOf(const std::vector<std::string>& words) {
+    option_->check(CLI::IsMember(words));
+    return *this;
+}
+
+Option& Option::Between(int lowest, int highest) {
+    option_->check(CLI::Range(lowest, highest));
+    return *this;
+}
+
+Option& Option::Between(double lowest, double highest, const std::string& limit) {
+    const auto check = [lowest, highest](const std::string& text) {
+        double number = 0.0;
+        const bool fits = CLI::detail::lexical_cast(text, number) && number >= lowest && number <= highest;
+        return fits ? std::string()
+                    : text + " is no number from " + text::NumberText(lowest) + " to " +
+                          text::NumberText(highest);
+    };
+    option_->check(CLI::Validator(check, limit));
+    return *this;
+}
+
+Option& Option::CommaSeparated() {
+    option_->delimiter(',')->allow_extra_args(false);
+    return *this;
+}
+
+Option& Option::Needs(const std::string& other) {
+    option_->needs(other);
+    return *this;
+}
+
+Option& Option::Excludes(const std::string& other) {
+    option_->excludes(other);
+    return *this;
+}
+
+template <typename Value>
+Option Subcommand::Add(const std::string& name, Value& target, const std::string& help) {
+    return Option(*app_->add_option(name, target, help));
+}
+
+template Option Subcommand::Add(const std::string&, int&, const std::string&);
+template Option Subcommand::Add(const std::string&, double&, const std::string&);
+template Option Subcommand::Add(const std::string&, std::string&, const std::string&);
+template Option Subcommand::Add(const std::string&, std::vector<int>&, const std::string&);
+template Option Subcommand::Add(const std::string&, std::vector<double>&, const std::string&);
+template Option Subcommand::Add(const std::string&, std::vector<std::string>&, const std::string&);
+template Option Subcommand::Add(const std::string&, std::optional<double>&, const std::string&);
+
+Option Subcommand::AddFlag(const std::string& names, bool& target, const std::string& help) {
+    return Option(*app_->add_flag(names, target, help));
+}
+
+Program::Program()
+    : app_(std::make_unique<CLI::App>(
+          "the frozen layer of injection-moulded parts, from mesh and stage results\n"
+          "Evaluates how far the frozen skin has grown into the wall of a part, from a project folder or "
+          "from the files of another program, and shows the results.",
+          "frozenlayer")) {
+    app_->formatter(std::make_shared<text::ManualPage>());
+    app_->set_version_flag("--version", "frozenlayer " QNL_VERSION, "Print the version");
+    app_->set_help_flag("-h,--help", "Print this help");
+    app_->require_subcommand(1);
+    app_->failure_message(DescribeFailure);
+    app_->footer(
+        "EXAMPLE\n"
+        "  frozenlayer run examples/ribbed-cover\n"
+        "\n"
+        "EXIT STATUS\n"
+        "  0 success, 1 otherwise. frozenlayer SUBCOMMAND --help tells more about each.");
+}
+
+Program::~Program() = default;
+
+Subcommand Program::AddSubcommand(const SubcommandTexts& texts, std::function<int()> perform) {
+    CLI::App& subcommand = *app_->add_subcommand(texts.name, texts.purpose + "\n" + texts.description);
+    subcommand.footer("EXAMPLE\n  " + CLI::detail::join(texts.example, "\n  ") + "\n\n" + kExitCodes);
+    subcommand.callback([this, perform = std::move(perform)] { exitCode_ = PerformGuarded(perform); });
+    return Subcommand(subcommand);
+}
+
+int Program::Perform(int argc, const char* const* argv) {
+    try {
+        app_->parse(argc, argv);
+    } catch (const CLI::ParseError& end) {
+        return app_->exit(end) == 0 ? 0 : 1;
+    }
+    return exitCode_;
+}
+
+}  // namespace qnl::commands

@@ -1,0 +1,58 @@
+#include "commands/ViewCommand.h"
+
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include "page/ReportPage.h"
+#include "project/FaultReport.h"
+#include "project/ProjectPaths.h"
+#include "series/ResultSeries.h"
+
+namespace qnl::commands {
+
+namespace {
+
+int View(const page::ReportRequest& request) {
+    const bool written = page::WriteReportPage(request);
+    if (written) {
+        std::cout << request.out << std::endl;
+    }
+    const std::vector<Fault> faults = TakeFaults();
+    project::PrintFaults(faults, std::cerr);
+    return written && faults.empty() ? 0 : 1;
+}
+
+}  // namespace
+
+std::string CheckPageName(const std::string& name) {
+    const std::filesystem::path path(name);
+    const std::string extension = path.extension().string();
+    if (extension != ".html" && extension != ".htm") {
+        return "\"" + name + "\" is no name of a page: end it in .html";
+    }
+    const std::string folder = path.parent_path().string();
+    return folder.empty() || project::FolderExists(folder)
+               ? ""
+               : folder + " is no folder: make it first, or name another place";
+}
+
+void AddViewCommand(Program& program) {
+    auto request = std::make_shared<page::ReportRequest>();
+    Subcommand command = program.AddSubcommand(
+        {"view",
+         "write a page that shows results in a browser",
+         "Reads the frozen-layer results of a run and writes one file with the part in 3-D, values and "
+         "profiles of picked nodes, frozen shares over time and the regions that freeze last.",
+         {"frozenlayer run examples/stepped-plate",
+          "frozenlayer view examples/stepped-plate --out report.html"}},
+        [request] { return View(*request); });
+    command.Add("RESULT", request->results.words, series::kSeriesHelp).Type("PATH").Required();
+    command
+        .Add("--out", request->out, "The page, one file that needs no network; one of that name is replaced")
+        .Type("FILE.html")
+        .Check(CheckPageName)
+        .Required();
+}
+
+}  // namespace qnl::commands

@@ -1,0 +1,146 @@
+#include "exports/ResultExport.h"
+
+#include <array>
+#include <filesystem>
+#include <iostream>
+
+#include "exports/CsvFile.h"
+#include "exports/ExportFrames.h"
+#include "exports/VtkHdfFile.h"
+#include "exports/VtkXmlFile.h"
+#include "project/OutputNames.h"
+#include "series/SeriesResults.h"
+
+namespace qnl::exports {
+
+namespace {
+
+using WriteFrame = bool (*)(const std::string& path, const ExportSurface& surface, const ExportFrame& frame,
+                            Storage storage);
+using WriteList = bool (*)(const std::string& path, const std::string& timeLabel,
+                           const std::vector<CollectionEntry>& entries);
+
+/// What a format calls its files, and who writes them.
+struct Format {
+    const char* name;
+    const char* frameExtension;
+    WriteFrame writeFrame;
+    const char* listEnding;
+    WriteList writeList;
+    bool compresses;
+};
+
+template <VtkKind kind>
+bool WriteVtkFrame(const std::string& path, const ExportSurface& surface, const ExportFrame& frame,
+                   Storage storage) {
+    return WriteVtkSurface(path, kind, surface, frame, storage);
+}
+
+bool WriteCsvFrame(const std::string& path, const ExportSurface& surface, const ExportFrame& frame,
+                   Storage /*storage*/) {
+    return WriteCsvSurface(path, surface, frame);
+}
+
+template <bool (*write)(const std::string&, const std::vector<CollectionEntry>&)>
+bool WriteUnlabelledList(const std::string& path, const std::string& /*timeLabel*/,
+                         const std::vector<CollectionEntry>& entries) {
+    return write(path, entries);
+}
+
+constexpr std::array<Format, 4> kFormats{{
+    {"pvd", ".vtp", WriteVtkFrame<VtkKind::PolyData>, ".pvd", WriteUnlabelledList<WriteCollection>, true},
+    {"vtu", ".vtu", WriteVtkFrame<VtkKind::UnstructuredGrid>, ".pvd", WriteUnlabelledList<WriteCollection>,
+     true},
+    {"hdf", ".hdf", WriteHdfSurface, ".hdf.series", WriteUnlabelledList<WriteFileSeries>, true},
+    {"csv", ".csv", WriteCsvFrame, "_times.csv", WriteCsvTimes, false},
+}};
+
+const Format& FormatOf(const std::string& name) {
+    for (const Format& format : kFormats) {
+        if (name == format.name) {
+            return format;
+        }
+    }
+    throw project::InputProblem("\"" + name + "\" is no format of exported files");
+}
+
+std::string FileName(const std::string& path) {
+    return std::filesystem::path(project::NativePath(path)).filename().string();
+}
+
+/// Paths of the files by time, then of the static one and of the list.
+std::vector<std::string> PathsOf(const Format& format, const std::string& stem, std::size_t times) {
+    std::vector<std::string> paths;
+    for (std::size_t t = 0; t < times; ++t) {
+        paths.push_back(stem + TimeSuffix(t) + format.frameExtension);
+    }
+    paths.push_back(stem + kStaticSuffix + format.frameExtension);
+    paths.push_back(stem + format.listEnding);
+    return paths;
+}
+
+void PrintWhatIsMissing(const series::SeriesResults& loaded) {
+    if (!loaded.series.realTimes) {
+        std::cerr << "Not every stage file tells its time: output times are numbered from 1.\n";
+    }
+    if (!loaded.withoutHistory.empty()) {
+        std::cerr << loaded.withoutHistory + "\n";
+    } else if (!loaded.history->Freezes()) {
+        std::cerr << "The material has no freeze temperature: there are no times to freeze.\n";
+    }
+}
+
+/// Stops at the first file that cannot be written.
+std::vector<std::string> WriteAll(const Format& format, const std::vector<std::string>& paths,
+                                  const series::SeriesResults& loaded, Storage storage) {
+    const ExportSurface surface = SurfaceForExport(loaded);
+    const std::size_t times = loaded.series.times.size();
+    std::vector<std::string> written;
+    std::vector<CollectionEntry> entries;
+    for (std::size_t t = 0; t <= times; ++t) {
+        const ExportFrame frame = t < times ? TimeFrame(loaded, t) : StaticFrame(loaded);
+        if (!format.writeFrame(paths[t], surface, frame, storage)) {
+            return written;
+        }
+        written.push_back(project::NativePath(paths[t]));
+        if (t < times) {
+            entries.push_back({loaded.series.times[t].axis, FileName(paths[t])});
+        }
+    }
+    const std::string timeLabel = series::Label(loaded.series.AxisName(), loaded.series.AxisUnit());
+    if (format.writeList(paths.back(), timeLabel, entries)) {
+        written.push_back(project::NativePath(paths.back()));
+    }
+    return written;
+}
+
+}  // namespace
+
+std::vector<std::string> ExportFormats() {
+    std::vector<std::string> names;
+    names.reserve(kFormats.size());
+    for (const Format& format : kFormats) {
+        names.emplace_back(format.name);
+    }
+    return names;
+}
+
+std::vector<std::string> ExportResults(const ExportRequest& request) {
+    const Format& format = FormatOf(request.format);
+    if (request.compress && !format.compresses) {
+        throw project::InputProblem("--compress has no meaning with --to " + request.format +
+                                    ", whose files are text: leave it out, or choose another format");
+    }
+    const std::size_t times = series::FindResultSeries(request.results).times.size();
+    const std::string stem =
+        project::NameOfOutput(request.out, {".hdf.series", ".pvd", ".vtp", ".vtu", ".hdf", ".csv"});
+    const std::vector<std::string> paths = PathsOf(format, stem, times);
+    if (!request.force) {
+        project::RefuseExisting(paths);
+    }
+    const series::SeriesResults loaded = series::LoadSeriesResults(request.results, 0);
+    PrintWhatIsMissing(loaded);
+    return WriteAll(format, paths, loaded, request.compress ? Storage::Compressed : Storage::Plain);
+}
+
+}  // namespace qnl::exports

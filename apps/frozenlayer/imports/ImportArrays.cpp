@@ -1,0 +1,103 @@
+#include "imports/ImportArrays.h"
+
+#include <algorithm>
+#include <cctype>
+#include <numeric>
+
+namespace qnl::imports {
+
+namespace {
+
+std::string Plain(std::string_view name) {
+    std::string plain;
+    for (const char c : name) {
+        if (std::isalnum(static_cast<unsigned char>(c)) != 0) {
+            plain += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        }
+    }
+    return plain;
+}
+
+/// Insertions, deletions and replacements that turn one text into the other.
+std::size_t EditDistance(const std::string& a, const std::string& b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0]++;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+        }
+    }
+    return row.back();
+}
+
+std::string ComponentText(int components) {
+    return components == 1 ? "1 component" : std::to_string(components) + " components";
+}
+
+ChosenArray TakeNamed(const QuantityRule& rule, const std::string& name,
+                      const interop::ForeignSnapshot& snapshot) {
+    const interop::ForeignArray* array = FindArray(snapshot, name);
+    if (array == nullptr) {
+        throw interop::ForeignProblem(snapshot.file + " holds no array \"" + name + "\"; " +
+                                      ListArrays(snapshot, name));
+    }
+    if (array->components != rule.components) {
+        throw interop::ForeignProblem(snapshot.file + ": array \"" + name + "\" has " +
+                                      ComponentText(array->components) + ", but a " + rule.name + " has " +
+                                      std::to_string(rule.components) + "; " + ListArrays(snapshot, name));
+    }
+    return {ChosenBy::Option, name, array->onCells};
+}
+
+}  // namespace
+
+const interop::ForeignArray* FindArray(const interop::ForeignSnapshot& snapshot, const std::string& name) {
+    const interop::ForeignArray* found = nullptr;
+    for (const interop::ForeignArray& array : snapshot.arrays) {
+        if (array.name == name && (found == nullptr || (found->onCells && !array.onCells))) {
+            found = &array;
+        }
+    }
+    return found;
+}
+
+std::string ListArrays(const interop::ForeignSnapshot& snapshot, const std::string& wanted) {
+    std::vector<const interop::ForeignArray*> arrays;
+    for (const interop::ForeignArray& array : snapshot.arrays) {
+        arrays.push_back(&array);
+    }
+    const auto distance = [&](const interop::ForeignArray* array) {
+        return EditDistance(Plain(array->name), Plain(wanted));
+    };
+    std::stable_sort(arrays.begin(), arrays.end(),
+                     [&](const interop::ForeignArray* a, const interop::ForeignArray* b) {
+                         return distance(a) < distance(b);
+                     });
+    std::string text = arrays.empty() ? "the file holds no array at all" : "choose one that is there: ";
+    for (const interop::ForeignArray* array : arrays) {
+        text += (array == arrays.front() ? "" : ", ") + array->name + " (" +
+                ComponentText(array->components) + (array->onCells ? ", cells)" : ", points)");
+    }
+    return text;
+}
+
+ChosenArray ChooseArray(const QuantityRule& rule, const ImportRequest& request,
+                        const interop::ForeignSnapshot& snapshot) {
+    const std::string& named = request.*rule.request;
+    if (!named.empty()) {
+        return TakeNamed(rule, named, snapshot);
+    }
+    for (const std::string_view name : rule.names) {
+        for (const interop::ForeignArray& array : snapshot.arrays) {
+            if (!name.empty() && Plain(array.name) == name && array.components == rule.components) {
+                return {ChosenBy::Name, array.name, FindArray(snapshot, array.name)->onCells};
+            }
+        }
+    }
+    return {};
+}
+
+}  // namespace qnl::imports

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qnl::imports {
+
+/// What an import is to do. Empty names of arrays: those that are commonly used are looked for.
+struct ImportRequest {
+    std::vector<std::string> files;
+    std::string folder;  ///< of the project
+    bool force = false;
+    std::string stage = "flow";
+    std::string temperature;
+    std::string velocity;
+    std::string displacement;
+    std::string coolingTime;
+    std::string density;               ///< g/cm3, never looked for
+    std::string shrinkage;             ///< %, never looked for
+    std::string pressureArray;         ///< never looked for; empty: the same pressure everywhere
+    std::string pressureUnit = "MPa";  ///< of that array
+    std::string temperatureUnit = "degC";
+    std::string lengthUnit = "mm";
+    std::string regionArray;
+    std::vector<int> runner;
+    std::vector<int> special;
+    std::vector<double> times;  ///< s, one per output time; empty: those of the files
+    double wall = 0.0;          ///< mm; 0: not given
+    double pressure = 10.0;     ///< MPa
+    double allowMissing = 0.1;  ///< share of the nodes without a value that is filled, %
+    std::string material;
+    std::optional<double> freezeTemperature;  ///< degC
+};
+
+}  // namespace qnl::imports

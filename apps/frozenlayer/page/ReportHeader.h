@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "page/ReportItems.h"
+#include "series/SeriesResults.h"
+
+namespace qnl::page {
+
+/// The header of the results page as JSON, safe to stand in an HTML element.
+std::string ReportHeader(const series::SeriesResults& loaded, const std::vector<ReportItem>& items,
+                         const ValueRange& profileRange);
+
+}  // namespace qnl::page

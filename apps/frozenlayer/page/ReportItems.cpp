@@ -1,0 +1,82 @@
+#include "page/ReportItems.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "text/NumberText.h"
+
+namespace qnl::page {
+
+namespace {
+
+constexpr int kTimeToFreezeItem = 101;
+constexpr int kWallThicknessItem = 102;
+constexpr int kNeverFrozenStatus = 1;
+
+ReportItem ItemOfResults(const series::SeriesItem& item) {
+    return {item.id, item.name, item.unit, "", false, item.values, false, {}};
+}
+
+ReportItem TimeToFreeze(const series::SeriesResults& loaded) {
+    const std::string note = "When the highest temperature along the inward ray falls below " +
+                             text::NumberText(loaded.history->freezeTemperature) +
+                             " °C; frozen at the first output time counts as that time";
+    return {kTimeToFreezeItem,
+            "Time to freeze",
+            loaded.series.AxisUnit(),
+            note,
+            true,
+            {loaded.history->timeToFreeze},
+            true,
+            {}};
+}
+
+ReportItem WallThickness(const series::SeriesResults& loaded) {
+    std::vector<float> walls;
+    for (const double wall : loaded.rays.wall) {
+        walls.push_back(wall > 0.0 ? static_cast<float>(wall) : std::numeric_limits<float>::quiet_NaN());
+    }
+    return {kWallThicknessItem,
+            "Wall thickness",
+            "mm",
+            "Way of the inward ray in the solid, runner included",
+            true,
+            {std::move(walls)},
+            false,
+            {}};
+}
+
+}  // namespace
+
+std::string ReportItem::BlockName(std::size_t time) const {
+    return "item-" + std::to_string(id) + "-" + std::to_string(time);
+}
+
+std::vector<ReportItem> ReportItems(const series::SeriesResults& loaded) {
+    std::vector<ReportItem> items;
+    for (const series::SeriesItem& item : loaded.results.items) {
+        items.push_back(ItemOfResults(item));
+    }
+    if (loaded.history && loaded.history->Freezes()) {
+        items.push_back(TimeToFreeze(loaded));
+    }
+    items.push_back(WallThickness(loaded));
+    for (ReportItem& item : items) {
+        item.range = RangeOf(item.values);
+    }
+    return items;
+}
+
+Levels ItemLevels(const ReportItem& item, std::size_t time, const series::SeriesResults& loaded) {
+    Levels levels;
+    levels.reserve(loaded.order.size());
+    for (const int node : loaded.order) {
+        const auto i = static_cast<std::size_t>(node);
+        const bool never = item.neverFrozen && loaded.history->status[i] == series::FreezeStatus::NeverFrozen;
+        levels.push_back(never ? StatusLevel(kNeverFrozenStatus) : LevelOf(item.values[time][i], item.range));
+    }
+    return levels;
+}
+
+}  // namespace qnl::page

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "series/ResultSeries.h"
+
+namespace qnl::profiles {
+
+/// Profiles to be written.
+struct ProbeRequest {
+    series::SeriesWords results;
+    std::vector<int> labels;                    ///< of surface nodes
+    std::vector<std::array<double, 3>> points;  ///< mm; each stands for the nearest node with a profile
+    std::string out;                            ///< name without extension; empty: rows to standard output
+    bool force = false;                         ///< files of these names may be replaced
+};
+
+/// Writes the temperatures along the inward rays at every output time as rows of numbers, and, with a name,
+/// as polylines as well; gives the files written. Notes for people go to standard error. Raises InputProblem.
+std::vector<std::string> ProbeRays(const ProbeRequest& request);
+
+}  // namespace qnl::profiles

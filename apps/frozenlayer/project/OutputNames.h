@@ -1,0 +1,17 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qnl::project {
+
+/// The path that the names of several written files begin with: `out` without the first of the endings that
+/// it has. Raises InputProblem when its folder is not there or nothing is left as a name.
+std::string NameOfOutput(const std::string& out, std::initializer_list<std::string_view> endings);
+
+/// Raises InputProblem for the first of the files that is there already.
+void RefuseExisting(const std::vector<std::string>& paths);
+
+}  // namespace qnl::project

@@ -1,0 +1,116 @@
+#include "project/ProjectInputs.h"
+
+#include "job/CommandLine.h"
+#include "platform/HostFiles.h"
+
+namespace qnl::project {
+
+namespace {
+
+/// A launcher word of this many bytes does not fit its buffer.
+constexpr std::size_t kWordBuffer = 255;
+
+void RequireFile(const std::string& path, const std::string& role) {
+    if (FolderExists(path)) {
+        throw InputProblem(NativePath(path) + ": " + role + " is expected here, not a folder");
+    }
+    if (!FileExists(path)) {
+        throw InputProblem(NativePath(path) + " is missing: " + role);
+    }
+    if (!HostFile(path, "rb")) {
+        throw InputProblem(NativePath(path) + " cannot be opened for reading: " + role);
+    }
+}
+
+void RequireShortWords(const StageFile& base) {
+    for (const std::string& word : {base.Path(), base.directory, base.name}) {
+        if (word.size() >= kWordBuffer) {
+            throw InputProblem(NativePath(word) + ": the path has " + std::to_string(word.size()) +
+                               " bytes and at most 254 fit; run from a folder nearer to the project, with a"
+                               " relative path");
+        }
+    }
+}
+
+void RequireNamed(const std::string& named, const std::string& runFile, const std::string& entry) {
+    if (named.empty()) {
+        throw InputProblem(NativePath(runFile) + " names no " + entry);
+    }
+}
+
+std::string NothingFound(const std::string& word, bool fibreProbe) {
+    return NativePath(word) + (fibreProbe
+                                   ? ": no fibre result is found in this folder; a project holds it as"
+                                     " Analysis/Run<run>/<name><run>.k4o"
+                                   : ": no stage result is found in this folder; a project holds them as"
+                                     " Analysis/Run<run>/<name><run>.k4f (or .k4p, .k4c, .k4hc, .k4w)");
+}
+
+}  // namespace
+
+ProjectInputs ReadProjectInputs(const StageFile& base) {
+    ProjectInputs inputs;
+    inputs.runFile = base.AtIndex(0).Sibling(".run");
+    if (FileExists(inputs.runFile)) {
+        FrozenLayerJob job;
+        job.m_szRunFile.Set(inputs.runFile);
+        job::ReadRunFile(job, base.directory);
+        inputs.meshFile = job.m_szMeshFile.Text();
+        inputs.materialFile = job.m_szMaterialFile.Text();
+    }
+    return inputs;
+}
+
+StageFile ChooseStageFile(const std::string& word, bool fibreProbe) {
+    if (!FolderExists(word)) {
+        RequireFile(word, "the stage result to evaluate");
+        StageFile file = SplitStagePath(word);
+        if (file.index > 0) {
+            throw InputProblem(NativePath(word) + " is intermediate output time " +
+                               std::to_string(file.index) + ": name the base file " +
+                               NativePath(file.AtIndex(0).Path()) + " instead");
+        }
+        return file;
+    }
+    for (const StageFile& file : FindBaseStageFiles(word)) {
+        if ((file.extension == input::kFibreExtension) == fibreProbe) {
+            return file;
+        }
+    }
+    throw InputProblem(NothingFound(word, fibreProbe));
+}
+
+void CheckProjectFiles(const StageFile& base) {
+    RequireShortWords(base);
+    RequireFile(base.AtIndex(0).Sibling(".run"), "the run file, which names the mesh and the material");
+    const ProjectInputs inputs = ReadProjectInputs(base);
+    RequireNamed(inputs.meshFile, inputs.runFile, "mesh ([MESH], MeshCount = 1, Mesh1 = <file>)");
+    RequireFile(inputs.meshFile, "the mesh that " + NativePath(inputs.runFile) + " names");
+    RequireNamed(inputs.materialFile, inputs.runFile,
+                 "material ([MATERIAL], MaterialCount = 1, Material1 = <file>)");
+    RequireFile(inputs.materialFile, "the material that " + NativePath(inputs.runFile) + " names");
+}
+
+std::string StagesNote(const StageFile& base) {
+    const std::string path = base.Path();
+    std::string stages;
+    int found = 0;
+    for (const input::StagePattern& stage : input::kStagePatterns) {
+        if (path.find(stage.pattern) != std::string::npos) {
+            stages += (found++ == 0 ? "" : " and ") + std::string(stage.title);
+        }
+    }
+    return found < 2 ? ""
+                     : NativePath(path) + ": the path holds the extensions of " + stages +
+                           ", and the run takes it for all of them; rename the folder or the project"
+                           " to evaluate one";
+}
+
+void CheckInputs(const StageFile& base, int intermediateTimes) {
+    CheckProjectFiles(base);
+    for (int index = 1; index <= intermediateTimes; ++index) {
+        RequireFile(base.AtIndex(index).Path(), "intermediate output time " + std::to_string(index));
+    }
+}
+
+}  // namespace qnl::project

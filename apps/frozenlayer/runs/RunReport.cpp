@@ -1,0 +1,94 @@
+#include "runs/RunReport.h"
+
+#include <algorithm>
+
+#include "project/ProjectPaths.h"
+#include "results/ResultFile.h"
+#include "series/ItemStatistics.h"
+#include "series/PeopleNames.h"
+#include "text/NumberText.h"
+#include "text/TextTable.h"
+
+namespace qnl::runs {
+
+namespace {
+
+using Align = text::TextTable::Align;
+
+text::TextTable ItemTable(const results::ResultFileContent& content, bool isWarp) {
+    text::TextTable table({{"Item"},
+                           {"Unit"},
+                           {"Minimum", Align::Right},
+                           {"Mean", Align::Right},
+                           {"Maximum", Align::Right},
+                           {"Nodes", Align::Right}});
+    for (const results::ResultItem& item : content.items) {
+        const series::PeopleName* people = series::FindPeopleName(item.id, isWarp);
+        const series::ItemStatistics values = series::Summarise(item.values);
+        table.AddRow({people != nullptr ? std::string(people->name) : item.name,
+                      people != nullptr ? std::string(people->unit) : series::PeopleUnit(item.unit),
+                      text::NumberText(values.min), text::NumberText(values.mean),
+                      text::NumberText(values.max), std::to_string(values.finite)});
+    }
+    return table;
+}
+
+void PrintResult(const EvaluatedTime& time, std::ostream& out) {
+    const results::ResultFileContent content = results::ReadResultFile(time.resultFile);
+    out << "Output time " << time.time.Text() << ", " << project::NativePath(time.resultFile) << "\n";
+    if (content.maxNode == 0) {
+        out << "  no node has a result\n\n";
+        return;
+    }
+    ItemTable(content, series::IsWarpResult(time.resultFile)).Print(out);
+    out << "\n";
+}
+
+void SortByRealTime(std::vector<EvaluatedTime>& times) {
+    const bool allKnown = std::all_of(
+        times.begin(), times.end(), [](const EvaluatedTime& time) { return time.time.seconds.has_value(); });
+    if (allKnown) {
+        std::stable_sort(times.begin(), times.end(), [](const EvaluatedTime& a, const EvaluatedTime& b) {
+            return *a.time.seconds < *b.time.seconds;
+        });
+    }
+}
+
+}  // namespace
+
+bool PrintResultTables(std::vector<EvaluatedTime> times, std::ostream& out) {
+    SortByRealTime(times);
+    bool allRead = true;
+    for (const EvaluatedTime& time : times) {
+        if (!time.evaluated) {
+            continue;
+        }
+        try {
+            PrintResult(time, out);
+        } catch (const results::ResultFileError& error) {
+            RecordFault(error.What());
+            allRead = false;
+        }
+    }
+    return allRead;
+}
+
+void PrintWrittenFiles(const std::vector<std::string>& paths, std::ostream& out) {
+    out << (paths.empty() ? "No file written\n" : "Files written:\n");
+    for (const std::string& path : paths) {
+        out << "  " << path << "\n";
+    }
+}
+
+void PrintDeepWalls(const series::DeepWalls& walls, std::ostream& out) {
+    if (walls.deep == 0) {
+        return;
+    }
+    out << "The wall along the inward normal is thicker than the depth window of " +
+               text::NumberText(walls.window) +
+               " mm (three times the part's volume by its surface area) at " +
+               text::CountText(walls.deep, "part node") + " of " + std::to_string(walls.nodes) +
+               "; quantities limited to the window say nothing of what lies deeper there.\n";
+}
+
+}  // namespace qnl::runs

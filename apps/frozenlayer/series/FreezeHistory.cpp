@@ -1,0 +1,195 @@
+#include "series/FreezeHistory.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+#include "kernel/mesh/CellVolumes.h"
+#include "kernel/mesh/MeshFile.h"
+#include "kernel/mesh/MeshSizes.h"
+
+namespace qnl::series {
+
+namespace {
+
+constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
+constexpr double kPercent = 100.0;
+
+bool IsPartNode(const FrozenLayerJob& job, int node) {
+    return job.m_pNotRunnerNode[job.p_Node[node].label] == 1;
+}
+
+bool HasCorner(const CellRecord& cell, int node) {
+    return std::find(cell.nodes + 1, cell.nodes + 1 + cell.nNode, node) != cell.nodes + 1 + cell.nNode;
+}
+
+bool Owns(const CellRecord& cell, const SurfaceRecord& face) {
+    return std::all_of(face.nodes + 1, face.nodes + 1 + face.nNode,
+                       [&](int node) { return HasCorner(cell, node); });
+}
+
+kernel::BoundaryFace FaceOf(const SurfaceRecord& record) {
+    kernel::BoundaryFace face{0, 0, static_cast<std::uint8_t>(record.nNode), {-1, -1, -1, -1}};
+    for (int c = 0; c < record.nNode; ++c) {
+        face.nodes[static_cast<std::size_t>(c)] = record.nodes[c + 1] - 1;
+    }
+    return face;
+}
+
+/// Boundary faces stand in the order of their owning cells.
+std::vector<double> PartFaceAreas(const FrozenLayerJob& job, const kernel::MeshData& mesh) {
+    std::vector<double> areas(static_cast<std::size_t>(job.m_nSurfaces) + 1);
+    int cell = 1;
+    for (int f = 1; f <= job.m_nSurfaces; ++f) {
+        while (cell < job.m_nCells && !Owns(job.p_Cell[cell], job.p_Surfce[f])) {
+            ++cell;
+        }
+        const bool isPart = job.m_pIsRunnerCell[cell] == 0;
+        areas[static_cast<std::size_t>(f)] =
+            isPart ? kernel::FaceArea(mesh.points, FaceOf(job.p_Surfce[f])) : 0.0;
+    }
+    return areas;
+}
+
+/// Share of the weight that lies below the limit, %.
+double ShareBelow(const std::vector<double>& weights, const double* values, double limit) {
+    double below = 0.0;
+    double all = 0.0;
+    for (std::size_t i = 1; i < weights.size(); ++i) {
+        below += values[i] < limit ? weights[i] : 0.0;
+        all += weights[i];
+    }
+    return all > 0.0 ? kPercent * below / all : 0.0;
+}
+
+double Hottest(const profile::PassElementField& temperatures, const std::vector<int>& elements) {
+    double hottest = temperatures[elements.front()];
+    for (const int id : elements) {
+        hottest = std::max(hottest, temperatures[id]);
+    }
+    return hottest;
+}
+
+std::vector<double> HottestAlongRays(const OpenedProject& project, const Surface& surface,
+                                     const SurfaceRays& rays) {
+    const profile::PassElementField temperatures = project.Temperatures();
+    std::vector<double> hottest(surface.Nodes(), kNothing);
+    for (std::size_t i = 0; i < hottest.size(); ++i) {
+        if (HasProfile(project, surface, rays, i)) {
+            hottest[i] = Hottest(temperatures, rays.elements[i]);
+        }
+    }
+    return hottest;
+}
+
+void SettleFreezing(const ResultSeries& series, FreezeHistory& history) {
+    std::vector<double> times;
+    for (const SeriesTime& time : series.times) {
+        times.push_back(time.axis);
+    }
+    const std::size_t nodes = history.hottest.front().size();
+    history.timeToFreeze.assign(nodes, std::numeric_limits<float>::quiet_NaN());
+    history.status.assign(nodes, FreezeStatus::NoResult);
+    if (!history.Freezes()) {
+        return;
+    }
+    std::vector<double> values(times.size());
+    for (std::size_t i = 0; i < nodes; ++i) {
+        for (std::size_t t = 0; t < times.size(); ++t) {
+            values[t] = history.hottest[t][i];
+        }
+        if (!std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); })) {
+            continue;
+        }
+        const std::optional<double> time = FirstTimeBelow(times, values, history.freezeTemperature);
+        history.status[i] = time ? FreezeStatus::Freezes : FreezeStatus::NeverFrozen;
+        history.timeToFreeze[i] = time ? static_cast<float>(*time) : history.timeToFreeze[i];
+    }
+}
+
+std::vector<DepthProfile> SortProfiles(const OpenedProject& project, const SurfaceRays& rays,
+                                       const std::vector<int>& nodes) {
+    std::vector<DepthProfile> sorted;
+    for (const int node : nodes) {
+        const auto i = static_cast<std::size_t>(node);
+        sorted.push_back(SortByDepth(project, rays.elements[i], rays.inward[i]));
+    }
+    return sorted;
+}
+
+void AddProfileTime(const OpenedProject& project, const std::vector<DepthProfile>& sorted,
+                    DepthProfiles& profiles) {
+    const bool first = profiles.temperatures.empty();
+    std::vector<float>& temperatures = profiles.temperatures.emplace_back();
+    std::vector<double> values;
+    for (const DepthProfile& profile : sorted) {
+        const DepthProfile samples = MergeProfile(project, profile, values);
+        temperatures.insert(temperatures.end(), values.begin() + 1, values.end());
+        if (first) {
+            profiles.counts.push_back(samples.Count());
+            profiles.depths.insert(profiles.depths.end(), samples.depths.begin() + 1, samples.depths.end());
+        }
+    }
+}
+
+}  // namespace
+
+bool HasProfile(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays,
+                std::size_t i) {
+    return rays.elements[i].size() >= 2 && IsPartNode(project.Job(), surface.nodes[i]);
+}
+
+bool FreezeHistory::Freezes() const {
+    return std::isfinite(freezeTemperature);
+}
+
+PartMeasure MeasurePart(const OpenedProject& project) {
+    kernel::MeshData mesh = kernel::ReadMeshFile(project.MeshFile());
+    std::vector<double> volumes;
+    kernel::TurnNegativeCells(mesh, volumes);
+    PartMeasure measure;
+    measure.faceAreas = PartFaceAreas(project.Job(), mesh);
+    measure.cellVolumes.push_back(0.0);
+    for (std::size_t cell = 0; cell < volumes.size(); ++cell) {
+        measure.cellVolumes.push_back(mesh.regions[cell] == 0 ? volumes[cell] : 0.0);
+    }
+    return measure;
+}
+
+FreezeHistory ReadFreezeHistory(OpenedProject& project, const ResultSeries& series, const Surface& surface,
+                                const SurfaceRays& rays, DepthProfiles& profiles) {
+    FreezeHistory history;
+    history.freezeTemperature = project.FreezeTemperature().value_or(kNothing);
+    const PartMeasure measure = MeasurePart(project);
+    const std::vector<DepthProfile> sorted = SortProfiles(project, rays, profiles.nodes);
+    for (const SeriesTime& time : series.times) {
+        project.LoadTemperatures(time.stageFile);
+        history.hottest.push_back(HottestAlongRays(project, surface, rays));
+        const FrozenLayerJob& job = project.Job();
+        history.frozenVolume.push_back(
+            ShareBelow(measure.cellVolumes, job.m_pCellData[0].get(), history.freezeTemperature));
+        history.frozenSurface.push_back(
+            ShareBelow(measure.faceAreas, job.m_pSurfData[0].get(), history.freezeTemperature));
+        AddProfileTime(project, sorted, profiles);
+    }
+    SettleFreezing(series, history);
+    return history;
+}
+
+std::optional<double> FirstTimeBelow(const std::vector<double>& times, const std::vector<double>& values,
+                                     double limit) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (!(values[i] < limit)) {
+            continue;
+        }
+        if (i == 0) {
+            return times[0];
+        }
+        const double share = (values[i - 1] - limit) / (values[i - 1] - values[i]);
+        return times[i - 1] + share * (times[i] - times[i - 1]);
+    }
+    return std::nullopt;
+}
+
+}  // namespace qnl::series

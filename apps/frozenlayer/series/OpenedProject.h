@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "context/FrozenLayerJob.h"
+#include "kernel/MeshKernelState.h"
+#include "profile/PassElementMesh.h"
+#include "series/ResultSeries.h"
+
+namespace qnl::series {
+
+/// The mesh and the material of a stage of a project, opened to look at its results, and the temperatures of
+/// its output times as the corrected mode reads them.
+class OpenedProject {
+public:
+    /// Raises InputProblem when the run file, the mesh or the material of the series' project is missing or
+    /// cannot be used.
+    explicit OpenedProject(const ResultSeries& series);
+
+    const kernel::KernelMesh& Mesh() const { return job_->m_pOptKer->m_pState->mesh; }
+    const FrozenLayerJob& Job() const { return *job_; }
+    const std::string& MeshFile() const { return meshFile_; }
+    const std::string& MaterialFile() const { return materialFile_; }
+
+    /// degC; none for a material that does not freeze at one temperature.
+    std::optional<double> FreezeTemperature() const;
+    /// False for stages without temperatures.
+    bool HasTemperatures() const { return job_->m_bHasWarp == 0; }
+
+    /// Reads the temperatures of one output time and carries them to faces and cells. Raises InputProblem
+    /// when the stage file cannot be used.
+    void LoadTemperatures(const std::string& stageFile);
+    /// Temperatures of the last output time read, degC.
+    profile::PassElementField Temperatures() const;
+    profile::PassElementMesh Elements() const { return {job_->p_Surfce, job_->p_Cell, {job_->m_nSurfaces}}; }
+
+private:
+    void OpenMaterial();
+    void OpenMesh();
+
+    std::string meshFile_;
+    std::string materialFile_;
+    std::unique_ptr<FrozenLayerJob> job_;
+};
+
+}  // namespace qnl::series

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "project/OutputTime.h"
+#include "project/ProjectPaths.h"
+
+namespace qnl::series {
+
+/// One output time of a series, Windows-style paths.
+struct SeriesTime {
+    project::OutputTime time;
+    std::string stageFile;
+    std::string resultFile;
+    double axis = 0.0;  ///< place on the axis of the series: s, or the position from 1
+};
+
+/// The frozen-layer results of one stage of one run, in the order of time.
+struct ResultSeries {
+    project::StageFile base;  ///< stage file of the base time; it need not be there
+    std::vector<SeriesTime> times;
+    bool realTimes =
+        false;  ///< every stage file tells its time; else intermediate times come first, by index
+    bool smoothedNormals = false;  ///< the run smoothed the normals that it looked along
+
+    const char* AxisName() const { return realTimes ? "Time" : "Output index"; }
+    const char* AxisUnit() const { return realTimes ? "s" : ""; }
+};
+
+/// Words that stand for a series. One word: a project folder (its latest run, the first stage that has
+/// results), or a result or stage file, which stands for all times of its series. Several words: files of one
+/// series, which stand for exactly those times.
+struct SeriesWords {
+    std::vector<std::string> words;
+    bool onlyThese = false;  ///< a single file stands for its own time only
+};
+
+/// The series that the words stand for. Raises InputProblem.
+ResultSeries FindResultSeries(const SeriesWords& named);
+
+/// Options of a command for people that takes such words.
+inline constexpr const char* kSeriesHelp =
+    "Frozen-layer result (.fzr, .pzr, .czr, .hczr, .wzr), which stands for all output times beside it; "
+    "several "
+    "of them for just those times; or a project folder: its latest run, the first stage with results";
+
+}  // namespace qnl::series

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+#include "kernel/mesh/MeshData.h"
+#include "kernel/mesh/PointMath.h"
+
+namespace qnl::kernel {
+
+using Tetra = std::array<Point, 4>;
+using Triangle = std::array<Point, 3>;
+
+/// Faces of a tetra of positive volume, outward.
+inline constexpr std::array<std::array<std::size_t, 3>, 4> kTetraFaces{
+    {{0, 2, 1}, {0, 1, 3}, {1, 2, 3}, {0, 3, 2}}};
+
+/// Position in kTetraFaces of the face opposite to a corner.
+inline constexpr std::array<std::size_t, 4> kFaceOpposite{2, 3, 1, 0};
+
+/// Six times the volume; positive when corner 3 lies on the side of the first three from which they run
+/// counterclockwise.
+inline double SixVolumes(const Tetra& t) {
+    return Dot(Cross(Minus(t[1], t[0]), Minus(t[2], t[0])), Minus(t[3], t[0]));
+}
+
+/// A closed interval of the ray parameter; empty when low > high.
+struct Span {
+    double low;
+    double high;
+};
+
+/// A ray with a frame across it, in which it is a point.
+struct Ray {
+    /// `unit` must have length 1.
+    Ray(const Point& from, const Point& unit);
+
+    Point origin;
+    Point direction;
+    Point across;  ///< with `aside` and the direction an orthonormal frame
+    Point aside;
+};
+
+/// Seen along the ray: position across it, and the depth along it, both from the origin.
+struct Seen {
+    double u;
+    double v;
+    double depth;
+};
+
+inline Seen LookAt(const Ray& ray, const Point& place) {
+    const Point offset = Minus(place, ray.origin);
+    return {Dot(offset, ray.across), Dot(offset, ray.aside), Dot(offset, ray.direction)};
+}
+
+/// How a line seen end on passes an edge: positive when the edge runs counterclockwise around it.
+inline double SideOf(const Seen& p, const Seen& q) {
+    return p.u * q.v - p.v * q.u;
+}
+
+/// What `SideOf` must exceed for the line to be farther than `margin` from the edge's line; a bound that
+/// needs no root.
+inline double SideSlack(const Seen& p, const Seen& q, double margin) {
+    return margin * (std::fabs(p.u - q.u) + std::fabs(p.v - q.v) + margin);
+}
+
+/// Parameters at which the ray is inside a tetra of positive volume whose planes are moved outward by
+/// `margin`. Empty for a tetra with a face of zero area.
+Span ClipTetra(const Tetra& tetra, const Point& origin, const Point& direction, double margin);
+
+/// The same for a tetra of any orientation.
+Span ClipAnyTetra(Tetra tetra, const Point& origin, const Point& direction, double margin);
+
+/// False only when no point of the triangle, as seen along the ray, is nearer to it than `margin`.
+bool MayMeet(const Seen& a, const Seen& b, const Seen& c, double margin);
+
+/// How far a point of the triangle can get when its edges are moved outward by `margin`: at most
+/// margin L / r, L the longest edge and r the inner radius. 0 for a triangle of zero area.
+double EdgeOvershoot(const Triangle& triangle, double margin);
+
+/// Where a ray meets a triangle.
+struct TriangleHit {
+    bool crossed;         ///< `depth` holds
+    double depth;         ///< parameter of the point in the triangle's plane
+    bool containsOrigin;  ///< the origin is within the margin of the plane and of the three edges
+};
+
+/// Tests a triangle with its three edges moved outward in its plane by `margin`. Within
+/// |normal . direction| <= 1e-6 the ray is parallel and the triangle not crossed. A triangle of zero area
+/// is neither crossed nor contains anything.
+TriangleHit HitTriangle(const Triangle& triangle, const Ray& ray, double margin);
+
+}  // namespace qnl::kernel

@@ -1,1 +1,0 @@
-#include "support/scripted_kernel_definitions.h"
