@@ -1,57 +1,146 @@
 #!/usr/bin/env python3
-"""Checks which folder includes which: src/ sees only itself and include/platform, include/platform sees only
-itself, and the folders of src/ depend on each other in one direction."""
+"""Checks that the rooms depend on each other in one direction only, and that namespaces follow the folders.
+
+A room is a folder that ROOMS names; it may include itself and the rooms listed beside it. There are no exceptions. Every
+name of ours stands in a namespace that follows its folder: qnl for what everybody uses, qnl::<room> elsewhere.
+"""
 import pathlib
 import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
-# What each folder of src/ may include besides its own headers and the job context.
-CONTEXT = {"job/FrozenLayerJob.h", "job/Messages.h", "job/WindowsPath.h", "job/RunOptions.h", "job/OneBased.h", "job/OwnedArray.h",
-           "job/Assert.h", "job/TokenReader.h", "job/FixedText.h", "job/RelaxedValue.h", "output/OutputItem.h",
-           "profile/CSurfNodeSearch.h"}
-ALLOWED = {
-    "mesh": set(),
-    "input": {"mesh"},
-    "profile": {"mesh"},
-    "output": set(),
-    "probe": {"mesh", "profile"},
-    "frozen": {"mesh", "profile", "probe", "output"},
-    "job": {"mesh", "input", "profile", "frozen", "output", "probe"},
+# What everybody may use, in every tree.
+BASE = ["include/platform", "src/base"]
+# Room: the rooms it may include besides itself and BASE. A room that stands below another is listed first.
+ROOMS = {
+    "include/platform": [],
+    "src/base": [],
+    "src/context": [],
+    "src/mesh": ["src/context"],
+    "src/input": ["src/context", "src/mesh"],
+    "src/profile/kernels": ["src/context", "src/mesh"],
+    "src/profile/search": ["src/context", "src/mesh"],
+    "src/profile": ["src/context", "src/mesh", "src/profile/kernels", "src/profile/search"],
+    "src/output": ["src/context"],
+    "src/probe": ["src/context", "src/mesh", "src/profile", "src/profile/kernels", "src/profile/search"],
+    "src/frozen": ["src/context", "src/mesh", "src/profile", "src/profile/search", "src/output", "src/probe"],
+    "src/job": ["src/context", "src/mesh", "src/input", "src/profile/search", "src/frozen"],
+    "platform/host": [],
+    "platform/hdf5": ["platform/host"],
+    "platform/log": [],
+    "platform/material": [],
+    "platform/results": ["platform/hdf5"],
+    "platform/kernel/mesh": ["platform/hdf5"],
+    "platform/kernel/topology": ["platform/kernel/mesh"],
+    "platform/kernel/boxes": ["platform/kernel/mesh"],
+    "platform/kernel/rays": ["platform/kernel/mesh", "platform/kernel/topology", "platform/kernel/boxes"],
+    "platform/kernel": ["platform/kernel/mesh", "platform/kernel/topology", "platform/kernel/boxes", "platform/kernel/rays"],
+    "platform/thickness": ["platform/kernel/mesh", "platform/kernel/topology", "platform/kernel/rays", "platform/kernel",
+                           "platform/results"],
+    "interop": ["platform/host", "platform/kernel/mesh"],
+    "apps/demo": ["platform/kernel/mesh", "platform/results", "platform/material"],
+    "apps/launcher": ["src/context", "src/input", "src/job"],
+    "apps/frozenlayer/text": [],
+    "apps/frozenlayer/project": ["apps/frozenlayer/text", "src/input", "src/job", "platform/hdf5", "platform/results"],
+    "apps/frozenlayer/series": ["apps/frozenlayer/text", "apps/frozenlayer/project", "src/context", "src/mesh", "src/input",
+                                "src/profile", "src/profile/kernels", "src/frozen", "src/job", "platform/results",
+                                "platform/kernel", "platform/kernel/mesh", "platform/kernel/topology"],
+    "apps/frozenlayer/page": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series", "platform/host"],
+    "apps/frozenlayer/exports": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series",
+                                 "platform/hdf5"],
+    "apps/frozenlayer/info": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series",
+                              "platform/results"],
+    "apps/frozenlayer/imports": ["apps/frozenlayer/text", "apps/frozenlayer/project", "interop", "platform/hdf5",
+                                 "platform/results", "platform/material", "platform/kernel/mesh"],
+    "apps/frozenlayer/runs": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series", "src/context",
+                              "src/input", "platform/results"],
+    "apps/frozenlayer/profiles": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series",
+                                  "apps/frozenlayer/exports"],
+    "apps/frozenlayer/commands": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series",
+                                  "apps/frozenlayer/page", "apps/frozenlayer/exports", "apps/frozenlayer/info",
+                                  "apps/frozenlayer/imports", "apps/frozenlayer/runs", "apps/frozenlayer/profiles", "apps/demo",
+                                  "src/job", "platform/host"],
+    "apps/frozenlayer": ["apps/frozenlayer/commands", "platform/host"],
 }
+# Where an include is looked for, as the build does.
+ROOTS = ["include", "src", "platform", "apps/frozenlayer", "apps", "."]
+# Namespaces that are not qnl::<last folder>: what everybody uses, and rooms that share their parent's.
+NAMESPACES = {
+    "include/platform": "qnl", "src/base": "qnl", "src/context": "qnl",
+    "src/profile/kernels": "qnl::profile", "src/profile/search": "qnl::profile",
+    "platform/kernel/mesh": "qnl::kernel", "platform/kernel/topology": "qnl::kernel",
+    "platform/kernel/boxes": "qnl::kernel", "platform/kernel/rays": "qnl::kernel",
+}
+# Sources of platform/host define what include/platform declares.
+DECLARED_ABOVE = {"platform/host": "qnl"}
+
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.M)
+NAMESPACE = re.compile(r"^namespace (qnl[\w:]*) \{$", re.M)
 
 
-def includes(path):
-    return INCLUDE.findall(path.read_text(encoding="utf-8"))
+def room_of(path):
+    """The innermost room that holds a file, or None."""
+    folder = path.relative_to(ROOT).parent
+    return next((str(place) for place in [folder, *folder.parents] if str(place) in ROOMS), None)
 
 
-def check_src():
-    for path in sorted((ROOT / "src").rglob("*")):
-        if path.suffix not in (".h", ".cpp"):
-            continue
-        own = path.relative_to(ROOT / "src").parts[0]
-        for header in includes(path):
-            folder = header.split("/")[0]
-            fine = (header in CONTEXT or folder == own or folder in ALLOWED[own] or
-                    (folder == "platform" and (ROOT / "include" / header).is_file()))
-            if not fine:
-                yield f"{path.relative_to(ROOT)} includes \"{header}\""
+def target_of(source, header):
+    for root in ROOTS:
+        path = (ROOT / root / header).resolve()
+        if path.is_file():
+            return path
+    beside = source.parent / header
+    return beside if beside.is_file() else None
 
 
-def check_platform_declarations():
-    for path in sorted((ROOT / "include").rglob("*.h")):
-        for header in includes(path):
-            if not (ROOT / "include" / header).is_file():
-                yield f"{path.relative_to(ROOT)} includes \"{header}\""
+def check_includes(path, room):
+    for header in INCLUDE.findall(path.read_text(encoding="utf-8")):
+        target = target_of(path, header)
+        if target is None:
+            yield f'includes "{header}", which does not exist'
+        elif room_of(target) not in {room, *BASE, *ROOMS[room]}:
+            yield f'includes "{header}" of {room_of(target)}'
+
+
+def check_namespaces(path, room):
+    expected = {NAMESPACES.get(room, f"qnl::{pathlib.PurePath(room).name}"), DECLARED_ABOVE.get(room)}
+    for name in NAMESPACE.findall(path.read_text(encoding="utf-8")):
+        if not any(allowed and (name + "::").startswith(allowed + "::") for allowed in expected - {"qnl"}) and name not in expected:
+            forward = not path.suffix == ".cpp" and room in ("include/platform", "src/context")
+            if not forward:
+                yield f"namespace {name} in {room}"
+
+
+def check_order():
+    """Rooms may only name rooms listed above them, so that there is no way round."""
+    seen = set(BASE)
+    for room, others in ROOMS.items():
+        for other in others:
+            if other not in seen:
+                yield f"{room} is listed before {other}"
+        seen.add(room)
+
+
+def sources():
+    for tree in ("include", "src", "platform", "interop", "apps"):
+        for path in sorted((ROOT / tree).rglob("*")):
+            if path.suffix in (".h", ".cpp"):
+                yield path
 
 
 def main():
-    faults = list(check_src()) + list(check_platform_declarations())
+    faults = list(check_order())
+    for path in sources():
+        room = room_of(path)
+        if room is None:
+            faults.append(f"{path.relative_to(ROOT)} stands in no room")
+            continue
+        found = list(check_includes(path, room)) + list(check_namespaces(path, room))
+        faults += [f"{path.relative_to(ROOT)}: {fault}" for fault in found]
     for fault in faults:
         print(f"layer broken: {fault}")
-    print(f"layers: {len(faults)} faults")
+    print(f"layers: {len(ROOMS)} rooms, {len(faults)} faults")
     return 1 if faults else 0
 
 

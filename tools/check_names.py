@@ -6,7 +6,7 @@ import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-HEADERS = ["src/job/FrozenLayerJob.h", "include/platform/CQNLOptKer.h"]
+HEADERS = ["src/context/FrozenLayerJob.h", "include/platform/CQNLOptKer.h"]
 MEMBER = re.compile(r"\b([mp]_[A-Za-z0-9]+)(?:\[\d+\])?\s*(?:=[^;]*|\{[^;]*\})?;")
 CODE = re.compile(r"`([mp]_[A-Za-z0-9]+)`")
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "kernel/rays/RayGeometry.h"
+#include "kernel/mesh/TetraGeometry.h"
 
 namespace qnl::kernel {
 namespace {
