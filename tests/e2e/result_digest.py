@@ -6,8 +6,9 @@ QNL3DFROZENLAYER and FROZENLAYER name the two programs, QNL_EXAMPLES the example
 
     result_digest.py --out before.txt        result_digest.py --compare before.txt
 
-Every project is run at each number of threads with a fresh and with the stored search, and once silently; all must
-write the same. Logs, which hold times, stay out. Exit status: 0; 1 if runs or lists differ.
+Every project is run at each number of threads with a fresh and with the stored search, and once silently (but for log
+level 2, which changes results); all must write the same. Logs, which hold times, stay out. Exit status: 0; 1 if runs
+or lists differ.
 
 A line holds the digest, the program's exit status, the number of files (or texts), and the name; the last line is the
 digest of all others.
@@ -30,8 +31,10 @@ TIMES = ((re.compile(r"\S+ seconds\b"), "# seconds"), (re.compile(r"(evaluated i
 ALL = "all"
 # Waiting threads that spin would slow a busy machine down.
 ENVIRONMENT = {**os.environ, "OMP_WAIT_POLICY": "passive"}
-# What it is -> (files of an earlier run that stay, messages); the last one at the first number of threads only.
+# What it is -> (files of an earlier run that stay, messages)
 PASSES = {"fresh search": ((), True), "stored search": ((".sur", ".thk"), True), "silent": ((".sur", ".thk"), False)}
+REPEATED_PASSES = ("fresh search", "stored search")
+DIAGNOSTICS = 2  # from this log level on the flake intensity stands in place of the average temperature
 
 
 def digest_of_files(files):
@@ -148,7 +151,7 @@ class Digest:
         name = f"{project.name} | {mode}"
         first = None
         for threads in [1] if project.single_thread else self.threads:
-            passes = PASSES if first is None else list(PASSES)[:2]
+            passes = PASSES if first is None and project.log_level < DIAGNOSTICS else REPEATED_PASSES
             outcomes = [self._run(work, project, mode, threads, *PASSES[what]) for what in passes]
             if first is None:
                 first = outcomes[0]
