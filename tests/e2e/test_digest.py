@@ -1,0 +1,144 @@
+"""The digest of all result files: the same at 1, 2 and 8 threads, and blind to nothing."""
+
+import os
+import pathlib
+import shlex
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import result_digest
+from digest_projects import SHORT, Programs, all_projects, short_projects
+from result_digest import Digest, compare, digest_of_files, masked, parse
+
+SCRIPT = pathlib.Path(result_digest.__file__)
+# Runs the true program, then changes one bit of the result file if the wanted words follow each other in those
+# after "--".
+FALSE_PROGRAM = """import pathlib, subprocess, sys
+split = sys.argv.index("--")
+program, wanted, words = sys.argv[1], sys.argv[2:split], sys.argv[split + 1:]
+status = subprocess.run([program, *words]).returncode
+if ' '.join(wanted) in ' '.join(words):
+    path = pathlib.Path(words[1]).with_suffix(".fzr")
+    content = bytearray(path.read_bytes())
+    content[len(content) // 2] ^= 1
+    path.write_bytes(content)
+sys.exit(status)
+"""
+
+
+def true_programs():
+    return result_digest.programs_of_environment(os.environ)
+
+
+def project_named(name):
+    return next(project for project in all_projects() if project.name == name)
+
+
+class SameBytes(unittest.TestCase):
+    def test_threads_and_stored_search(self):
+        digest = Digest(true_programs(), [1, 2, 8], with_texts=True)
+        for project in short_projects():
+            digest.add_project(project)
+        self.assertEqual(digest.differences, [])
+        empty = [name for name, value in digest.lines.items() if value.endswith(" 0")]
+        self.assertEqual(empty, [])
+        self.assertEqual(len({project.name for project in short_projects()}), len(SHORT))
+
+
+class ChangedByte(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="digest-test-")
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def false_programs(self, *wanted):
+        """Programs of which `frozenlayer` writes one bit wrongly in runs with the wanted words."""
+        code, script = self.folder / "false.py", self.folder / "frozenlayer"
+        code.write_text(FALSE_PROGRAM, encoding="utf-8")
+        true = true_programs()
+        words = shlex.join([sys.executable, str(code), true.people, *wanted])
+        script.write_text(f'#!/bin/sh\nexec {words} -- "$@"\n', encoding="utf-8")
+        script.chmod(script.stat().st_mode | stat.S_IXUSR)
+        return Programs(true.console, str(script))
+
+    def digest(self, programs):
+        digest = Digest(programs, [1, 2])
+        digest.add_project(project_named("flow code 6"))
+        return digest
+
+    def test_between_programs(self):
+        lists = [self.digest(programs).text() for programs in (true_programs(), self.false_programs())]
+        self.assertEqual(compare(*lists, whole=True), ["differs: flow code 6 | frozenlayer run"])
+        self.assertNotEqual(parse(lists[0])["all"], parse(lists[1])["all"])
+
+    def test_between_threads(self):
+        differences = self.digest(self.false_programs("--threads", "2")).differences
+        told = "flow code 6 | frozenlayer run, 2 threads, {}: differs from the first run: project/Analysis/Run1/part1.fzr"
+        self.assertEqual(differences, [told.format(what) for what in ("fresh search", "stored search")])
+
+    def test_when_silent(self):
+        differences = self.digest(self.false_programs("--log-level", "0")).differences
+        self.assertEqual(len(differences), 1)
+        self.assertIn("1 threads, silent: differs", differences[0])
+
+
+class Lists(unittest.TestCase):
+    def test_every_part_of_a_file_counts(self):
+        files = {"a": b"12", "b": b""}
+        others = ({"a": b"13", "b": b""}, {"a": b"12"}, {"a": b"1", "b": b"2"}, {"a": b"12", "c": b""})
+        self.assertEqual(len({digest_of_files(f) for f in (files, *others)}), 5)
+        self.assertEqual(digest_of_files(files), digest_of_files(dict(reversed(files.items()))))
+
+    def test_only_times_are_masked(self):
+        text = "ReadMeshData Time: {} seconds\nOutput time 3 s (1 of 1): {} evaluated in {} s\nMax=1.5\n"
+        one, two = text.format("2e-05", "7 nodes", "0.1"), text.format("1.25", "7 nodes", "12")
+        self.assertEqual(masked(one), masked(two))
+        for other in (one.replace("7", "8"), one.replace("3 s", "4 s"), one.replace("1.5", "1.6")):
+            self.assertNotEqual(masked(one), masked(other))
+
+    def test_comparison_names_what_differs(self):
+        earlier = "1 1 2 a | m\n2 1 2 b | m\n3 1 2 c | m\n9 - 3 all\n"
+        now = "1 1 2 a | m\n2 0 2 b | m\n4 1 2 d | m\n8 - 3 all\n"
+        told = ["differs: b | m", "only in the earlier list: c | m", "not in the earlier list: d | m"]
+        self.assertEqual(compare(earlier, now, whole=True), told)
+        self.assertEqual(compare(earlier, now, whole=False), [told[0], told[2]])
+        self.assertEqual(compare(earlier, earlier, whole=True), [])
+
+
+class Script(unittest.TestCase):
+    def start(self, *words, **variables):
+        return subprocess.run([sys.executable, str(SCRIPT), "--only", "heating-cooling", "--threads", "1", *words],
+                              capture_output=True, encoding="utf-8", env={**os.environ, **variables}, check=False)
+
+    def test_list_and_comparison(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = pathlib.Path(folder) / "list.txt"
+            done = self.start("--short", "--out", str(path))
+            self.assertEqual((done.returncode, path.read_text(encoding="utf-8")), (0, done.stdout), done.stderr)
+            again = self.start("--short", "--compare", str(path))
+            self.assertEqual((again.returncode, again.stdout), (0, done.stdout), again.stderr)
+            digest = done.stdout[:64]
+            path.write_text(done.stdout.replace(digest, digest[::-1], 1), encoding="utf-8")
+            other = self.start("--short", "--compare", str(path))
+            self.assertEqual(other.returncode, 1)
+            self.assertIn("differs: heating-cooling | launcher, classic\n", other.stderr)
+
+    def test_refusals(self):
+        missing = self.start(FROZENLAYER="/nowhere")
+        self.assertIn("FROZENLAYER: the path of a program is expected", missing.stderr)
+        self.assertNotEqual(missing.returncode, 0)
+        self.assertIn("name 1 first in --threads", self.start("--texts", "--threads", "2,1").stderr)
+        self.assertIn("no project's name contains 'cool of'", self.start("--only", "cool of").stderr)
+        self.assertIn("/nowhere cannot be read", self.start("--compare", "/nowhere").stderr)
+        for text in ("no list\n", "", "9 - 1 all\nx"):
+            with self.subTest(text), tempfile.NamedTemporaryFile("w", suffix=".txt") as file:
+                file.write(text)
+                file.flush()
+                self.assertIn(f"{file.name} is no list of this script", self.start("--compare", file.name).stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
