@@ -165,7 +165,7 @@ void RayWalker::VisitOther(RaySlot& slot, const Ray& ray, int cell) const {
         seen[c] = LookAt(ray, topology_.Place(corners[c]));
     }
     for (std::size_t f = 0; f < static_cast<std::size_t>(shape.faces); ++f) {
-        const FaceTriangles triangles = SplitFace(topology_, cell, f);
+        const CornerTriangles triangles = SplitFace(topology_, cell, f);
         for (std::size_t t = 0; t < triangles.count && neighbours[f] >= 0; ++t) {
             const Seen& a = seen[shape.face[f][triangles.corner[t][0]]];
             const Seen& b = seen[shape.face[f][triangles.corner[t][1]]];

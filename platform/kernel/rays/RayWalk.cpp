@@ -113,7 +113,7 @@ void RayWalker::IndexHazards(const RayHazards& hazards) {
 }
 
 void RayWalker::AddBoundaryFace(int cell, std::size_t face, std::vector<Box>& boxes) {
-    const FaceTriangles triangles = SplitFace(topology_, cell, face);
+    const CornerTriangles triangles = SplitFace(topology_, cell, face);
     Box box = Box::Nothing();
     double overshoot = 0.0;
     for (std::size_t t = 0; t < triangles.count; ++t) {
@@ -247,7 +247,7 @@ void RayWalker::TestFace(RaySlot& slot, const Ray& ray, const OwnedFace& face) c
         slot.faceHits.push_back({-1.0, id, true});
         return;
     }
-    const FaceTriangles triangles = SplitFace(topology_, face.cell, face.localFace);
+    const CornerTriangles triangles = SplitFace(topology_, face.cell, face.localFace);
     for (std::size_t t = 0; t < triangles.count; ++t) {
         const Triangle triangle = TriangleOf(face.cell, face.localFace, triangles.corner[t]);
         const bool near = MayMeet(LookAt(ray, triangle[0]), LookAt(ray, triangle[1]),

@@ -75,7 +75,8 @@ TEST_P(SingleCellSizes, AreThoseComputedByHand) {
 
 TEST_P(SingleCellSizes, FacesPointOutward) {
     const MeshData mesh = SingleCell(GetParam().type);
-    const qnl::kernel::Point middle = qnl::kernel::CornerAverage(mesh, mesh.Corners(0), mesh.Nodes());
+    const qnl::kernel::Point middle = qnl::kernel::CornerAverage(
+        mesh.Nodes(), [&](int c) { return mesh.points[static_cast<std::size_t>(mesh.Corners(0)[c])]; });
     for (const BoundaryFace& face : AllFaces(mesh)) {
         const auto point = [&](std::size_t c) {
             return mesh.points[static_cast<std::size_t>(face.nodes[c])];
