@@ -100,6 +100,7 @@ void RayWalker::Touch(RaySlot& slot, int cell, const Span& span) const {
         return;
     }
     slot.touched.push_back({span, cell});
+    slot.holdsOrigin = slot.holdsOrigin || (span.low <= 0.0 && span.high >= 0.0);
     if (span.low <= slot.reached + scale_.epsilon) {
         slot.reached = std::max(slot.reached, span.high);
     } else {
@@ -143,7 +144,7 @@ void RayWalker::VisitTetra(RaySlot& slot, const Ray& ray, int cell) const {
                 front.side[i] = SideOf(seen[at[i]], seen[at[(i + 1) % 3]]);
             }
             const double depth = front.Depth();
-            if (depth >= 0.0 && depth <= slot.reached) {
+            if (slot.holdsOrigin && depth >= 0.0 && depth <= slot.reached) {
                 FollowFronts(slot, ray, neighbours[f], front);
                 continue;
             }

@@ -176,6 +176,8 @@ int* RayWalker::Find(int& count, const Point& origin, const Point& direction, in
         if (Trace(own, ray) && CollectCells(own)) {
             CollectFaces(own);
             SortAscending(own.ids, own.sorting);
+        } else {
+            own.ids.clear();
         }
     }
     own.ids.reserve(1);
@@ -202,6 +204,7 @@ bool RayWalker::Trace(RaySlot& slot, const Ray& ray) {
     slot.detached.clear();
     slot.endings.clear();
     slot.reached = 0.0;
+    slot.holdsOrigin = false;
     slot.startNode = -1;
     PushOrigin(slot, ray);
     do {
@@ -309,12 +312,12 @@ bool RayWalker::ResumeWaiting(RaySlot& slot) const {
 
 // The joined spans begin at the origin when one of them contains it, or when the gap around it closes.
 bool RayWalker::ContainsOrigin(const RaySlot& slot) const {
+    if (slot.holdsOrigin) {
+        return true;
+    }
     double before = -2.0 * scale_.epsilon;
     double after = 2.0 * scale_.epsilon;
     for (const RaySlot::Touched& touched : slot.touched) {
-        if (touched.span.low <= 0.0 && touched.span.high >= 0.0) {
-            return true;
-        }
         if (touched.span.high < 0.0) {
             before = std::max(before, touched.span.high);
         } else {

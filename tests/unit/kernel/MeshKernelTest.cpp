@@ -10,7 +10,7 @@
 #include "platform/CQNLOptKer.h"
 #include "platform/Faults.h"
 #include "support/MeshBuilder.h"
-#include "support/TempFolder.h"
+#include "support/ScratchFolder.h"
 #include "unit/kernel/RawMeshFile.h"
 
 namespace {
@@ -59,8 +59,8 @@ protected:
         }
         return ids;
     }
-    TempFolder folder_;
-    std::string path_ = folder_.Path("mesh.hdf");
+    ScratchFolder folder_;
+    std::string path_ = folder_.File("mesh.hdf");
     CQNLOptKer kernel_;
 };
 
@@ -227,7 +227,7 @@ TEST_F(MeshKernel, RefusesUnusableMeshesAndFillsNothing) {
 
 TEST_F(MeshKernel, AFailedReadKeepsTheEarlierMesh) {
     Load(qnl::testing::SingleCell(CellType::Hexa));
-    EXPECT_LT(ReadAloud(kernel_, folder_.Path("none.hdf")).first, 0);
+    EXPECT_LT(ReadAloud(kernel_, folder_.File("none.hdf")).first, 0);
     EXPECT_EQ(kernel_.m_nNodes, 8);
     EXPECT_EQ(kernel_.p_Node[7].x, 1.0);
 }

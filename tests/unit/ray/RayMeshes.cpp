@@ -265,6 +265,11 @@ std::vector<NamedMesh> AwkwardBodies() {
     return meshes;
 }
 
+kernel::MeshData TwoBlocks(int fill, double gap) {
+    const Fill chosen = kFills[fill].fill;
+    return Pair(Block(chosen, {0, 0, 0}, {2, 1, 1}), Block(chosen, {0, 0, 1.0 + gap}, {2, 1, 1}));
+}
+
 kernel::MeshData LargerPlate(double jiggle) {
     BoxMesh box;
     box.blocks = {18, 14, 5};
