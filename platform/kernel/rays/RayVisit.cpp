@@ -101,7 +101,7 @@ void RayWalker::Touch(RaySlot& slot, int cell, const Span& span) const {
     }
     slot.touched.push_back({span, cell});
     slot.holdsOrigin = slot.holdsOrigin || (span.low <= 0.0 && span.high >= 0.0);
-    if (span.low <= slot.reached + scale_.epsilon) {
+    if (Connects(slot, span)) {
         slot.reached = std::max(slot.reached, span.high);
     } else {
         slot.detached.push_back(span);
@@ -137,14 +137,15 @@ void RayWalker::VisitTetra(RaySlot& slot, const Ray& ray, int cell) const {
             continue;
         }
         const auto& at = kTetraFaces[f];
-        if (LeavesInside(sides, kFaceEdges[f])) {
+        // Cells met on the short cut have no touched span: one of another cell must contain the origin.
+        if (slot.holdsOrigin && LeavesInside(sides, kFaceEdges[f])) {
             Front front;
             for (std::size_t i = 0; i < 3; ++i) {
                 front.Set(i, corners[at[i]], seen[at[i]]);
                 front.side[i] = SideOf(seen[at[i]], seen[at[(i + 1) % 3]]);
             }
             const double depth = front.Depth();
-            if (slot.holdsOrigin && depth >= 0.0 && depth <= slot.reached) {
+            if (depth >= 0.0 && depth <= slot.reached) {
                 FollowFronts(slot, ray, neighbours[f], front);
                 continue;
             }

@@ -4,10 +4,10 @@
 #include <cmath>
 #include <random>
 
+#include "base/Vector3.h"
 #include "kernel/mesh/CellTetras.h"
 #include "kernel/mesh/EntityRecords.h"
 #include "kernel/mesh/NodeNormals.h"
-#include "kernel/mesh/PointMath.h"
 #include "kernel/topology/BoundaryGraph.h"
 #include "support/MeshBuilder.h"
 
@@ -83,7 +83,7 @@ Point BoxNormal(const Point& point) {
     for (std::size_t a = 0; a < 3; ++a) {
         direction[a] = point[a] == 0.0 ? -1.0 : (point[a] == 1.0 ? 1.0 : 0.0);
     }
-    const double length = qnl::kernel::Length(direction);
+    const double length = qnl::Length(direction);
     for (double& component : direction) {
         component = length == 0.0 ? 0.0 : OnGrid(component / length);
     }
@@ -116,7 +116,7 @@ TEST(Normals, TheTetraByHand) {
     const double along = pi / 3.0 / std::sqrt(3.0);
     const Point sum{along, along - pi / 4.0, along - pi / 4.0};
     for (std::size_t a = 0; a < 3; ++a) {
-        EXPECT_NEAR(normals[2][a], sum[a] / qnl::kernel::Length(sum), 6e-11);
+        EXPECT_NEAR(normals[2][a], sum[a] / qnl::Length(sum), 6e-11);
         EXPECT_EQ(normals[2][a], OnGrid(normals[2][a]));
     }
 }

@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "RayMeshes.h"
-#include "kernel/mesh/PointMath.h"
+#include "base/Vector3.h"
 #include "support/BruteRay.h"
 #include "support/MeshBuilder.h"
 
@@ -27,7 +27,7 @@ struct RayStart {
 };
 
 kernel::Point Unit(const kernel::Point& p) {
-    const double length = qnl::kernel::Length(p);
+    const double length = qnl::Length(p);
     return {p[0] / length, p[1] / length, p[2] / length};
 }
 
@@ -54,7 +54,7 @@ std::vector<RayStart> RaysThrough(const kernel::MeshData& mesh, const BruteRay& 
     for (const int node : nodes) {
         const kernel::Point& place = mesh.points[static_cast<std::size_t>(node)];
         const kernel::Point inward = brute.InwardDirection(node);
-        if (qnl::kernel::Length(inward) > 0.5) {
+        if (qnl::Length(inward) > 0.5) {
             rays.push_back({place, inward});
         }
         rays.push_back({place, random.Direction()});
@@ -64,7 +64,7 @@ std::vector<RayStart> RaysThrough(const kernel::MeshData& mesh, const BruteRay& 
         const kernel::Point& from = mesh.points[static_cast<std::size_t>(nodes[random.Index(nodes.size())])];
         const kernel::Point& to = mesh.points[random.Index(mesh.points.size())];
         if (from != to) {
-            rays.push_back({from, Unit(kernel::Minus(to, from))});
+            rays.push_back({from, Unit(Minus(to, from))});
         }
         const int* corners = mesh.Corners(static_cast<int>(random.Index(mesh.cellTypes.size())));
         kernel::Point inside{};
