@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "base/MortonOrder.h"
-#include "kernel/mesh/PointMath.h"
+#include "base/Vector3.h"
 #include "kernel/rays/RayWalk.h"
 #include "kernel/topology/FaceTopology.h"
 
@@ -148,10 +148,10 @@ std::vector<Start> Starts(const kernel::MeshData& mesh, const std::vector<kernel
     std::vector<kernel::Point> inward(mesh.points.size(), kernel::Point{});
     for (const kernel::BoundaryFace& face : boundary) {
         const auto at = [&](std::size_t c) { return mesh.points[static_cast<std::size_t>(face.nodes[c])]; };
-        const kernel::Point normal = Cross(kernel::Minus(at(1), at(0)), kernel::Minus(at(2), at(0)));
+        const kernel::Point normal = Cross(Minus(at(1), at(0)), Minus(at(2), at(0)));
         for (std::size_t c = 0; c < 3; ++c) {
             kernel::Point& sum = inward[static_cast<std::size_t>(face.nodes[c])];
-            sum = kernel::Minus(sum, normal);
+            sum = Minus(sum, normal);
         }
     }
     std::vector<Start> starts;

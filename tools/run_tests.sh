@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 tools/install_packages.sh build import test page
-gates=${QNL_GATES:-format checks tests address threads}
+gates=${QNL_GATES:-format checks odr tests address threads}
 
 gate() {
   [[ " $gates " == *" $1 "* ]] || return 1
@@ -34,6 +34,11 @@ if gate checks; then
   python3 tools/check_layers.py
   python3 tools/check_names.py
   python3 tools/check_conformance.py
+fi
+if gate odr; then
+  # Types and functions of one name and different content, which only the link of a whole program sees.
+  cmake --preset odr > /dev/null
+  cmake --build --preset odr | tail -n 1
 fi
 if gate address; then
   build asan

@@ -52,9 +52,9 @@ void Publish(KernelMesh& mesh, CQNLOptKer& kernel) {
     kernel.m_nNodes = static_cast<int>(mesh.nodes.size()) - 1;
     kernel.m_nSurfaces = static_cast<int>(mesh.faces.records.size()) - 1;
     kernel.m_nCells = static_cast<int>(mesh.cells.records.size()) - 1;
-    kernel.m_pIsPartNodeTemp = mesh.byLabel.isPart.data();
-    kernel.m_pNotRunnerNode = mesh.byLabel.nodeClass.data();
-    kernel.m_pNodeGlobalIdToLocal = mesh.byLabel.nodeIndex.data();
+    kernel.m_pIsPartNodeTemp = mesh.byLabel.isPart.Data();
+    kernel.m_pNotRunnerNode = mesh.byLabel.nodeClass.Data();
+    kernel.m_pNodeGlobalIdToLocal = mesh.byLabel.nodeIndex.Data();
     kernel.m_pIsRunnerCell = mesh.runnerCells.data();
     kernel.m_bUseNodeLabel = mesh.hasLabels ? 1 : 0;
     std::copy(mesh.box.begin(), mesh.box.end(), kernel.m_dBox);

@@ -1,5 +1,4 @@
 #include <cmath>
-#include <limits>
 #include <string>
 
 #include "kernel/MeshKernelState.h"
@@ -23,15 +22,9 @@ void CheckPart(const MeshData& mesh) {
     throw MeshFault("no cell of region 0 (part) among its " + std::to_string(mesh.Cells()) + " cells");
 }
 
-void CheckBoundary(const MeshData& mesh, const std::vector<BoundaryFace>& boundary) {
+void CheckBoundary(const std::vector<BoundaryFace>& boundary) {
     if (boundary.empty()) {
         throw MeshFault("no boundary face: every face has two owners");
-    }
-    constexpr std::size_t kLargestId = std::numeric_limits<int>::max();
-    if (boundary.size() + mesh.cellTypes.size() > kLargestId) {
-        throw MeshFault("too large: " + std::to_string(boundary.size()) + " boundary faces and " +
-                        std::to_string(mesh.Cells()) + " cells, expected at most " +
-                        std::to_string(kLargestId) + " together");
     }
 }
 
@@ -71,7 +64,7 @@ KernelMesh DeriveKernelMesh(MeshData mesh) {
     std::vector<double> volumes;
     kernel.turnedCells = TurnNegativeCells(mesh, volumes).others;
     TopologyResult faces = BuildFaceTopology(mesh);
-    CheckBoundary(mesh, faces.boundary);
+    CheckBoundary(faces.boundary);
     kernel.boundary = BoundaryGraph(faces.boundary, mesh.Nodes());
     kernel.meshSize = MeanEdgeLength(kernel.boundary, mesh.points);
     kernel.geomTolerance = GeomTolerance(mesh, volumes, faces.boundary);

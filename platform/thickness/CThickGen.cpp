@@ -1,10 +1,10 @@
 #include "platform/CThickGen.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "base/LargestLabel.h"
 #include "kernel/MeshKernelState.h"
 #include "kernel/mesh/NodeNormals.h"
 #include "platform/CQNLOptKer.h"
@@ -32,14 +32,6 @@ std::string ThicknessPath(const std::string& meshPath) {
     return meshPath.substr(0, dot) + ".thk";
 }
 
-int LargestLabel(const CQNLOptKer& kernel) {
-    int largest = 0;
-    for (int node = 1; node <= kernel.m_nNodes; ++node) {
-        largest = std::max(largest, kernel.p_Node[node].label);
-    }
-    return largest;
-}
-
 /// The values of the boundary nodes by label, 0 elsewhere.
 std::vector<float> DenseByLabel(const CQNLOptKer& kernel, int entries, const std::vector<double>& values) {
     std::vector<float> dense(static_cast<std::size_t>(entries));
@@ -61,7 +53,7 @@ results::StageResult MakeThicknessResult(const CQNLOptKer& kernel, const std::st
     result.head.mesh = meshPath;
     result.producer = {"thickness", 1, 0, 0};
     result.time = {0, 0.0F, "s"};
-    result.maxNode = LargestLabel(kernel);
+    result.maxNode = LargestLabel(kernel.p_Node, kernel.m_nNodes);
     const auto add = [&](int item, const std::vector<double>& values) {
         result.items.push_back(results::MakeStageItem(results::StageKind::Thickness, item,
                                                       DenseByLabel(kernel, result.maxNode, values)));

@@ -2,21 +2,19 @@
 
 #include <omp.h>
 
-#include <cmath>
 #include <cstdint>
-#include <exception>
+
+#include "base/ThreadFailure.h"
+#include "base/Vector3.h"
 
 namespace qnl::thickness {
 namespace {
 
-constexpr double kShortestNormal = 1e-20;
-
 double InsideLength(kernel::RayWalker& rays, const NodeRecord& node, const kernel::Point& normal, int slot) {
-    const double length = std::sqrt((normal[0] * normal[0] + normal[1] * normal[1]) + normal[2] * normal[2]);
-    if (length < kShortestNormal) {
+    kernel::Point inward{-normal[0], -normal[1], -normal[2]};
+    if (!Normalise(inward)) {
         return 0.0;
     }
-    const kernel::Point inward{-normal[0] / length, -normal[1] / length, -normal[2] / length};
     return rays.InsideEnd({node.x, node.y, node.z}, inward, slot);
 }
 
@@ -28,22 +26,16 @@ std::vector<double> InsideLengths(kernel::RayWalker& rays, const kernel::Boundar
     const std::vector<int>& boundaryNodes = boundary.Nodes();
     const auto count = static_cast<std::int64_t>(boundaryNodes.size());
     std::vector<double> lengths(boundaryNodes.size());
-    std::exception_ptr failure;
+    ThreadFailure failure;
     rays.PrepareSlots(omp_get_max_threads());
 #pragma omp parallel for schedule(dynamic, kChunk)
     for (std::int64_t i = 0; i < count; ++i) {
         const auto entry = static_cast<std::size_t>(i);
         const auto node = static_cast<std::size_t>(boundaryNodes[entry]) + 1;
-        try {
-            lengths[entry] = InsideLength(rays, nodes[node], normals[node], omp_get_thread_num());
-        } catch (...) {
-#pragma omp critical(qnl_thickness_failure)
-            failure = std::current_exception();
-        }
+        failure.Guard(
+            [&] { lengths[entry] = InsideLength(rays, nodes[node], normals[node], omp_get_thread_num()); });
     }
-    if (failure) {
-        std::rethrow_exception(failure);
-    }
+    failure.RaiseAgain();
     return lengths;
 }
 

@@ -4,34 +4,53 @@
 
 namespace qnl {
 
-/// A point in mm or a direction. All sums run left to right, so that results are the same everywhere.
+/// A point in mm or a direction.
 struct Vector3 {
     double x;
     double y;
     double z;
 };
 
-inline double Dot(const Vector3& a, const Vector3& b) {
-    return (a.x * b.x + a.y * b.y) + a.z * b.z;
+/// Arithmetic of vectors of three components, Vector3 or std::array, in a fixed order of operations: sums run
+/// left to right, squares are products, so that results are the same everywhere.
+
+template <class Vector>
+Vector Minus(const Vector& a, const Vector& b) {
+    const auto& [ax, ay, az] = a;
+    const auto& [bx, by, bz] = b;
+    return {ax - bx, ay - by, az - bz};
 }
 
-inline double Length(const Vector3& a) {
+template <class Vector>
+double Dot(const Vector& a, const Vector& b) {
+    const auto& [ax, ay, az] = a;
+    const auto& [bx, by, bz] = b;
+    return (ax * bx + ay * by) + az * bz;
+}
+
+template <class Vector>
+Vector Cross(const Vector& a, const Vector& b) {
+    const auto& [ax, ay, az] = a;
+    const auto& [bx, by, bz] = b;
+    return {ay * bz - az * by, az * bx - ax * bz, ax * by - ay * bx};
+}
+
+template <class Vector>
+double Length(const Vector& a) {
     return std::sqrt(Dot(a, a));
-}
-
-inline Vector3 Cross(const Vector3& a, const Vector3& b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
 /// Divides the direction by its length, component by component. False, with the direction unchanged, when
 /// the length is below 1e-20 or not a number.
-inline bool Normalise(Vector3& direction) {
+template <class Vector>
+bool Normalise(Vector& direction) {
     constexpr double kShortest = 1e-20;
     const double length = Length(direction);
     if (!(length >= kShortest)) {
         return false;
     }
-    direction = {direction.x / length, direction.y / length, direction.z / length};
+    auto& [x, y, z] = direction;
+    direction = {x / length, y / length, z / length};
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/Text.h"
 #include "base/TokenReader.h"
 #include "context/FrozenLayerJob.h"
 
@@ -12,10 +13,6 @@ namespace qnl::input {
 
 /// Lines of the text layouts are read into a buffer of this many bytes.
 constexpr std::size_t kLineBuffer = 1024;
-
-inline bool Holds(std::string_view line, std::string_view marker) {
-    return line.find(marker) != std::string_view::npos;
-}
 
 /// Head numbers of the flow and cool layouts; they keep what an earlier section gave when a number cannot
 /// be read.

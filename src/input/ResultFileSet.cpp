@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/Text.h"
 #include "base/TokenReader.h"
 #include "base/WindowsPath.h"
 #include "context/Messages.h"
@@ -43,10 +44,6 @@ constexpr std::string_view kFlowPattern = kStagePatterns[0].pattern;
 
 constexpr int kTypesWithIntermediateTimes[] = {1, 4, 6, 7, 8, 9};
 
-bool Holds(std::string_view path, std::string_view pattern) {
-    return path.find(pattern) != std::string_view::npos;
-}
-
 bool IsLogChecked(const FrozenLayerJob& job, LogCheck check) {
     const auto* end = std::end(kTypesWithIntermediateTimes);
     return check == LogCheck::Always ||
@@ -79,7 +76,7 @@ int SelectResultFiles(FrozenLayerJob& job) {
     const std::string_view input = job.m_szInputResult != nullptr ? job.m_szInputResult : "";
     std::string result = qnl::CutExtension(input);
     for (std::size_t i = 0; i < qnl::input::kStagePatterns.size(); ++i) {
-        if (qnl::input::Holds(input, qnl::input::kStagePatterns[i].pattern)) {
+        if (qnl::Holds(input, qnl::input::kStagePatterns[i].pattern)) {
             result += qnl::input::kStagePatterns[i].resultExtension;
             qnl::input::TakeStage(job, qnl::input::kStageRules[i]);
         }
@@ -87,7 +84,7 @@ int SelectResultFiles(FrozenLayerJob& job) {
     job.m_szResultFile.Set(result);
     if (job.m_bHasCool != 1 && CheckIntermediateOutputLog(job) == qnl::input::kComplete) {
         qnl::input::LookForFibreResult(job, qnl::ReplaceExtension(input, qnl::input::kFibreExtension),
-                                       qnl::input::Holds(input, qnl::input::kFlowPattern));
+                                       qnl::Holds(input, qnl::input::kFlowPattern));
     }
     return 1;
 }
@@ -103,7 +100,7 @@ int CheckIntermediateOutputLog(FrozenLayerJob& job) {
     }
     std::string_view line;
     while (text->ReadLine(qnl::input::kLogLine, line)) {
-        if (qnl::input::Holds(line, "[EOF]")) {
+        if (qnl::Holds(line, "[EOF]")) {
             return qnl::input::kComplete;
         }
     }

@@ -105,10 +105,10 @@ int ReadWarpResultsAscii(FrozenLayerJob& job, const char* path) {
     bool anyRecords = false;
     std::string_view line;
     while (text->ReadLine(qnl::input::kLineBuffer, line)) {
-        if (qnl::input::Holds(line, "[HEADER]")) {
+        if (qnl::Holds(line, "[HEADER]")) {
             qnl::input::ReadHead(*text, head, line);
         }
-        if (qnl::input::Holds(line, qnl::input::kResults) && head.nodes >= 1) {
+        if (qnl::Holds(line, qnl::input::kResults) && head.nodes >= 1) {
             anyRecords = true;
             if (std::find(std::begin(qnl::input::kLayouts), std::end(qnl::input::kLayouts), head.values) ==
                 std::end(qnl::input::kLayouts)) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <stdexcept>
 
+#include "base/Text.h"
 #include "base/TokenReader.h"
 #include "base/WindowsPath.h"
 #include "context/Messages.h"
@@ -46,10 +47,6 @@ ProjectWords TakeLauncherWords(FrozenLayerJob& job, int argc, char** argv) {
     job.m_pOptKer->argumentHandle(argc, argv, words[0].data(), words[1].data(), words[2].data(),
                                   words[3].data(), words[4].data(), words[5].data());
     return {words[1].data(), words[2].data(), words[3].data(), words[4].data()};
-}
-
-bool EndsWith(std::string_view text, std::string_view end) {
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
 }
 
 /// Splits "<directory>\Analysis\Run<run>\<name><run>.<extension>"; "/" counts as "\".
@@ -130,10 +127,6 @@ constexpr std::array<RunFileSection, 2> kRunFileSections{{
     {"[MATERIAL]", "MaterialCount", TakeMaterial},
 }};
 
-bool Contains(std::string_view line, std::string_view text) {
-    return line.find(text) != std::string_view::npos;
-}
-
 std::string LineValue(std::string_view line) {
     std::string value(line);
     ExtractLineValue(value);
@@ -160,12 +153,12 @@ void ReadSections(FrozenLayerJob& job, const std::string& directory, TokenReader
     while (examine) {
         const RunFileSection* found = nullptr;
         for (const RunFileSection& section : kRunFileSections) {
-            if (found == nullptr && Contains(line, section.header)) {
+            if (found == nullptr && Holds(line, section.header)) {
                 found = &section;
             }
         }
         examine = file.ReadLine(kLineBuffer, line);
-        if (found != nullptr && examine && Contains(line, found->countKey)) {
+        if (found != nullptr && examine && Holds(line, found->countKey)) {
             int count = 0;
             ScanInteger(LineValue(line), count);
             ReadEntries(job, *found, directory, count, file);

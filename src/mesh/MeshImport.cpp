@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "base/LargestLabel.h"
 #include "context/Messages.h"
 
 namespace qnl::mesh {
@@ -55,14 +56,6 @@ constexpr BorrowedArray kBorrowedArrays[] = {
          return (j.m_pIsRunnerCell = k.m_pIsRunnerCell) != nullptr;
      }},
 };
-
-int LargestLabel(const NodeRecord* nodes, int count) {
-    int largest = 0;
-    for (int i = 1; i <= count; ++i) {
-        largest = std::max(largest, nodes[i].label);
-    }
-    return largest;
-}
 
 }  // namespace
 

@@ -3,15 +3,13 @@
 #include <cstddef>
 #include <string_view>
 
+#include "base/Text.h"
+
 namespace qnl::probe {
 
 namespace {
 
 constexpr std::size_t kLineBuffer = 1024;
-
-bool Holds(std::string_view line, std::string_view mark) {
-    return line.find(mark) != std::string_view::npos;
-}
 
 }  // namespace
 

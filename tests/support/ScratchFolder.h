@@ -5,6 +5,7 @@
 #include <iterator>
 #include <random>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 
 /// A folder of its own for one test, removed with it.
@@ -34,7 +35,11 @@ public:
     std::string Write(const std::string& name, const std::string& content) const {
         const std::filesystem::path file = path_ / name;
         std::filesystem::create_directories(file.parent_path());
-        std::ofstream(file, std::ios::binary) << content;
+        std::ofstream stream(file, std::ios::binary);
+        stream << content << std::flush;
+        if (!stream) {
+            throw std::runtime_error("cannot write " + file.string());
+        }
         return file.string();
     }
 

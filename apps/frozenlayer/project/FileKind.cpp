@@ -3,6 +3,7 @@
 #include <array>
 #include <string>
 
+#include "base/Text.h"
 #include "hdf5/Hdf5.h"
 #include "platform/HostFiles.h"
 #include "project/ProjectPaths.h"
@@ -32,10 +33,6 @@ std::string ReadStart(std::string_view path) {
         throw InputProblem(NativePath(path) + " cannot be read");
     }
     return start;
-}
-
-bool Holds(const std::string& text, std::string_view part) {
-    return text.find(part) != std::string::npos;
 }
 
 FileKind RecogniseStart(const std::string& start) {

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <filesystem>
 
+#include "base/Text.h"
 #include "base/WindowsPath.h"
 #include "platform/HostFiles.h"
 
@@ -14,10 +15,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kRunMark = "Analysis\\Run";
-
-bool EndsWith(std::string_view text, std::string_view end) {
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
 
 bool IsNumber(std::string_view text) {
     return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;

@@ -3,8 +3,8 @@
 #include <omp.h>
 
 #include <cstdint>
-#include <exception>
 
+#include "base/ThreadFailure.h"
 #include "frozen/SurfaceNormals.h"
 #include "profile/kernels/RayFrame.h"
 #include "profile/kernels/SampleMerging.h"
@@ -51,22 +51,17 @@ SurfaceRays TraceSurfaceRays(const OpenedProject& project, const Surface& surfac
     SurfaceRays rays{std::vector<Vector3>(nodes), std::vector<double>(nodes),
                      std::vector<std::vector<int>>(nodes)};
     const std::array<std::vector<double>, 3> normals = OutwardNormals(project.Job());
-    std::exception_ptr failure;
+    ThreadFailure failure;
 #pragma omp parallel for schedule(dynamic, kChunk)
     for (std::int64_t i = 0; i < static_cast<std::int64_t>(nodes); ++i) {
         const auto number = static_cast<std::size_t>(i);
         const auto node = static_cast<std::size_t>(surface.nodes[number]);
-        try {
+        failure.Guard([&] {
             rays.inward[number] = {-normals[0][node], -normals[1][node], -normals[2][node]};
             TraceRay(project, project.Job().p_Node[node], number, rays);
-        } catch (...) {
-#pragma omp critical(qnl_surface_ray_failure)
-            failure = std::current_exception();
-        }
+        });
     }
-    if (failure) {
-        std::rethrow_exception(failure);
-    }
+    failure.RaiseAgain();
     return rays;
 }
 

@@ -6,7 +6,7 @@
 
 #include "kernel/mesh/CellTetras.h"
 #include "kernel/mesh/MeshFault.h"
-#include "kernel/mesh/PointMath.h"
+#include "kernel/mesh/TetraGeometry.h"
 
 namespace qnl::kernel {
 namespace {
@@ -58,19 +58,19 @@ void CheckVolumes(const std::vector<double>& volumes) {
 }  // namespace
 
 double TetraVolume(const Point& p0, const Point& p1, const Point& p2, const Point& p3) {
-    return Dot(Cross(Minus(p1, p0), Minus(p2, p0)), Minus(p3, p0)) / 6.0;
+    return SixVolumes({p0, p1, p2, p3}) / 6.0;
 }
 
 double CellVolume(const MeshData& mesh, int cell) {
     const CellShape& shape = mesh.Shape(cell);
     const int* corners = mesh.Corners(cell);
+    const auto point = [&](int c) -> const Point& {
+        return mesh.points[static_cast<std::size_t>(corners[c])];
+    };
     if (shape.type == CellType::Tetra) {
-        const auto point = [&](int c) -> const Point& {
-            return mesh.points[static_cast<std::size_t>(corners[c])];
-        };
         return TetraVolume(point(0), point(1), point(2), point(3));
     }
-    const Point average = CornerAverage(mesh, corners, shape.corners);
+    const Point average = CornerAverage(shape.corners, point);
     double volume = 0.0;
     for (int face = 0; face < shape.faces; ++face) {
         const int faceCorners = shape.faceCorners[static_cast<std::size_t>(face)];

@@ -156,7 +156,7 @@ void SortPass(const std::vector<KeyedCell>& from, std::vector<KeyedCell>& to, in
         return from.size() / static_cast<std::size_t>(parts) * static_cast<std::size_t>(part);
     };
     const auto end = [&](int part) { return part + 1 == parts ? from.size() : begin(part + 1); };
-#pragma omp parallel for schedule(static) num_threads(parts)
+#pragma omp parallel for schedule(static)
     for (int part = 0; part < parts; ++part) {
         auto& count = place[static_cast<std::size_t>(part)];
         count.fill(0);
@@ -172,7 +172,7 @@ void SortPass(const std::vector<KeyedCell>& from, std::vector<KeyedCell>& to, in
             next += size;
         }
     }
-#pragma omp parallel for schedule(static) num_threads(parts)
+#pragma omp parallel for schedule(static)
     for (int part = 0; part < parts; ++part) {
         auto& target = place[static_cast<std::size_t>(part)];
         for (std::size_t i = begin(part); i < end(part); ++i) {

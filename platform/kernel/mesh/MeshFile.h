@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -8,8 +9,8 @@
 
 namespace qnl::kernel {
 
-/// Largest node label: the arrays by label have one entry more.
-inline constexpr int kLargestLabel = 1 << 28;
+/// Largest node label: the arrays by label have one entry more, and that number is an int, too.
+inline constexpr int kLargestLabel = std::numeric_limits<int>::max() - 1;
 
 /// The fault with the file's name in front of its message.
 MeshFault WithFile(std::string_view path, const std::string& message);

@@ -227,32 +227,58 @@ void ReadLabels(const hdf5::InputFile& file, const PieceTable& table, MeshData& 
     }
 }
 
-// Gives each point of the file its node, numbered by first appearance of the label; a label must not
-// appear twice within a piece.
-std::vector<int> JoinByLabel(const PieceTable& table, const std::vector<int>& labels, int& nodes) {
-    const int largest = labels.empty() ? 0 : *std::max_element(labels.begin(), labels.end());
-    std::vector<int> nodeOfLabel(static_cast<std::size_t>(largest) + 1, -1);
-    std::vector<int> lastPoint;  // of each node, in the file
-    std::vector<int> nodeOfPoint(labels.size());
-    std::size_t point = 0;
-    for (const Piece& piece : table.pieces) {
-        const int pieceBegin = static_cast<int>(point);
-        for (std::int64_t i = 0; i < piece.points; ++i, ++point) {
-            int& node = nodeOfLabel[static_cast<std::size_t>(labels[point])];
-            if (node < 0) {
-                node = static_cast<int>(lastPoint.size());
-                lastPoint.push_back(-1);
-            }
-            int& last = lastPoint[static_cast<std::size_t>(node)];
-            if (last >= pieceBegin) {
-                throw MeshFault("duplicate label " + Text(labels[point]) + " at the points " +
-                                Text(last + 1) + " and " + std::to_string(point + 1));
-            }
-            last = static_cast<int>(point);
-            nodeOfPoint[point] = node;
-        }
+// The points by label, then place in the file: a label in the upper half of a word, the point in the lower.
+std::vector<std::uint64_t> PointsByLabel(const std::vector<int>& labels) {
+    std::vector<std::uint64_t> sorted;
+    sorted.reserve(labels.size());
+    for (std::size_t point = 0; point < labels.size(); ++point) {
+        sorted.push_back(static_cast<std::uint64_t>(labels[point]) << 32 | point);
     }
-    nodes = static_cast<int>(lastPoint.size());
+    if (!std::is_sorted(sorted.begin(), sorted.end())) {
+        std::sort(sorted.begin(), sorted.end());
+    }
+    return sorted;
+}
+
+// For each point of the file the first point of its label. A label must not appear twice within a piece.
+std::vector<std::size_t> FirstOfLabel(const PieceTable& table, const std::vector<int>& labels) {
+    std::vector<std::size_t> pieceEnds;
+    for (const Piece& piece : table.pieces) {
+        const std::size_t begin = pieceEnds.empty() ? 0 : pieceEnds.back();
+        pieceEnds.push_back(begin + static_cast<std::size_t>(piece.points));
+    }
+    const auto pieceOf = [&](std::size_t point) {
+        return std::upper_bound(pieceEnds.begin(), pieceEnds.end(), point);
+    };
+    std::vector<std::size_t> first(labels.size());
+    std::size_t previous = 0;
+    std::size_t repeated = labels.size();
+    std::size_t before = 0;
+    for (const std::uint64_t entry : PointsByLabel(labels)) {
+        const std::size_t point = entry & 0xFFFFFFFFU;
+        const bool follows = point != previous && labels[point] == labels[previous];
+        first[point] = follows ? first[previous] : point;
+        if (follows && point < repeated && pieceOf(point) == pieceOf(previous)) {
+            repeated = point;
+            before = previous;
+        }
+        previous = point;
+    }
+    if (repeated < labels.size()) {
+        throw MeshFault("duplicate label " + Text(labels[repeated]) + " at the points " +
+                        std::to_string(before + 1) + " and " + std::to_string(repeated + 1));
+    }
+    return first;
+}
+
+// Gives each point of the file its node, numbered by first appearance of the label.
+std::vector<int> JoinByLabel(const PieceTable& table, const std::vector<int>& labels, int& nodes) {
+    const std::vector<std::size_t> first = FirstOfLabel(table, labels);
+    std::vector<int> nodeOfPoint(labels.size());
+    nodes = 0;
+    for (std::size_t point = 0; point < labels.size(); ++point) {
+        nodeOfPoint[point] = first[point] == point ? nodes++ : nodeOfPoint[first[point]];
+    }
     return nodeOfPoint;
 }
 

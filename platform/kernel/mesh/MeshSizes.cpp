@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "base/Vector3.h"
 #include "kernel/mesh/CellTetras.h"
-#include "kernel/mesh/PointMath.h"
 
 namespace qnl::kernel {
 

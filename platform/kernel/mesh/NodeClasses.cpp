@@ -1,6 +1,10 @@
 #include "kernel/mesh/NodeClasses.h"
 
 #include <algorithm>
+#include <new>
+#include <string>
+
+#include "kernel/mesh/MeshFault.h"
 
 namespace qnl::kernel {
 namespace {
@@ -9,6 +13,16 @@ namespace {
 enum Rank { kNoCell, kRunner, kSpecial, kPart };
 constexpr std::array<int, 3> kRankOfRegion{kPart, kRunner, kSpecial};
 constexpr std::array<int, 4> kClassOfRank{0, 0, -1, 1};
+
+LabelArrays MakeArrays(std::size_t entries) {
+    try {
+        return {ZeroedArray<int>(entries), ZeroedArray<int>(entries), ZeroedArray<int>(entries)};
+    } catch (const std::bad_alloc&) {
+        throw MeshFault("the largest node label is " + std::to_string(entries - 1) +
+                        ", and the three arrays by label, of " + std::to_string(entries * sizeof(int)) +
+                        " bytes each, do not fit the memory: give the nodes smaller labels");
+    }
+}
 
 }  // namespace
 
@@ -32,15 +46,14 @@ std::vector<int> NodeClasses(const MeshData& mesh, int& lonely) {
 LabelArrays ArraysByLabel(const MeshData& mesh, const std::vector<int>& classes) {
     const int largest =
         mesh.labels.empty() ? mesh.Nodes() : *std::max_element(mesh.labels.begin(), mesh.labels.end());
-    const std::size_t entries = static_cast<std::size_t>(largest) + 1;
-    LabelArrays arrays{std::vector<int>(entries), std::vector<int>(entries), std::vector<int>(entries)};
+    LabelArrays arrays = MakeArrays(static_cast<std::size_t>(largest) + 1);
     for (int node = 0; node < mesh.Nodes(); ++node) {
         const std::size_t index = static_cast<std::size_t>(node);
         const std::size_t label =
             mesh.labels.empty() ? index + 1 : static_cast<std::size_t>(mesh.labels[index]);
-        arrays.isPart[label] = classes[index] == 1 ? 1 : 0;
-        arrays.nodeClass[label] = classes[index];
-        arrays.nodeIndex[label] = node + 1;
+        arrays.isPart.Set(label, classes[index] == 1 ? 1 : 0);
+        arrays.nodeClass.Set(label, classes[index]);
+        arrays.nodeIndex.Set(label, node + 1);
     }
     return arrays;
 }

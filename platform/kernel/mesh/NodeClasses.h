@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "kernel/mesh/MeshData.h"
+#include "kernel/mesh/ZeroedArray.h"
 
 namespace qnl::kernel {
 
@@ -10,13 +11,15 @@ namespace qnl::kernel {
 /// 0. `lonely` receives the number of nodes in no cell.
 std::vector<int> NodeClasses(const MeshData& mesh, int& lonely);
 
-/// Arrays by node label, of (largest label + 1) entries, 0 where no node has the label.
+/// Arrays by node label, of (largest label + 1) entries, 0 where no node has the label: they take memory for
+/// the pages on which labels of nodes lie.
 struct LabelArrays {
-    std::vector<int> isPart;  ///< 1 exactly for class 1
-    std::vector<int> nodeClass;
-    std::vector<int> nodeIndex;  ///< 1-based
+    ZeroedArray<int> isPart;  ///< 1 exactly for class 1
+    ZeroedArray<int> nodeClass;
+    ZeroedArray<int> nodeIndex;  ///< 1-based
 };
 
+/// Raises MeshFault when the largest label asks for more memory than there is.
 LabelArrays ArraysByLabel(const MeshData& mesh, const std::vector<int>& classes);
 
 /// 1-based by cell: 1 for runner and special cells.

@@ -3,7 +3,8 @@
 #include <array>
 #include <cstddef>
 
-#include "kernel/mesh/PointMath.h"
+#include "base/Vector3.h"
+#include "kernel/mesh/MeshData.h"
 
 namespace qnl::kernel {
 

@@ -68,15 +68,15 @@ void OriginCells::HashNodes(const FaceTopology& topology) {
     while (size < 2 * nodes_.size()) {
         size *= 2;
     }
-    table_.assign(size, {-1, 0.0F, 0, 0});
+    table_.assign(size, {-1, 0.0F, 0});
     for (std::size_t i = 0; i < nodes_.size(); ++i) {
         Slot& slot = table_[FindSlot(topology, topology.Place(nodes_[i]))];
         if (slot.node < 0) {
-            slot = {nodes_[i], sine_[i], first_[i], first_[i + 1] - first_[i]};
+            slot = {nodes_[i], sine_[i], list_[i]};
         }
     }
     nodes_ = {};
-    first_ = {};
+    list_ = {};
     sine_ = {};
 }
 
@@ -100,13 +100,17 @@ void OriginCells::GatherCells(const FaceTopology& topology,
             take(static_cast<std::size_t>(position[static_cast<std::size_t>(pair.node)]), pair.cell);
         }
     };
-    first_.assign(nodes_.size() + 2, 0);
-    forPairs([&](std::size_t node, int) { ++first_[node + 2]; });
-    for (std::size_t i = 2; i < first_.size(); ++i) {
-        first_[i] += first_[i - 1];
+    std::vector<int> lengths(nodes_.size(), 0);
+    forPairs([&](std::size_t node, int) { ++lengths[node]; });
+    list_.assign(1, 0);
+    for (const int length : lengths) {
+        list_.push_back(list_.back() + 1 + static_cast<std::size_t>(length));
     }
-    cells_.resize(first_.back());
-    forPairs([&](std::size_t node, int cell) { cells_[first_[node + 1]++] = cell; });
+    cells_.assign(list_.back(), 0);
+    forPairs([&](std::size_t node, int cell) {
+        int& length = cells_[list_[node]];
+        cells_[list_[node] + static_cast<std::size_t>(++length)] = cell;
+    });
 }
 
 // At depth t a ray that stays off a cell by the sine is at least t times the sine away from it, and moving
@@ -122,7 +126,7 @@ void OriginCells::MeasureNodes(const FaceTopology& topology, const RayHazards& h
     for (int i = 0; i < count; ++i) {
         const auto at = static_cast<std::size_t>(i);
         double sine = 0.0;
-        for (std::uint32_t c = first_[at]; c < first_[at + 1]; ++c) {
+        for (std::size_t c = list_[at] + 1; c < list_[at + 1]; ++c) {
             sine = std::max(sine, SineFor(topology, cells_[c], nodes_[at], scale));
         }
         sine_[at] = sine < 1.0 ? static_cast<float>(1.001 * sine) : kNever;
@@ -143,8 +147,11 @@ void OriginCells::MeasureNodes(const FaceTopology& topology, const RayHazards& h
 
 OriginCells::Entry OriginCells::At(const FaceTopology& topology, const Point& place) const {
     const Slot& slot = table_[FindSlot(topology, place)];
-    const int* first = cells_.data() + slot.first;
-    return {slot.node, slot.sine, first, first + slot.count};
+    if (slot.node < 0) {
+        return {slot.node, slot.sine, nullptr, nullptr};
+    }
+    const int* list = cells_.data() + slot.list;
+    return {slot.node, slot.sine, list + 1, list + 1 + *list};
 }
 
 }  // namespace qnl::kernel

@@ -32,12 +32,10 @@ public:
     Entry At(const FaceTopology& topology, const Point& place) const;
 
 private:
-    // One line of memory tells all about a place.
     struct Slot {
         int node;  ///< -1 when free
         float sine;
-        std::uint32_t first;
-        std::uint32_t count;
+        std::size_t list;  ///< of its cells, in cells_
     };
 
     std::size_t FindSlot(const FaceTopology& topology, const Point& place) const;
@@ -45,11 +43,11 @@ private:
     void MeasureNodes(const FaceTopology& topology, const RayHazards& hazards, const RayScale& scale);
     void HashNodes(const FaceTopology& topology);
 
-    std::vector<int> nodes_;            ///< boundary nodes, ascending; only while the table is made
-    std::vector<std::uint32_t> first_;  ///< per boundary node its place in cells_; only while it is made
-    std::vector<float> sine_;           ///< per boundary node; only while it is made
-    std::vector<int> cells_;
-    std::vector<Slot> table_;  ///< open addressing over places
+    std::vector<int> nodes_;         ///< boundary nodes, ascending; only while the table is made
+    std::vector<std::size_t> list_;  ///< per boundary node where its list begins; only while it is made
+    std::vector<float> sine_;        ///< per boundary node; only while it is made
+    std::vector<int> cells_;         ///< lists end to end, each behind its length
+    std::vector<Slot> table_;        ///< open addressing over places
 };
 
 }  // namespace qnl::kernel

@@ -139,14 +139,15 @@ public:
 
     std::vector<RayHazards::NearCell> Search() const {
         std::vector<RayHazards::NearCell> found;
-        const int runs = (topology_.Cells() + kRun - 1) / kRun;
+        const int runs = topology_.Cells() / kRun + (topology_.Cells() % kRun == 0 ? 0 : 1);
 #pragma omp parallel
         {
             std::vector<RayHazards::NearCell> own;
             std::vector<int> candidates;
 #pragma omp for schedule(static)
             for (int run = 0; run < runs; ++run) {
-                SearchRun(run * kRun, std::min(topology_.Cells(), run * kRun + kRun), candidates, own);
+                const int begin = run * kRun;
+                SearchRun(begin, begin + std::min(kRun, topology_.Cells() - begin), candidates, own);
             }
 #pragma omp critical(qnl_ray_hazards)
             found.insert(found.end(), own.begin(), own.end());

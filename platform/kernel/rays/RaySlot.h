@@ -93,8 +93,9 @@ struct RaySlot {
     std::vector<FaceHit> faceHits;  ///< hits of one face follow each other
     std::vector<int> ids;
     std::vector<int> sorting;
-    double reached = 0.0;  ///< end of the joined spans
-    int startNode = -1;    ///< node whose cells are all accounted for, when there is one
+    double reached = 0.0;      ///< end of the joined spans
+    bool holdsOrigin = false;  ///< a touched span contains the origin
+    int startNode = -1;        ///< node whose cells are all accounted for, when there is one
 };
 
 }  // namespace qnl::kernel

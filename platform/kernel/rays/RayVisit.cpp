@@ -100,7 +100,8 @@ void RayWalker::Touch(RaySlot& slot, int cell, const Span& span) const {
         return;
     }
     slot.touched.push_back({span, cell});
-    if (span.low <= slot.reached + scale_.epsilon) {
+    slot.holdsOrigin = slot.holdsOrigin || (span.low <= 0.0 && span.high >= 0.0);
+    if (Connects(slot, span)) {
         slot.reached = std::max(slot.reached, span.high);
     } else {
         slot.detached.push_back(span);
@@ -136,7 +137,8 @@ void RayWalker::VisitTetra(RaySlot& slot, const Ray& ray, int cell) const {
             continue;
         }
         const auto& at = kTetraFaces[f];
-        if (LeavesInside(sides, kFaceEdges[f])) {
+        // Cells met on the short cut have no touched span: one of another cell must contain the origin.
+        if (slot.holdsOrigin && LeavesInside(sides, kFaceEdges[f])) {
             Front front;
             for (std::size_t i = 0; i < 3; ++i) {
                 front.Set(i, corners[at[i]], seen[at[i]]);
@@ -165,7 +167,7 @@ void RayWalker::VisitOther(RaySlot& slot, const Ray& ray, int cell) const {
         seen[c] = LookAt(ray, topology_.Place(corners[c]));
     }
     for (std::size_t f = 0; f < static_cast<std::size_t>(shape.faces); ++f) {
-        const FaceTriangles triangles = SplitFace(topology_, cell, f);
+        const CornerTriangles triangles = SplitFace(topology_, cell, f);
         for (std::size_t t = 0; t < triangles.count && neighbours[f] >= 0; ++t) {
             const Seen& a = seen[shape.face[f][triangles.corner[t][0]]];
             const Seen& b = seen[shape.face[f][triangles.corner[t][1]]];

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "kernel/mesh/Prefetch.h"
+#include "kernel/rays/AscendingSort.h"
 #include "kernel/rays/CellPieces.h"
 #include "kernel/rays/RayHazards.h"
 #include "kernel/rays/RayTolerance.h"
@@ -33,47 +34,6 @@ std::optional<Point> UnitVector(const Point& direction) {
         component /= length;
     }
     return unit;
-}
-
-// Ranks a short run by counting and writes it in order to `target`.
-void SortRun(const int* run, std::size_t count, int* target) {
-    for (std::size_t i = 0; i < count; ++i) {
-        const int value = run[i];
-        int before = 0;
-        for (std::size_t j = 0; j < count; ++j) {
-            before += run[j] < value ? 1 : 0;
-        }
-        target[before] = value;
-    }
-}
-
-void MergeRuns(const int* a, const int* aEnd, const int* b, const int* bEnd, int* target) {
-    while (a != aEnd && b != bEnd) {
-        const bool first = *a < *b;
-        *target++ = first ? *a : *b;
-        a += first ? 1 : 0;
-        b += first ? 0 : 1;
-    }
-    std::copy(b, bEnd, std::copy(a, aEnd, target));
-}
-
-// Distinct values; without a branch that could be foreseen wrongly but at the end of a run.
-void SortAscending(std::vector<int>& values, std::vector<int>& scratch) {
-    constexpr std::size_t kRun = 32;
-    const std::size_t count = values.size();
-    scratch.resize(count);
-    for (std::size_t begin = 0; begin < count; begin += kRun) {
-        SortRun(values.data() + begin, std::min(kRun, count - begin), scratch.data() + begin);
-    }
-    values.swap(scratch);
-    for (std::size_t run = kRun; run < count; run *= 2) {
-        const auto at = [&](std::size_t i) { return values.data() + std::min(i, count); };
-        for (std::size_t begin = 0; begin < count; begin += 2 * run) {
-            MergeRuns(at(begin), at(begin + run), at(begin + run), at(begin + 2 * run),
-                      scratch.data() + begin);
-        }
-        values.swap(scratch);
-    }
 }
 
 }  // namespace
@@ -113,7 +73,7 @@ void RayWalker::IndexHazards(const RayHazards& hazards) {
 }
 
 void RayWalker::AddBoundaryFace(int cell, std::size_t face, std::vector<Box>& boxes) {
-    const FaceTriangles triangles = SplitFace(topology_, cell, face);
+    const CornerTriangles triangles = SplitFace(topology_, cell, face);
     Box box = Box::Nothing();
     double overshoot = 0.0;
     for (std::size_t t = 0; t < triangles.count; ++t) {
@@ -202,6 +162,7 @@ bool RayWalker::Trace(RaySlot& slot, const Ray& ray) {
     slot.detached.clear();
     slot.endings.clear();
     slot.reached = 0.0;
+    slot.holdsOrigin = false;
     slot.startNode = -1;
     PushOrigin(slot, ray);
     do {
@@ -247,7 +208,7 @@ void RayWalker::TestFace(RaySlot& slot, const Ray& ray, const OwnedFace& face) c
         slot.faceHits.push_back({-1.0, id, true});
         return;
     }
-    const FaceTriangles triangles = SplitFace(topology_, face.cell, face.localFace);
+    const CornerTriangles triangles = SplitFace(topology_, face.cell, face.localFace);
     for (std::size_t t = 0; t < triangles.count; ++t) {
         const Triangle triangle = TriangleOf(face.cell, face.localFace, triangles.corner[t]);
         const bool near = MayMeet(LookAt(ray, triangle[0]), LookAt(ray, triangle[1]),
@@ -291,7 +252,7 @@ bool RayWalker::ResumeWaiting(RaySlot& slot) const {
     for (bool grown = true; grown && !slot.detached.empty();) {
         grown = false;
         for (const Span& span : slot.detached) {
-            if (span.low <= slot.reached + scale_.epsilon && span.high > slot.reached) {
+            if (Connects(slot, span) && span.high > slot.reached) {
                 slot.reached = span.high;
                 grown = true;
             }
@@ -309,12 +270,12 @@ bool RayWalker::ResumeWaiting(RaySlot& slot) const {
 
 // The joined spans begin at the origin when one of them contains it, or when the gap around it closes.
 bool RayWalker::ContainsOrigin(const RaySlot& slot) const {
+    if (slot.holdsOrigin) {
+        return true;
+    }
     double before = -2.0 * scale_.epsilon;
     double after = 2.0 * scale_.epsilon;
     for (const RaySlot::Touched& touched : slot.touched) {
-        if (touched.span.low <= 0.0 && touched.span.high >= 0.0) {
-            return true;
-        }
         if (touched.span.high < 0.0) {
             before = std::max(before, touched.span.high);
         } else {

@@ -129,6 +129,10 @@ private:
     void Touch(RaySlot& slot, int cell, const Span& span) const;
     void Pass(RaySlot& slot, int cell) const;
     bool IsHazard(int cell) const;
+    // A span that begins no farther than epsilon behind what is joined joins it.
+    bool Connects(const RaySlot& slot, const Span& span) const {
+        return span.low <= slot.reached + scale_.epsilon;
+    }
     double Horizon(const RaySlot& slot) const { return slot.reached + scale_.epsilon + scale_.reach; }
 
     bool ContainsOrigin(const RaySlot& slot) const;

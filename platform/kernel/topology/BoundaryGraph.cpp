@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "kernel/mesh/PointMath.h"
+#include "base/Vector3.h"
 
 namespace qnl::kernel {
 namespace {

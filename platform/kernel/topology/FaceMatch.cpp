@@ -10,16 +10,19 @@
 namespace qnl::kernel {
 namespace {
 
+constexpr std::uint8_t kTurned = 8;
+
 // A face under its smallest node: its other nodes ascending, and cell * 16 + turn * 8 + local face. `turn`
 // tells the two ways around the face apart. A triangle in a list of four ends in kNoNode.
-template <std::size_t Others>
+// `Word` holds 4 bits more than a cell needs.
+template <std::size_t Others, class Word>
 struct FaceRecord {
     std::array<std::uint32_t, Others> others;
-    std::uint32_t owner;
+    Word owner;
 
     int Cell() const { return static_cast<int>(owner >> 4); }
-    std::uint8_t LocalFace() const { return static_cast<std::uint8_t>(owner & 7U); }
-    bool Turn() const { return (owner & 8U) != 0; }
+    std::uint8_t LocalFace() const { return static_cast<std::uint8_t>(owner & (kTurned - 1U)); }
+    bool Turn() const { return (owner & kTurned) != 0; }
     // Whole words compare faster than the array does.
     std::uint64_t FirstTwo() const { return static_cast<std::uint64_t>(others[0]) << 32 | others[1]; }
     bool SameFace(const FaceRecord& other) const {
@@ -38,50 +41,58 @@ struct FaceRecord {
 
 constexpr std::uint32_t kNoNode = 0xFFFFFFFFU;
 
-template <std::size_t Others>
+template <std::size_t Others, class Word>
 struct KeyedFace {
     std::uint32_t smallest;
-    FaceRecord<Others> record;
+    FaceRecord<Others, Word> record;
 };
 
-void Order(std::uint32_t& a, std::uint32_t& b, bool& swapped) {
+template <class Word>
+Word OwnerOf(int cell, std::size_t localFace, bool turned) {
+    return static_cast<Word>(cell) << 4 | (turned ? kTurned : Word{0}) | static_cast<Word>(localFace);
+}
+
+template <class Word>
+void Order(Word& a, Word& b, bool& swapped) {
     const bool exchange = b < a;
-    const std::uint32_t low = exchange ? b : a;
+    const Word low = exchange ? b : a;
     b = exchange ? a : b;
     a = low;
     swapped ^= exchange;
 }
 
-KeyedFace<3> KeyTriangle(std::array<std::uint32_t, 3> node, std::uint32_t owner) {
+template <class Word>
+KeyedFace<3, Word> KeyTriangle(std::array<std::uint32_t, 3> node, int cell, std::size_t f) {
     bool turn = false;
     Order(node[0], node[1], turn);
     Order(node[1], node[2], turn);
     Order(node[0], node[1], turn);
-    return {node[0], {{node[1], node[2], kNoNode}, owner | (turn ? 8U : 0U)}};
+    return {node[0], {{node[1], node[2], kNoNode}, OwnerOf<Word>(cell, f, turn)}};
 }
 
-KeyedFace<3> KeyQuad(std::array<std::uint32_t, 4> node, std::uint32_t owner) {
+template <class Word>
+KeyedFace<3, Word> KeyQuad(std::array<std::uint32_t, 4> node, int cell, std::size_t f) {
     std::rotate(node.begin(), std::min_element(node.begin(), node.end()), node.end());
     const bool turn = node[3] < node[1];
     std::sort(node.begin() + 1, node.end());
-    return {node[0], {{node[1], node[2], node[3]}, owner | (turn ? 8U : 0U)}};
+    return {node[0], {{node[1], node[2], node[3]}, OwnerOf<Word>(cell, f, turn)}};
 }
 
-KeyedFace<3> KeyFace(const int* corners, const CellShape& shape, std::size_t f, std::uint32_t cell) {
+template <class Word>
+KeyedFace<3, Word> KeyFace(const int* corners, const CellShape& shape, std::size_t f, int cell) {
     const auto& face = shape.face[f];
     const auto node = [&](std::size_t c) { return static_cast<std::uint32_t>(corners[face[c]]); };
-    const std::uint32_t owner = cell << 4 | static_cast<std::uint32_t>(f);
-    return shape.faceCorners[f] == 4 ? KeyQuad({node(0), node(1), node(2), node(3)}, owner)
-                                     : KeyTriangle({node(0), node(1), node(2)}, owner);
+    return shape.faceCorners[f] == 4 ? KeyQuad<Word>({node(0), node(1), node(2), node(3)}, cell, f)
+                                     : KeyTriangle<Word>({node(0), node(1), node(2)}, cell, f);
 }
 
 // The faces of a tetra from its corners in ascending order. Which way around a face runs follows from the
-// order of the corners: leaving out the next corner turns it.
-template <class Take>
-void KeyTetraFaces(const int* corners, std::uint32_t cell, Take take) {
-    std::array<std::uint32_t, 4> sorted;  // node, then two bits that tell the corner
-    for (std::uint32_t c = 0; c < 4; ++c) {
-        sorted[c] = static_cast<std::uint32_t>(corners[c]) << 2 | c;
+// order of the corners: leaving out the next corner turns it. `Word` holds 2 bits more than a node needs.
+template <class Word, class Take>
+void KeyTetraFaces(const int* corners, int cell, Take take) {
+    std::array<Word, 4> sorted;  // node, then two bits that tell the corner
+    for (std::size_t c = 0; c < 4; ++c) {
+        sorted[c] = static_cast<Word>(corners[c]) << 2 | static_cast<Word>(c);
     }
     bool turn = false;
     Order(sorted[0], sorted[1], turn);
@@ -89,11 +100,11 @@ void KeyTetraFaces(const int* corners, std::uint32_t cell, Take take) {
     Order(sorted[0], sorted[2], turn);
     Order(sorted[1], sorted[3], turn);
     Order(sorted[1], sorted[2], turn);
+    const auto node = [&](std::size_t i) { return static_cast<std::uint32_t>(sorted[i] >> 2); };
     const auto keyed = [&](std::size_t a, std::size_t b, std::size_t c, std::size_t without) {
         const bool turned = turn != (without % 2 != 0);
-        const auto face = static_cast<std::uint32_t>(kFaceOpposite[sorted[without] & 3U]);
-        return KeyedFace<2>{sorted[a] >> 2,
-                            {{sorted[b] >> 2, sorted[c] >> 2}, cell << 4 | (turned ? 8U : 0U) | face}};
+        const std::size_t face = kFaceOpposite[sorted[without] & 3U];
+        return KeyedFace<2, Word>{node(a), {{node(b), node(c)}, OwnerOf<Word>(cell, face, turned)}};
     };
     take(keyed(0, 1, 2, 3));
     take(keyed(0, 1, 3, 2));
@@ -101,7 +112,7 @@ void KeyTetraFaces(const int* corners, std::uint32_t cell, Take take) {
     take(keyed(1, 2, 3, 0));
 }
 
-template <std::size_t Others>
+template <std::size_t Others, class Word>
 class Matcher {
 public:
     explicit Matcher(FaceTopology& topology) : topology_(topology) {}
@@ -116,7 +127,8 @@ public:
     }
 
 private:
-    using Record = FaceRecord<Others>;
+    using Record = FaceRecord<Others, Word>;
+    using Keyed = KeyedFace<Others, Word>;
 
     static constexpr std::size_t kShort = 64;  ///< faces of a bucket that are compared with each other
 
@@ -130,11 +142,11 @@ private:
     // Calls take(part, face) for all faces, part after part on several threads.
     template <class Take>
     void ForFaces(Take take) const {
-#pragma omp parallel for schedule(static) num_threads(parts_)
+#pragma omp parallel for schedule(static)
         for (int part = 0; part < parts_; ++part) {
             for (std::size_t cell = PartBegin(part); cell < PartBegin(part + 1); ++cell) {
                 KeyFaces(static_cast<int>(cell),
-                         [&](const KeyedFace<Others>& face) { take(static_cast<std::size_t>(part), face); });
+                         [&](const Keyed& face) { take(static_cast<std::size_t>(part), face); });
             }
         }
     }
@@ -142,13 +154,12 @@ private:
     template <class Take>
     void KeyFaces(int cell, Take take) const {
         const int* corners = topology_.Corners(cell);
-        const auto number = static_cast<std::uint32_t>(cell);
         if constexpr (Others == 2) {
-            KeyTetraFaces(corners, number, take);
+            KeyTetraFaces<Word>(corners, cell, take);
         } else {
             const CellShape& shape = topology_.Shape(cell);
             for (std::size_t f = 0; f < static_cast<std::size_t>(shape.faces); ++f) {
-                take(KeyFace(corners, shape, f, number));
+                take(KeyFace<Word>(corners, shape, f, cell));
             }
         }
     }
@@ -158,8 +169,7 @@ private:
     void CountByNode() {
         const auto nodes = static_cast<std::size_t>(Nodes());
         next_.assign(static_cast<std::size_t>(parts_) * nodes, 0);
-        ForFaces(
-            [&](std::size_t part, const KeyedFace<Others>& face) { ++next_[part * nodes + face.smallest]; });
+        ForFaces([&](std::size_t part, const Keyed& face) { ++next_[part * nodes + face.smallest]; });
         first_.assign(nodes + 1, 0);
         for (std::size_t node = 0; node < nodes; ++node) {
             std::uint32_t size = 0;
@@ -173,7 +183,7 @@ private:
     void FillBuckets() {
         records_.resize(first_.back());
         const auto nodes = static_cast<std::size_t>(Nodes());
-        ForFaces([&](std::size_t part, const KeyedFace<Others>& face) {
+        ForFaces([&](std::size_t part, const Keyed& face) {
             records_[first_[face.smallest] + next_[part * nodes + face.smallest]++] = face.record;
         });
         next_ = {};
@@ -293,6 +303,7 @@ private:
     }
 
     FaceTopology& topology_;
+    // Counters of all nodes for every part: more parts would cost more memory than they save time.
     int parts_ = std::min(omp_get_max_threads(), 8);
     std::vector<std::uint32_t> next_;
     std::vector<std::uint64_t> first_;  ///< per node where its bucket begins, and the end of the last
@@ -302,8 +313,13 @@ private:
 
 }  // namespace
 
-FaceMatch MatchFaces(FaceTopology& topology) {
-    return topology.AllTetra() ? Matcher<2>(topology).Match() : Matcher<3>(topology).Match();
+FaceMatch MatchFaces(FaceTopology& topology, std::size_t narrowCells) {
+    const bool narrow = topology.fileCell.size() <= narrowCells;
+    if (topology.AllTetra()) {
+        return narrow ? Matcher<2, std::uint32_t>(topology).Match()
+                      : Matcher<2, std::uint64_t>(topology).Match();
+    }
+    return narrow ? Matcher<3, std::uint32_t>(topology).Match() : Matcher<3, std::uint64_t>(topology).Match();
 }
 
 }  // namespace qnl::kernel

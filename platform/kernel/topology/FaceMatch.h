@@ -10,7 +10,8 @@
 
 namespace qnl::kernel {
 
-inline constexpr std::size_t kMostMatchedCells = std::size_t{1} << 28;
+/// Up to this number of cells a cell, its local face and the sense of the face fit 32 bits.
+inline constexpr std::size_t kMostNarrowCells = std::size_t{1} << 28;
 
 struct CellFace {
     int cell;
@@ -25,7 +26,7 @@ struct FaceMatch {
 
 /// Fills the neighbour entries of `links` from the corner entries; entries of faces with one owner are left
 /// as they are. Needs `links`, `start`, `shape`, `fileCell` and `fileNode`. Works through 48 bytes per tetra
-/// (up to 96 per hexa), released at the end.
-FaceMatch MatchFaces(FaceTopology& topology);
+/// (up to 96 per hexa), released at the end; through 64 (up to 144) for more than `narrowCells` cells.
+FaceMatch MatchFaces(FaceTopology& topology, std::size_t narrowCells = kMostNarrowCells);
 
 }  // namespace qnl::kernel

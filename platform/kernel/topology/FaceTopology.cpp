@@ -35,11 +35,8 @@ void LayOutLinks(const MeshData& mesh, FaceTopology& topology) {
         const std::uint8_t index =
             ShapeIndex(mesh.cellTypes[static_cast<std::size_t>(topology.fileCell[cell])]);
         topology.shape[cell] = index;
-        topology.start[cell] = static_cast<std::uint32_t>(next);
+        topology.start[cell] = next;
         next += static_cast<std::size_t>(kCellShapes[index].corners + kCellShapes[index].faces);
-    }
-    if (next > std::numeric_limits<std::uint32_t>::max()) {
-        throw MeshFault("too many cells: expected no more than 2^32 corners and faces in all");
     }
     topology.links.resize(next);
 }
@@ -101,6 +98,12 @@ std::vector<BoundaryFace> NumberBoundary(const MeshData& mesh, const std::vector
     std::sort(faces.begin(), faces.end(), [](const FileFace& a, const FileFace& b) {
         return a.fileCell != b.fileCell ? a.fileCell < b.fileCell : a.localFace < b.localFace;
     });
+    constexpr std::size_t kLargestId = std::numeric_limits<int>::max();
+    if (faces.size() + mesh.cellTypes.size() > kLargestId) {
+        throw MeshFault("too large: " + std::to_string(faces.size()) + " boundary faces and " +
+                        std::to_string(mesh.Cells()) + " cells, expected at most " +
+                        std::to_string(kLargestId) + " together");
+    }
     std::vector<BoundaryFace> boundary;
     boundary.reserve(faces.size());
     for (const FileFace& face : faces) {
@@ -124,10 +127,6 @@ std::vector<BoundaryFace> NumberBoundary(const MeshData& mesh, const std::vector
 }  // namespace
 
 TopologyResult BuildFaceTopology(const MeshData& mesh) {
-    if (mesh.cellTypes.size() > kMostMatchedCells) {
-        throw MeshFault("too many cells: expected no more than " + std::to_string(kMostMatchedCells) +
-                        ", found " + std::to_string(mesh.cellTypes.size()));
-    }
     TopologyResult result;
     FaceTopology& topology = result.topology;
     topology.fileCell = CurveOrder(mesh);

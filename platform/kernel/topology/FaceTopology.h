@@ -25,9 +25,9 @@ struct FaceTopology {
     /// Per cell its corner nodes, then one entry per local face: the neighbour cell behind it or, on the
     /// boundary, ~f with the 0-based boundary face f.
     std::vector<int> links;
-    std::vector<std::uint32_t> start;  ///< first entry of a cell in `links`; empty when all are tetras
-    std::vector<std::uint8_t> shape;   ///< index of a cell in kCellShapes; empty when all are tetras
-    std::vector<int> foldedCells;      ///< cells that lie on the same side of a common face, ascending
+    std::vector<std::size_t> start;   ///< first entry of a cell in `links`; empty when all are tetras
+    std::vector<std::uint8_t> shape;  ///< index of a cell in kCellShapes; empty when all are tetras
+    std::vector<int> foldedCells;     ///< cells that lie on the same side of a common face, ascending
     int boundaryFaces = 0;
 
     static constexpr std::size_t kTetraLinks = 8;
@@ -57,7 +57,8 @@ struct TopologyResult {
 
 /// Finds for every face of every cell the cell behind it. Two faces are the same when they have the same
 /// corner nodes. The mesh must have finite coordinates and corner indices in range.
-/// Raises MeshFault for a face with three or more owners, naming them, and for more than 2^28 cells.
+/// Raises MeshFault for a face with three or more owners, naming them, and for more than 2^31 - 1 boundary
+/// faces and cells together, beyond which a pass element has no number.
 /// The result does not depend on the number of threads. Cost linear in the number of cells.
 TopologyResult BuildFaceTopology(const MeshData& mesh);
 

@@ -4,10 +4,10 @@
 #include <cmath>
 #include <random>
 
+#include "base/Vector3.h"
 #include "kernel/mesh/CellTetras.h"
 #include "kernel/mesh/EntityRecords.h"
 #include "kernel/mesh/NodeNormals.h"
-#include "kernel/mesh/PointMath.h"
 #include "kernel/topology/BoundaryGraph.h"
 #include "support/MeshBuilder.h"
 
@@ -83,7 +83,7 @@ Point BoxNormal(const Point& point) {
     for (std::size_t a = 0; a < 3; ++a) {
         direction[a] = point[a] == 0.0 ? -1.0 : (point[a] == 1.0 ? 1.0 : 0.0);
     }
-    const double length = qnl::kernel::Length(direction);
+    const double length = qnl::Length(direction);
     for (double& component : direction) {
         component = length == 0.0 ? 0.0 : OnGrid(component / length);
     }
@@ -116,25 +116,60 @@ TEST(Normals, TheTetraByHand) {
     const double along = pi / 3.0 / std::sqrt(3.0);
     const Point sum{along, along - pi / 4.0, along - pi / 4.0};
     for (std::size_t a = 0; a < 3; ++a) {
-        EXPECT_NEAR(normals[2][a], sum[a] / qnl::kernel::Length(sum), 6e-11);
+        EXPECT_NEAR(normals[2][a], sum[a] / qnl::Length(sum), 6e-11);
         EXPECT_EQ(normals[2][a], OnGrid(normals[2][a]));
     }
 }
 
+// Normals of loose triangles, by node number from 1.
+std::vector<Point> NormalsOfTriangles(const std::vector<Point>& points,
+                                      const std::vector<std::array<int, 3>>& triangles) {
+    std::vector<NodeRecord> nodes(1);
+    for (const Point& point : points) {
+        nodes.push_back({point[0], point[1], point[2], static_cast<int>(nodes.size()), 0});
+    }
+    std::vector<int> lists{0};
+    for (const auto& triangle : triangles) {
+        lists.insert(lists.end(), triangle.begin(), triangle.end());
+    }
+    std::vector<SurfaceRecord> faces(triangles.size() + 1);
+    for (std::size_t i = 0; i < triangles.size(); ++i) {
+        faces[i + 1].nNode = 3;
+        faces[i + 1].nodes = lists.data() + 3 * i;
+    }
+    return qnl::kernel::NodeNormals(nodes, faces);
+}
+
 TEST(Normals, ACornerWithoutAreaAddsNothing) {
-    std::vector<NodeRecord> nodes(5);
-    nodes[1] = {0, 0, 0, 1, 0};
-    nodes[2] = {1, 0, 0, 2, 0};
-    nodes[3] = {0, 1, 0, 3, 0};
-    nodes[4] = {2, 0, 0, 4, 0};
-    const int lists[] = {0, 1, 2, 3, 0, 1, 2, 4};
-    std::vector<SurfaceRecord> faces(3);
-    faces[1].nNode = faces[2].nNode = 3;
-    faces[1].nodes = lists;
-    faces[2].nodes = lists + 4;
-    const std::vector<Point> normals = qnl::kernel::NodeNormals(nodes, faces);
+    const std::vector<Point> normals =
+        NormalsOfTriangles({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {2, 0, 0}}, {{1, 2, 3}, {1, 2, 4}});
     EXPECT_EQ(normals[2], (Point{0, 0, 1}));
     EXPECT_EQ(normals[4], (Point{0, 0, 0}));
+}
+
+// The normal of the triangle at its first corner is (slope, 1, 0) to the last bit: its length rounds to 1.
+Point NormalOfSlope(double slope) {
+    return NormalsOfTriangles({{0, 0, 0}, {0, 0, 1}, {1, -slope, 0}}, {{1, 2, 3}})[1];
+}
+
+TEST(Normals, TiesGoToTheEvenMultiple) {
+    const double step = 1.0 / 17179869184.0;  // 2^-34
+    EXPECT_EQ(NormalOfSlope(0.5 * step)[0], 0.0);
+    EXPECT_EQ(NormalOfSlope(-0.5 * step)[0], 0.0);
+    EXPECT_EQ(NormalOfSlope(0.75 * step)[0], step);
+    EXPECT_EQ(NormalOfSlope(-0.75 * step)[0], -step);
+    EXPECT_EQ(NormalOfSlope(1.5 * step)[0], 2.0 * step);
+    EXPECT_EQ(NormalOfSlope(2.5 * step)[0], 2.0 * step);
+    EXPECT_EQ(NormalOfSlope(3.5 * step)[0], 4.0 * step);
+}
+
+// The corner angle of a needle is its width, and so is the length of its share.
+TEST(Normals, ASumShorterThanTheLimitStaysZero) {
+    const auto normalOfWidth = [](double width) {
+        return NormalsOfTriangles({{0, 0, 0}, {1, 0, 0}, {1, width, 0}}, {{1, 2, 3}})[1];
+    };
+    EXPECT_EQ(normalOfWidth(0.99e-30), (Point{0, 0, 0}));
+    EXPECT_EQ(normalOfWidth(1.01e-30), (Point{0, 0, 1}));
 }
 
 TEST(Normals, GiveTheSameBitsOnAnyThreadCount) {

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "support/MeshBuilder.h"
-#include "support/TempFolder.h"
+#include "support/ScratchFolder.h"
 #include "unit/kernel/RawMeshFile.h"
 
 namespace {
@@ -106,12 +106,12 @@ const SpoiledCase kSpoiledCases[] = {
      [](RawMeshFile& f) {
          f.labels = {{1, 2, 0, 4}};
      },
-     "/VTKHDF/PointData/NodeId of point 3: expected 1 to 268435456, found 0"},
+     "/VTKHDF/PointData/NodeId of point 3: expected 1 to 2147483646, found 0"},
     {"LabelTooLarge",
      [](RawMeshFile& f) {
          f.labels = {{1, 2, 3, 2147483647}};
      },
-     "/VTKHDF/PointData/NodeId of point 4: expected 1 to 268435456, found 2147483647"},
+     "/VTKHDF/PointData/NodeId of point 4: expected 1 to 2147483646, found 2147483647"},
     {"LabelTwice",
      [](RawMeshFile& f) {
          f.labels = {{5, 6, 7, 5}};
@@ -167,8 +167,8 @@ const SpoiledCase kSpoiledCases[] = {
 class SpoiledMeshFile : public testing::TestWithParam<SpoiledCase> {};
 
 TEST_P(SpoiledMeshFile, IsRefusedInOneLine) {
-    const TempFolder folder;
-    const std::string path = folder.Path("mesh.hdf");
+    const ScratchFolder folder;
+    const std::string path = folder.File("mesh.hdf");
     RawMeshFile file;
     GetParam().spoil(file);
     file.Write(path);
@@ -179,38 +179,38 @@ INSTANTIATE_TEST_SUITE_P(EachFault, SpoiledMeshFile, testing::ValuesIn(kSpoiledC
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 TEST(MeshFile, NamesAMissingFile) {
-    const TempFolder folder;
-    EXPECT_EQ(FaultOf(folder.Path("none.hdf")),
-              "Mesh file " + folder.Path("none.hdf") + ": not found, or not readable");
-    EXPECT_EQ(FaultOf(folder.Folder()), "Mesh file " + folder.Folder() + ": not found, or not readable");
+    const ScratchFolder folder;
+    EXPECT_EQ(FaultOf(folder.File("none.hdf")),
+              "Mesh file " + folder.File("none.hdf") + ": not found, or not readable");
+    EXPECT_EQ(FaultOf(folder.Path()), "Mesh file " + folder.Path() + ": not found, or not readable");
 }
 
 TEST(MeshFile, NamesFilesOfOtherKinds) {
-    const TempFolder folder;
-    WriteBytes(folder.Path("a.hdf"), "solid cube\n");
-    EXPECT_EQ(FaultOf(folder.Path("a.hdf")), "Mesh file " + folder.Path("a.hdf") + ": not a VTKHDF file");
-    WriteBytes(folder.Path("b.hdf"), "");
-    EXPECT_EQ(FaultOf(folder.Path("b.hdf")), "Mesh file " + folder.Path("b.hdf") + ": not a VTKHDF file");
-    qnl::hdf5::OutputFile other(folder.Path("c.hdf"));
+    const ScratchFolder folder;
+    folder.Write("a.hdf", "solid cube\n");
+    EXPECT_EQ(FaultOf(folder.File("a.hdf")), "Mesh file " + folder.File("a.hdf") + ": not a VTKHDF file");
+    folder.Write("b.hdf", "");
+    EXPECT_EQ(FaultOf(folder.File("b.hdf")), "Mesh file " + folder.File("b.hdf") + ": not a VTKHDF file");
+    qnl::hdf5::OutputFile other(folder.File("c.hdf"));
     other.CreateGroup("/items");
     other.Close();
-    EXPECT_EQ(FaultOf(folder.Path("c.hdf")),
-              "Mesh file " + folder.Path("c.hdf") + ": not a VTKHDF file: it has no group /VTKHDF");
-    qnl::hdf5::OutputFile bare(folder.Path("d.hdf"));
+    EXPECT_EQ(FaultOf(folder.File("c.hdf")),
+              "Mesh file " + folder.File("c.hdf") + ": not a VTKHDF file: it has no group /VTKHDF");
+    qnl::hdf5::OutputFile bare(folder.File("d.hdf"));
     bare.CreateGroup("/VTKHDF");
     bare.Close();
-    EXPECT_EQ(FaultOf(folder.Path("d.hdf")),
-              "Mesh file " + folder.Path("d.hdf") +
+    EXPECT_EQ(FaultOf(folder.File("d.hdf")),
+              "Mesh file " + folder.File("d.hdf") +
                   ": not a VTKHDF file: /VTKHDF lacks the attributes Version and Type");
 }
 
 TEST(MeshFile, RefusesEveryTruncation) {
-    const TempFolder folder;
-    const std::string path = folder.Path("mesh.hdf");
+    const ScratchFolder folder;
+    const std::string path = folder.File("mesh.hdf");
     qnl::kernel::WriteMeshFile(qnl::testing::BuildBox({}), path, 4);
-    const std::string whole = ReadBytes(path);
+    const std::string whole = folder.Read("mesh.hdf");
     for (std::size_t length = 0; length < whole.size(); length += 97) {
-        WriteBytes(path, whole.substr(0, length));
+        folder.Write("mesh.hdf", whole.substr(0, length));
         const std::string fault = FaultOf(path);
         EXPECT_NE(fault, "no fault") << length;
         EXPECT_EQ(fault.find('\n'), std::string::npos) << fault;
@@ -218,23 +218,23 @@ TEST(MeshFile, RefusesEveryTruncation) {
 }
 
 TEST(MeshFile, SurvivesFlippedBytes) {
-    const TempFolder folder;
-    const std::string path = folder.Path("mesh.hdf");
+    const ScratchFolder folder;
+    const std::string path = folder.File("mesh.hdf");
     qnl::kernel::WriteMeshFile(qnl::testing::BuildBox({}), path);
-    const std::string whole = ReadBytes(path);
+    const std::string whole = folder.Read("mesh.hdf");
     int refused = 0;
     for (std::size_t at = 0; at < whole.size(); at += 43) {
         std::string spoiled = whole;
         spoiled[at] = static_cast<char>(spoiled[at] ^ 0x7f);
-        WriteBytes(path, spoiled);
+        folder.Write("mesh.hdf", spoiled);
         refused += FaultOf(path) == "no fault" ? 0 : 1;
     }
     EXPECT_GT(refused, 15);
 }
 
 TEST(MeshFile, NamesAMissingDataset) {
-    const TempFolder folder;
-    const std::string path = folder.Path("mesh.hdf");
+    const ScratchFolder folder;
+    const std::string path = folder.File("mesh.hdf");
     qnl::hdf5::OutputFile file(path);
     file.CreateGroup("/VTKHDF");
     file.WriteArray<std::int32_t>("/VTKHDF", "Version", {1, 0});
@@ -246,8 +246,8 @@ TEST(MeshFile, NamesAMissingDataset) {
 }
 
 TEST(MeshFile, RefusesASizeThatIsOnlyAnnounced) {
-    const TempFolder folder;
-    const std::string path = folder.Path("mesh.hdf");
+    const ScratchFolder folder;
+    const std::string path = folder.File("mesh.hdf");
     RawMeshFile raw;
     raw.pointCounts = {100000000};
     raw.points = {};
@@ -266,8 +266,8 @@ TEST(MeshFile, RefusesASizeThatIsOnlyAnnounced) {
 }
 
 TEST(MeshFile, JoinsPiecesByLabel) {
-    const TempFolder folder;
-    const std::string path = folder.Path("mesh.hdf");
+    const ScratchFolder folder;
+    const std::string path = folder.File("mesh.hdf");
     RawMeshFile raw;
     SplitInTwo(raw);
     raw.regions = {{0, 1}};
@@ -282,9 +282,19 @@ TEST(MeshFile, JoinsPiecesByLabel) {
     EXPECT_EQ(mesh.points[4], (qnl::kernel::Point{1, 1, 1}));
 }
 
+TEST(MeshFile, NamesTheFirstLabelGivenTwice) {
+    const ScratchFolder folder;
+    const std::string path = folder.File("mesh.hdf");
+    RawMeshFile raw;
+    SplitInTwo(raw);
+    raw.labels = {{13, 12, 11, 14, 12, 30, 30, 12}};
+    raw.Write(path);
+    EXPECT_EQ(FaultOf(path), "Mesh file " + path + ": duplicate label 30 at the points 6 and 7");
+}
+
 TEST(MeshFile, ReadsAnEmptyPiece) {
-    const TempFolder folder;
-    const std::string path = folder.Path("mesh.hdf");
+    const ScratchFolder folder;
+    const std::string path = folder.File("mesh.hdf");
     RawMeshFile raw;
     raw.pointCounts = {0, 4};
     raw.cellCounts = {0, 1};
@@ -298,8 +308,8 @@ TEST(MeshFile, ReadsAnEmptyPiece) {
 }
 
 TEST(MeshFile, OptionalDatasetsMayBeAbsent) {
-    const TempFolder folder;
-    const std::string path = folder.Path("mesh.hdf");
+    const ScratchFolder folder;
+    const std::string path = folder.File("mesh.hdf");
     RawMeshFile().Write(path);
     const MeshData mesh = qnl::kernel::ReadMeshFile(path);
     EXPECT_TRUE(mesh.labels.empty());
@@ -325,8 +335,8 @@ MeshData FullMesh() {
 }
 
 TEST_P(WrittenMeshFile, ReadsBackTheSame) {
-    const TempFolder folder;
-    const std::string path = folder.Path("mesh.hdf");
+    const ScratchFolder folder;
+    const std::string path = folder.File("mesh.hdf");
     MeshData mesh = FullMesh();
     mesh.singlePrecision = GetParam() == 6;
     qnl::kernel::WriteMeshFile(mesh, path, GetParam());
@@ -338,17 +348,17 @@ TEST_P(WrittenMeshFile, ReadsBackTheSame) {
     EXPECT_EQ(read.regions, mesh.regions);
     EXPECT_EQ(read.labels, mesh.labels);
     EXPECT_EQ(read.geomTolerance, mesh.geomTolerance);
-    const std::string first = ReadBytes(path);
+    const std::string first = folder.Read("mesh.hdf");
     qnl::kernel::WriteMeshFile(mesh, path, GetParam());
-    EXPECT_EQ(ReadBytes(path), first) << "the same bytes every time";
+    EXPECT_EQ(folder.Read("mesh.hdf"), first) << "the same bytes every time";
     EXPECT_EQ(folder.FileCount(), 1u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Deflate, WrittenMeshFile, testing::Values(0u, 6u));
 
 TEST(MeshFile, WritesWedgesInTheOrderOfTheLayout) {
-    const TempFolder folder;
-    const std::string path = folder.Path("mesh.hdf");
+    const ScratchFolder folder;
+    const std::string path = folder.File("mesh.hdf");
     qnl::kernel::WriteMeshFile(qnl::testing::SingleCell(CellType::Wedge), path);
     EXPECT_EQ(qnl::kernel::ReadMeshFile(path).connectivity, (std::vector<int>{3, 4, 5, 0, 1, 2}));
 }

@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
+#include <omp.h>
 
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <thread>
 
@@ -10,7 +14,7 @@
 #include "platform/CQNLOptKer.h"
 #include "platform/Faults.h"
 #include "support/MeshBuilder.h"
-#include "support/TempFolder.h"
+#include "support/ScratchFolder.h"
 #include "unit/kernel/RawMeshFile.h"
 
 namespace {
@@ -59,10 +63,51 @@ protected:
         }
         return ids;
     }
-    TempFolder folder_;
-    std::string path_ = folder_.Path("mesh.hdf");
+    ScratchFolder folder_;
+    std::string path_ = folder_.File("mesh.hdf");
     CQNLOptKer kernel_;
 };
+
+// Pages of memory that the process holds, in bytes; 0 where the system does not tell.
+std::size_t ResidentBytes() {
+    std::size_t size = 0;
+    std::size_t resident = 0;
+    std::ifstream("/proc/self/statm") >> size >> resident;
+    return resident * 4096;
+}
+
+TEST_F(MeshKernel, SparseLabelsCostWhatTheNodesCost) {
+    MeshData mesh = qnl::testing::SingleCell(CellType::Tetra);
+    const int largest = 1 << 28;
+    mesh.labels = {7, largest, 70000000, 140000000};
+    const std::size_t before = ResidentBytes();
+    Load(mesh);
+    EXPECT_LT(ResidentBytes(), before + (std::size_t{64} << 20));
+    EXPECT_EQ(kernel_.m_pNodeGlobalIdToLocal[largest], 2);
+    EXPECT_EQ(kernel_.m_pNodeGlobalIdToLocal[largest - 1], 0);
+    EXPECT_EQ(kernel_.m_pIsPartNodeTemp[140000000], 1);
+    EXPECT_EQ(kernel_.m_pNotRunnerNode[7], 1);
+}
+
+std::size_t Threads() {
+    std::error_code absent;
+    const std::filesystem::directory_iterator tasks("/proc/self/task", absent);
+    return absent ? 0 : static_cast<std::size_t>(std::distance(begin(tasks), end(tasks)));
+}
+
+// A fresh thread, whose teams are its own; the cells are more than one thread sorts alone.
+TEST_F(MeshKernel, ReadsWithTheNumberOfThreadsThatIsSet) {
+    qnl::testing::BoxMesh box;
+    box.blocks = {30, 30, 30};
+    qnl::kernel::WriteMeshFile(BuildBox(box), path_);
+    std::thread([&] {
+        omp_set_num_threads(1);
+        const std::size_t before = Threads();
+        EXPECT_EQ(Read(kernel_, path_), 1);
+        EXPECT_EQ(Threads(), before);
+    }).join();
+    EXPECT_EQ(kernel_.m_nCells, 162000);
+}
 
 TEST_F(MeshKernel, FillsItsMembers) {
     MeshData mesh = qnl::testing::SingleCell(CellType::Hexa);
@@ -227,7 +272,7 @@ TEST_F(MeshKernel, RefusesUnusableMeshesAndFillsNothing) {
 
 TEST_F(MeshKernel, AFailedReadKeepsTheEarlierMesh) {
     Load(qnl::testing::SingleCell(CellType::Hexa));
-    EXPECT_LT(ReadAloud(kernel_, folder_.Path("none.hdf")).first, 0);
+    EXPECT_LT(ReadAloud(kernel_, folder_.File("none.hdf")).first, 0);
     EXPECT_EQ(kernel_.m_nNodes, 8);
     EXPECT_EQ(kernel_.p_Node[7].x, 1.0);
 }

@@ -75,7 +75,8 @@ TEST_P(SingleCellSizes, AreThoseComputedByHand) {
 
 TEST_P(SingleCellSizes, FacesPointOutward) {
     const MeshData mesh = SingleCell(GetParam().type);
-    const qnl::kernel::Point middle = qnl::kernel::CornerAverage(mesh, mesh.Corners(0), mesh.Nodes());
+    const qnl::kernel::Point middle = qnl::kernel::CornerAverage(
+        mesh.Nodes(), [&](int c) { return mesh.points[static_cast<std::size_t>(mesh.Corners(0)[c])]; });
     for (const BoundaryFace& face : AllFaces(mesh)) {
         const auto point = [&](std::size_t c) {
             return mesh.points[static_cast<std::size_t>(face.nodes[c])];
@@ -202,11 +203,19 @@ TEST(NodeClasses, StandByLabel) {
     MeshData mesh = SingleCell(CellType::Tetra);
     mesh.labels = {7, 2, 9, 4};
     const qnl::kernel::LabelArrays arrays = qnl::kernel::ArraysByLabel(mesh, {1, -1, 0, 1});
-    EXPECT_EQ(arrays.isPart, (std::vector<int>{0, 0, 0, 0, 1, 0, 0, 1, 0, 0}));
-    EXPECT_EQ(arrays.nodeClass, (std::vector<int>{0, 0, -1, 0, 1, 0, 0, 1, 0, 0}));
-    EXPECT_EQ(arrays.nodeIndex, (std::vector<int>{0, 0, 2, 0, 4, 0, 0, 1, 0, 3}));
+    const auto entries = [](const auto& array) {
+        std::vector<int> values;
+        for (std::size_t i = 0; i < array.Size(); ++i) {
+            values.push_back(array[i]);
+        }
+        return values;
+    };
+    EXPECT_EQ(entries(arrays.isPart), (std::vector<int>{0, 0, 0, 0, 1, 0, 0, 1, 0, 0}));
+    EXPECT_EQ(entries(arrays.nodeClass), (std::vector<int>{0, 0, -1, 0, 1, 0, 0, 1, 0, 0}));
+    EXPECT_EQ(entries(arrays.nodeIndex), (std::vector<int>{0, 0, 2, 0, 4, 0, 0, 1, 0, 3}));
     mesh.labels.clear();
-    EXPECT_EQ(qnl::kernel::ArraysByLabel(mesh, {1, -1, 0, 1}).nodeIndex, (std::vector<int>{0, 1, 2, 3, 4}));
+    EXPECT_EQ(entries(qnl::kernel::ArraysByLabel(mesh, {1, -1, 0, 1}).nodeIndex),
+              (std::vector<int>{0, 1, 2, 3, 4}));
 }
 
 TEST(EntityRecords, HoldListsBoxesAndMiddles) {

@@ -8,6 +8,7 @@
 
 #include "RayMeshes.h"
 #include "kernel/mesh/MeshFault.h"
+#include "kernel/topology/FaceMatch.h"
 #include "support/BruteRay.h"
 #include "support/MeshBuilder.h"
 
@@ -121,6 +122,25 @@ TEST(FaceTopology, DoesNotDependOnTheNumberOfThreads) {
         EXPECT_EQ(several.topology.fileNode, single.topology.fileNode);
     }
     omp_set_num_threads(before);
+}
+
+// The records that meshes of very many cells need, on small ones.
+TEST(FaceTopology, WideRecordsGiveTheSame) {
+    for (const NamedMesh& named : AllBodies()) {
+        kernel::FaceTopology topology = kernel::BuildFaceTopology(named.mesh).topology;
+        const std::vector<int> expected = topology.links;
+        for (int cell = 0; cell < topology.Cells(); ++cell) {
+            for (int f = 0; f < topology.Shape(cell).faces; ++f) {
+                int& link = topology.links[topology.Start(cell) +
+                                           static_cast<std::size_t>(topology.Shape(cell).corners + f)];
+                link = link < 0 ? link : -1;
+            }
+        }
+        const kernel::FaceMatch match = kernel::MatchFaces(topology, 0);
+        EXPECT_EQ(topology.links, expected) << named.name;
+        EXPECT_EQ(match.folded, topology.foldedCells) << named.name;
+        EXPECT_EQ(match.single.size(), static_cast<std::size_t>(topology.boundaryFaces)) << named.name;
+    }
 }
 
 TEST(FaceTopology, NamesTheOwnersOfAFaceWithThree) {

@@ -6,7 +6,7 @@
 #include <random>
 #include <utility>
 
-#include "kernel/mesh/PointMath.h"
+#include "base/Vector3.h"
 #include "support/MeshBuilder.h"
 
 namespace qnl::testing {
@@ -89,8 +89,7 @@ kernel::MeshData Merged(kernel::MeshData mesh, const std::function<bool(const ke
 
 double SixVolumesOf(const kernel::MeshData& mesh, const int* c) {
     const auto at = [&](int i) { return mesh.points[static_cast<std::size_t>(c[i])]; };
-    return qnl::kernel::Dot(qnl::kernel::Cross(kernel::Minus(at(1), at(0)), kernel::Minus(at(2), at(0))),
-                            kernel::Minus(at(3), at(0)));
+    return qnl::Dot(qnl::Cross(Minus(at(1), at(0)), Minus(at(2), at(0))), Minus(at(3), at(0)));
 }
 
 void TurnTetras(kernel::MeshData& mesh) {
@@ -263,6 +262,11 @@ std::vector<NamedMesh> AwkwardBodies() {
         meshes.push_back({"random cells", RandomCells(seed)});
     }
     return meshes;
+}
+
+kernel::MeshData TwoBlocks(int fill, double gap) {
+    const Fill chosen = kFills[fill].fill;
+    return Pair(Block(chosen, {0, 0, 0}, {2, 1, 1}), Block(chosen, {0, 0, 1.0 + gap}, {2, 1, 1}));
 }
 
 kernel::MeshData LargerPlate(double jiggle) {

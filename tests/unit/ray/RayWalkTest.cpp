@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "RayMeshes.h"
-#include "kernel/mesh/PointMath.h"
+#include "base/Vector3.h"
 #include "support/BruteRay.h"
 #include "support/MeshBuilder.h"
 
@@ -27,7 +27,7 @@ struct RayStart {
 };
 
 kernel::Point Unit(const kernel::Point& p) {
-    const double length = qnl::kernel::Length(p);
+    const double length = qnl::Length(p);
     return {p[0] / length, p[1] / length, p[2] / length};
 }
 
@@ -54,7 +54,7 @@ std::vector<RayStart> RaysThrough(const kernel::MeshData& mesh, const BruteRay& 
     for (const int node : nodes) {
         const kernel::Point& place = mesh.points[static_cast<std::size_t>(node)];
         const kernel::Point inward = brute.InwardDirection(node);
-        if (qnl::kernel::Length(inward) > 0.5) {
+        if (qnl::Length(inward) > 0.5) {
             rays.push_back({place, inward});
         }
         rays.push_back({place, random.Direction()});
@@ -64,7 +64,7 @@ std::vector<RayStart> RaysThrough(const kernel::MeshData& mesh, const BruteRay& 
         const kernel::Point& from = mesh.points[static_cast<std::size_t>(nodes[random.Index(nodes.size())])];
         const kernel::Point& to = mesh.points[random.Index(mesh.points.size())];
         if (from != to) {
-            rays.push_back({from, Unit(kernel::Minus(to, from))});
+            rays.push_back({from, Unit(Minus(to, from))});
         }
         const int* corners = mesh.Corners(static_cast<int>(random.Index(mesh.cellTypes.size())));
         kernel::Point inside{};
@@ -91,13 +91,13 @@ std::vector<int> FindIds(kernel::RayWalker& walker, const RayStart& ray, int slo
     return {ids, ids + count};
 }
 
-void ExpectSameAsBruteForce(const NamedMesh& named) {
-    const BruteRay brute(named.mesh, BruteRay::MeanEdge(named.mesh));
+// The number of rays that pass something.
+int ExpectSameAsBruteForce(const NamedMesh& named, const BruteRay& brute, const std::vector<RayStart>& rays) {
     const auto walker = MakeWalker(named.mesh);
     walker->PrepareSlots(1);
     int wrong = 0;
     int passed = 0;
-    for (const RayStart& ray : RaysThrough(named.mesh, brute)) {
+    for (const RayStart& ray : rays) {
         const BruteRay::Result expected = brute.Find(ray.origin, ray.direction);
         const std::vector<int> found = FindIds(*walker, ray);
         passed += expected.ids.empty() ? 0 : 1;
@@ -111,7 +111,12 @@ void ExpectSameAsBruteForce(const NamedMesh& named) {
         EXPECT_NEAR(walker->InsideEnd(ray.origin, ray.direction, 0), expected.insideEnd, 1e-9) << named.name;
     }
     EXPECT_EQ(wrong, 0) << named.name;
-    EXPECT_GT(passed, 0) << named.name;
+    return passed;
+}
+
+void ExpectSameAsBruteForce(const NamedMesh& named) {
+    const BruteRay brute(named.mesh, BruteRay::MeanEdge(named.mesh));
+    EXPECT_GT(ExpectSameAsBruteForce(named, brute, RaysThrough(named.mesh, brute)), 0) << named.name;
 }
 
 TEST(RayWalk, EqualsBruteForceInSingleBodies) {
@@ -134,6 +139,83 @@ TEST(RayWalk, EqualsBruteForceInALargerPlate) {
         ExpectSameAsBruteForce({single ? "larger plate, single precision" : "larger plate", std::move(mesh)});
     }
 }
+
+// Rays from within 3 epsilon of a wall of two blocks, on either side of it, and from the gap between them.
+std::vector<RayStart> RaysNearWalls(double epsilon, double gap) {
+    RandomPoints random(13);
+    std::vector<RayStart> rays;
+    for (int i = 0; i < 150; ++i) {
+        kernel::Point origin{2.0 * random.Number(), random.Number(), 2.0 * random.Number()};
+        const double walls[] = {0.0, 1.0, 1.0 + gap, 2.0 + gap};
+        const std::size_t axis = random.Index(4);
+        const double off = 6.0 * epsilon * (random.Number() - 0.5);
+        if (axis < 3) {
+            origin[axis] = (axis == 2 ? walls[random.Index(4)] : (axis == 0 ? 2.0 : 1.0)) + off;
+        } else {
+            origin[2] = 1.0 + gap * random.Number();
+        }
+        rays.push_back({origin, i % 3 == 0 ? kAxes[random.Index(6)] : random.Direction()});
+    }
+    return rays;
+}
+
+void ExpectSameFromNearWalls(int fill, bool single, double gap) {
+    const double h = BruteRay::MeanEdge(testing::TwoBlocks(fill, 0.0));
+    const double epsilon = (single ? 1e-6 : 1e-8) * h;
+    NamedMesh named{"fill " + std::to_string(fill) + ", gap of " + std::to_string(gap),
+                    testing::TwoBlocks(fill, gap * epsilon)};
+    named.mesh.singlePrecision = single;
+    const BruteRay brute(named.mesh, BruteRay::MeanEdge(named.mesh));
+    const std::vector<RayStart> rays = RaysNearWalls(epsilon, gap * epsilon);
+    const int passed = ExpectSameAsBruteForce(named, brute, rays);
+    EXPECT_GT(passed, static_cast<int>(rays.size()) / 4) << named.name;
+    EXPECT_LT(passed, static_cast<int>(rays.size())) << named.name;
+}
+
+TEST(RayWalk, EqualsBruteForceFromNearWallsAndFromGaps) {
+    for (int fill = 0; fill < testing::kFillCount; ++fill) {
+        for (const double gap : {0.5, 2.1, 2.9, 3.1, 40.0}) {
+            ExpectSameFromNearWalls(fill, false, gap);
+        }
+        ExpectSameFromNearWalls(fill, true, 2.5);
+    }
+}
+
+// Walls moved outward by epsilon leave a gap epsilon smaller on each side; up to epsilon is closed: so a gap
+// of up to 3 epsilon between bodies is none for a ray across it.
+class Gap : public ::testing::TestWithParam<double> {
+protected:
+    void SetUp() override {
+        epsilon_ = 1e-8 * BruteRay::MeanEdge(testing::TwoBlocks(0, 0.0));
+        walker_ = MakeWalker(testing::TwoBlocks(0, GetParam() * epsilon_));
+    }
+    // Length inside of a ray along z from so many epsilon above the lower block.
+    double InsideFrom(double height, double along) {
+        return walker_->InsideEnd({0.61, 0.37, 1.0 + height * epsilon_}, {0.0, 0.0, along}, 0);
+    }
+    bool Closed() const { return GetParam() < 3.0; }
+
+    double epsilon_ = 0.0;
+    std::unique_ptr<kernel::RayWalker> walker_;
+};
+
+TEST_P(Gap, IsClosedForARayFromFarAway) {
+    EXPECT_NEAR(walker_->InsideEnd({0.61, 0.37, 0.0}, {0.0, 0.0, 1.0}, 0), Closed() ? 2.0 : 1.0, 1e-6);
+    EXPECT_NEAR(walker_->InsideEnd({0.61, 0.37, 2.0}, {0.0, 0.0, -1.0}, 0), Closed() ? 2.0 : 1.0, 1e-6);
+}
+
+// From here both blocks are found at once, in one order or the other.
+TEST_P(Gap, IsClosedForARayFromBesideIt) {
+    EXPECT_NEAR(InsideFrom(-5.0, 1.0), Closed() ? 1.0 : 0.0, 1e-6);
+    EXPECT_NEAR(InsideFrom(GetParam() + 5.0, -1.0), Closed() ? 1.0 : 0.0, 1e-6);
+}
+
+TEST_P(Gap, IsClosedAroundTheOrigin) {
+    EXPECT_NEAR(InsideFrom(0.5 * GetParam(), 1.0), Closed() ? 1.0 : 0.0, 1e-6);
+    EXPECT_NEAR(InsideFrom(0.5 * GetParam(), -1.0), Closed() ? 1.0 : 0.0, 1e-6);
+}
+
+INSTANTIATE_TEST_SUITE_P(InEpsilon, Gap, ::testing::Values(2.2, 2.8, 3.2, 4.0));
 
 TEST(RayWalk, CrossesASlabAsCalculated) {
     BoxMesh box;

@@ -2,15 +2,18 @@
 
 #include <omp.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <filesystem>
+#include <set>
 #include <vector>
 
 #include "kernel/mesh/MeshFile.h"
 #include "platform/CThickGen.h"
 #include "platform/Faults.h"
 #include "results/ResultFile.h"
+#include "support/BruteRay.h"
 #include "support/CapturedOutput.h"
 #include "support/MeshBuilder.h"
 #include "support/ScratchFolder.h"
@@ -68,6 +71,62 @@ TEST(Thickness, OfAPlateIsThatOfItsWalls) {
         EXPECT_GE(inside, 70);
         EXPECT_EQ(folder.FileCount(), 2u);
     }
+}
+
+// Two boxes of different cells that share one corner node, whose normals cancel there.
+qnl::kernel::MeshData BoxesAtACorner() {
+    BoxMesh box;
+    box.fill = Fill::Tetra;
+    box.blocks = {3, 2, 2};
+    box.size = {3.0, 1.0, 2.0};
+    qnl::kernel::MeshData mesh = qnl::testing::BuildBox(box);
+    box.fill = Fill::Hexa;
+    box.origin = {3.0, 1.0, 2.0};
+    qnl::testing::Append(mesh, qnl::testing::BuildBox(box));
+    const auto cornerNode =
+        static_cast<int>(std::find(mesh.points.begin(), mesh.points.end(), box.origin) - mesh.points.begin());
+    for (int& node : mesh.connectivity) {
+        node = mesh.points[static_cast<std::size_t>(node)] == box.origin ? cornerNode : node;
+    }
+    return mesh;
+}
+
+// The rule written down once more, from the values along the rays as they stand in the file.
+double MeanOfRing(const std::set<int>& ring, const std::vector<float>& alongRay) {
+    double sum = 0.0;
+    int count = 0;
+    for (const int node : ring) {
+        const float value = alongRay[static_cast<std::size_t>(node)];
+        sum += value > 0.0F ? static_cast<double>(value) : 0.0;
+        count += value > 0.0F ? 1 : 0;
+    }
+    return count > 0 ? sum / count : 0.0;
+}
+
+TEST(Thickness, ItsSecondItemIsTheMeanOfTheRing) {
+    const ScratchFolder folder;
+    const qnl::kernel::MeshData mesh = BoxesAtACorner();
+    qnl::kernel::WriteMeshFile(mesh, folder.File("boxes.hdf"));
+    ASSERT_EQ(CThickGen(folder.File("boxes.hdf").c_str(), nullptr).m_nStatus, 0);
+    const auto items = qnl::results::ReadResultFile(folder.File("boxes.thk")).items;
+    std::vector<std::set<int>> rings(mesh.points.size());
+    for (const std::vector<int>& face : qnl::testing::BruteBoundary(mesh)) {
+        for (std::size_t c = 0; c < face.size(); ++c) {
+            const int next = face[(c + 1) % face.size()];
+            rings[static_cast<std::size_t>(face[c])].insert(next);
+            rings[static_cast<std::size_t>(next)].insert(face[c]);
+        }
+    }
+    int withoutRay = 0;
+    int unlikeOwn = 0;
+    for (std::size_t node = 0; node < rings.size(); ++node) {
+        const double expected = MeanOfRing(rings[node], items[0].values);
+        EXPECT_NEAR(items[1].values[node], expected, 1e-6) << node;
+        withoutRay += !rings[node].empty() && items[0].values[node] == 0.0F ? 1 : 0;
+        unlikeOwn += std::fabs(expected - static_cast<double>(items[0].values[node])) > 0.01 ? 1 : 0;
+    }
+    EXPECT_EQ(withoutRay, 1) << "the shared corner has no normal";
+    EXPECT_GT(unlikeOwn, 20);
 }
 
 TEST(Thickness, IsWrittenByLabel) {
