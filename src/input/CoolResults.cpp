@@ -63,9 +63,9 @@ void StoreEntries(FrozenLayerJob& job, const CoolItems& items, int count, const 
         if (!nodes.InRange(label)) {
             unknown.Add(label);
         } else if (const int local = nodes.Stored(label)) {
-            inputs.data[0][local] = static_cast<double>(items.temperature[entry]);
-            inputs.data[4][local] = static_cast<double>(items.coolingTime[entry]);
-            inputs.data[2][local] = StoredGas(static_cast<double>(items.gas[entry]));
+            inputs.data[kTemperature][local] = static_cast<double>(items.temperature[entry]);
+            inputs.data[kCoolingTime][local] = static_cast<double>(items.coolingTime[entry]);
+            inputs.data[kGasMarker][local] = StoredGas(static_cast<double>(items.gas[entry]));
         }
     }
     unknown.Report(path, "node labels", nodes.MaxLabel());

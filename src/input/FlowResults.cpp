@@ -69,18 +69,18 @@ FlowItems ReadItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& r
 
 void StoreNode(FrozenLayerJob& job, const NodeInputs& inputs, const FlowItems& items, std::size_t id,
                int local) {
-    inputs.data[0][local] = static_cast<double>(items.temperature[id]);
-    inputs.data[1][local] = static_cast<double>(items.shrinkage[id]);
+    inputs.data[kTemperature][local] = static_cast<double>(items.temperature[id]);
+    inputs.data[kVolumeShrinkage][local] = static_cast<double>(items.shrinkage[id]);
     if (job.m_bHasIntermediateTimes == 1) {
         job.m_dMaxValue = std::max(job.m_dMaxValue, static_cast<double>(items.shrinkage[id]));
-        inputs.data[5][local] = static_cast<double>(items.density[id]);
+        inputs.data[kDensity][local] = static_cast<double>(items.density[id]);
     }
-    inputs.data[2][local] = StoredGas(static_cast<double>(items.gas[id]));
+    inputs.data[kGasMarker][local] = StoredGas(static_cast<double>(items.gas[id]));
     const float u = items.velocity[0][id];
     const float v = items.velocity[1][id];
     const float w = items.velocity[2][id];
-    inputs.data[3][local] = SpeedFromSquare(static_cast<double>(u * u + v * v + w * w));
-    inputs.data[4][local] = static_cast<double>(items.coolingTime[id]);
+    inputs.data[kBulkWeight][local] = SpeedFromSquare(static_cast<double>(u * u + v * v + w * w));
+    inputs.data[kCoolingTime][local] = static_cast<double>(items.coolingTime[id]);
     if (job.m_bHasFlow == 1) {
         inputs.vector[0][local] = u;
         inputs.vector[1][local] = v;

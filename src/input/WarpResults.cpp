@@ -52,7 +52,7 @@ void StoreNode(FrozenLayerJob& job, const WarpItems& items, std::size_t id, int 
     for (std::size_t k = 0; k < 3; ++k) {
         job.m_pWarpDisplacement[k].get()[local] = static_cast<double>(items.displacement[k][id]);
     }
-    job.m_pNodeData[1].get()[local] = static_cast<double>(items.shrinkage[id]);
+    job.m_pNodeData[kVolumeShrinkage].get()[local] = static_cast<double>(items.shrinkage[id]);
 }
 
 }  // namespace

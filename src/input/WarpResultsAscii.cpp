@@ -55,7 +55,7 @@ struct WarpScan {
 };
 
 void Store(FrozenLayerJob& job, const WarpScan& scan) {
-    job.m_pNodeData[1].get()[scan.id] = scan.shrinkage;
+    job.m_pNodeData[kVolumeShrinkage].get()[scan.id] = scan.shrinkage;
     job.m_dMaxValue = std::max(job.m_dMaxValue, scan.shrinkage);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "context/FieldSlots.h"
 #include "profile/PassElementMesh.h"
 #include "profile/kernels/ProfileKernels.h"
 #include "profile/kernels/RayFrame.h"
@@ -14,9 +15,6 @@ namespace qnl::profile {
 namespace {
 
 using mesh::PassElementNumbering;
-
-/// Slots of the entity fields.
-enum FieldSlot { kTemperature, kVolumeShrinkage, kGasMarker, kBulkWeight, kCoolingTime, kDensity };
 
 constexpr int kAnalysisWithoutGasItems = 8;
 
