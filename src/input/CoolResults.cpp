@@ -8,14 +8,11 @@
 #include "input/BinaryResult.h"
 #include "input/InputFaults.h"
 #include "input/StoredNodes.h"
+#include "platform/Stages.h"
 
 namespace qnl::input {
 
 namespace {
-
-constexpr int kTemperature = 1;
-constexpr int kCoolingTime = 2;
-constexpr int kGas = 16;
 
 constexpr OpenMessages kMessages{"Can't open ReadCoolResults ", "Read ReadCoolResults by ASCII ",
                                  "Read ReadCoolResults by Binary "};
@@ -41,10 +38,10 @@ std::vector<int> ReadLabels(CQNL3DResultReader_Manipulator& reader, int count) {
 CoolItems ReadItems(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader, int count) {
     CoolItems items;
     items.labels = ReadLabels(reader, count);
-    items.temperature = ReadItem(reader, kTemperature, count);
-    items.coolingTime = ReadItem(reader, kCoolingTime, count);
+    items.temperature = ReadItem(reader, kCoolTemperature, count);
+    items.coolingTime = ReadItem(reader, kCoolCoolingTime, count);
     items.gas.resize(ItemEntries(count));
-    if (reader.GetResultItem(kGas, items.gas.data())) {
+    if (reader.GetResultItem(kCoolGas, items.gas.data())) {
         LogLine(job, "Gas in cool result !");
         job.m_bGasInCool = 1;
     }

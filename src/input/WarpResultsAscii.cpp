@@ -7,6 +7,7 @@
 #include "input/InputFaults.h"
 #include "input/WarpResults.h"
 #include "platform/Faults.h"
+#include "platform/Stages.h"
 
 namespace qnl::input {
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr const char* kResults = "[RESULTS EOW]";
 constexpr int kLayouts[] = {14, 17, 26, 29};  // numbers per record
-constexpr int kShrinkage = 7;
+constexpr int kShrinkage = kWarpShrinkage;    // columns are numbered as items
 
 struct WarpHead {
     int nodes = 0;
