@@ -7,7 +7,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 HEADERS = ["src/context/FrozenLayerJob.h", "include/platform/CQNLOptKer.h"]
-MEMBER = re.compile(r"\b([mp]_[A-Za-z0-9]+)(?:\[\d+\])?\s*(?:=[^;]*|\{[^;]*\})?;")
+MEMBER = re.compile(r"\b([mp]_[A-Za-z0-9]+)(?:\[[\w:]+\])?\s*(?:=[^;]*|\{[^;]*\})?;")
 CODE = re.compile(r"`([mp]_[A-Za-z0-9]+)`")
 
 

@@ -33,6 +33,7 @@ fi
 if gate checks; then
   python3 tools/check_layers.py
   python3 tools/check_names.py
+  python3 tools/check_tables.py
   python3 tools/check_conformance.py
 fi
 if gate odr; then

@@ -71,7 +71,7 @@ void RemoveEarlierFiles(const fs::path& folder, std::string_view beginning) {
     }
 }
 
-std::string TimeName(int index, const char* extension) {
+std::string TimeName(int index, const std::string& extension) {
     constexpr std::size_t kDigits = 3;
     if (index == 0) {
         return std::string(kRunName) + extension;
@@ -137,7 +137,7 @@ DemoSummary WriteDemoProject(const DemoRequest& request) {
     const DemoCooling cooling(part);
     const std::vector<double> times = StageTimes(request);
     const int last = static_cast<int>(times.size()) - 1;
-    const char* extension = DemoExtension(request.stage);
+    const std::string extension(DemoExtension(request.stage));
     for (int i = 0; i <= last; ++i) {
         const int index = i == last ? 0 : i + 1;
         WriteTime(folders.run / TimeName(index, extension), request, cooling, mesh.points,

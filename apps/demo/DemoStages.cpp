@@ -96,7 +96,7 @@ double Temperature(const DemoState& state, const kernel::Point& p) {
 
 /// An item of a stage and how its value at a point is found.
 struct DemoItem {
-    results::StageKind stage;
+    StageKind stage;
     int id;
     double (*value)(const DemoState& state, const kernel::Point& p);
 };
@@ -113,32 +113,31 @@ double DisplacementAlong(const DemoState& state, const kernel::Point& p) {
 
 /// By ascending number.
 constexpr DemoItem kItems[] = {
-    {results::StageKind::Flow, 6, Temperature},
-    {results::StageKind::Flow, 11, VelocityAlong<0>},
-    {results::StageKind::Flow, 12, VelocityAlong<1>},
-    {results::StageKind::Flow, 13, VelocityAlong<2>},
-    {results::StageKind::Flow, 14, Shrinkage},
-    {results::StageKind::Flow, 17,
+    {StageKind::Flow, kFlowTemperature, Temperature},
+    {StageKind::Flow, kFlowVelocityU, VelocityAlong<0>},
+    {StageKind::Flow, kFlowVelocityV, VelocityAlong<1>},
+    {StageKind::Flow, kFlowVelocityW, VelocityAlong<2>},
+    {StageKind::Flow, kFlowShrinkage, Shrinkage},
+    {StageKind::Flow, kFlowDensity,
      [](const DemoState& state, const kernel::Point& p) { return state.PackedDensity(p); }},
-    {results::StageKind::Cool, 1, Temperature},
-    {results::StageKind::Cool, 2, FreezeTime},
-    {results::StageKind::Warp, 1, DisplacementAlong<0>},
-    {results::StageKind::Warp, 2, DisplacementAlong<1>},
-    {results::StageKind::Warp, 3, DisplacementAlong<2>},
-    {results::StageKind::Warp, 7, Shrinkage},
+    {StageKind::Cool, kCoolTemperature, Temperature},
+    {StageKind::Cool, kCoolCoolingTime, FreezeTime},
+    {StageKind::Warp, kWarpDisplacementX, DisplacementAlong<0>},
+    {StageKind::Warp, kWarpDisplacementY, DisplacementAlong<1>},
+    {StageKind::Warp, kWarpDisplacementZ, DisplacementAlong<2>},
+    {StageKind::Warp, kWarpShrinkage, Shrinkage},
 };
 
 struct StageTraits {
     DemoStage stage;
-    results::StageKind kind;
-    const char* extension;
+    Stage files;
     bool hasTimes;
 };
 constexpr StageTraits kStages[] = {
-    {DemoStage::Flow, results::StageKind::Flow, ".k4f", true},
-    {DemoStage::Pack, results::StageKind::Flow, ".k4p", true},
-    {DemoStage::Cool, results::StageKind::Cool, ".k4c", false},
-    {DemoStage::Warp, results::StageKind::Warp, ".k4w", false},
+    {DemoStage::Flow, kFlowStage, true},
+    {DemoStage::Pack, kPackStage, true},
+    {DemoStage::Cool, kCoolStage, false},
+    {DemoStage::Warp, kWarpStage, false},
 };
 
 const StageTraits& Traits(DemoStage stage) {
@@ -152,8 +151,8 @@ const StageTraits& Traits(DemoStage stage) {
 
 }  // namespace
 
-const char* DemoExtension(DemoStage stage) {
-    return Traits(stage).extension;
+std::string_view DemoExtension(DemoStage stage) {
+    return Traits(stage).files.pattern;
 }
 
 bool HasDemoTimes(DemoStage stage) {
@@ -169,7 +168,7 @@ std::vector<results::ResultItem> MakeDemoItems(DemoStage stage, const DemoCoolin
     const DemoState state = MakeState(cooling, seconds);
     std::vector<results::ResultItem> items;
     for (const DemoItem& item : kItems) {
-        if (item.stage != Traits(stage).kind) {
+        if (item.stage != Traits(stage).files.kind) {
             continue;
         }
         std::vector<float> values(points.size());

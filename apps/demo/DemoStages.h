@@ -12,7 +12,7 @@ namespace qnl::demo {
 enum class DemoStage { Flow, Pack, Cool, Warp };
 
 /// Extension of a stage's result files, with its ".".
-const char* DemoExtension(DemoStage stage);
+std::string_view DemoExtension(DemoStage stage);
 
 /// True for the stages that have intermediate output times.
 bool HasDemoTimes(DemoStage stage);

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <string_view>
 
-#include "input/StagePatterns.h"
+#include "platform/Stages.h"
 
 namespace qnl::launcher {
 
@@ -95,7 +95,7 @@ LauncherWords ParseLauncherWords(int argc, const char* const* argv) {
             if (parsed.usageError.empty()) {
                 ApplyOption(parsed, argv[i]);
             }
-        } else if (i > 0 || input::NamesStageResult(argv[i])) {
+        } else if (i > 0 || NamesStageResult(argv[i])) {
             parsed.words.emplace_back(argv[i]);
         }
     }

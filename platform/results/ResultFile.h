@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/Faults.h"
+#include "platform/QNLResultType.h"
 
 /// Result files as values, for programs of our own. A file holds the items of one stage and one time,
 /// each an array over nodes or elements. It is dense (entry i belongs to node or element number i) or
@@ -36,8 +37,8 @@ struct ResultTime {
     std::string unit;  ///< "s" in stage files
 };
 
-inline constexpr int kNodeData = 1;
-inline constexpr int kElementData = 2;
+inline constexpr int kNodeData = QNLRESULT_NODE;
+inline constexpr int kElementData = QNLRESULT_ELEMENT;
 
 struct ResultItem {
     int id = 0;  ///< 1 or more

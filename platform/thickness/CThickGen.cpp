@@ -21,15 +21,12 @@ constexpr int kDone = 0;
 constexpr int kMeshNotReadable = 1;
 constexpr int kFileNotWritable = 2;
 
-constexpr int kThicknessItem = 1;
-constexpr int kMeanAroundItem = 2;
-
 std::string ThicknessPath(const std::string& meshPath) {
     const std::size_t dot = meshPath.rfind('.');
     if (dot == std::string::npos) {
         throw std::out_of_range("invalid string position");
     }
-    return meshPath.substr(0, dot) + ".thk";
+    return meshPath.substr(0, dot) + std::string(kThicknessExtension);
 }
 
 /// The values of the boundary nodes by label, 0 elsewhere.
@@ -55,11 +52,11 @@ results::StageResult MakeThicknessResult(const CQNLOptKer& kernel, const std::st
     result.time = {0, 0.0F, "s"};
     result.maxNode = LargestLabel(kernel.p_Node, kernel.m_nNodes);
     const auto add = [&](int item, const std::vector<double>& values) {
-        result.items.push_back(results::MakeStageItem(results::StageKind::Thickness, item,
-                                                      DenseByLabel(kernel, result.maxNode, values)));
+        result.items.push_back(
+            results::MakeStageItem(StageKind::Thickness, item, DenseByLabel(kernel, result.maxNode, values)));
     };
-    add(kThicknessItem, lengths);
-    add(kMeanAroundItem, means);
+    add(kThicknessAlongRay, lengths);
+    add(kThicknessAround, means);
     return result;
 }
 

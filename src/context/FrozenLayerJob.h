@@ -9,6 +9,7 @@
 #include "base/OwnedArray.h"
 #include "base/RelaxedValue.h"
 #include "context/CSurfNodeSearch.h"
+#include "context/FieldSlots.h"
 #include "context/OutputItem.h"
 #include "context/RunOptions.h"
 #include "platform/CQNLCom.h"
@@ -72,14 +73,14 @@ struct FrozenLayerJob {
     qnl::OwnedArray<double> m_pAverageVelocityV;
     qnl::OwnedArray<double> m_pAverageVelocityW;
 
-    // Input values: temperature, volume shrinkage, gas marker, speed (bulk weight), cooling time, density.
-    qnl::OwnedArray<double> m_pNodeData[6];
+    // Input values by FieldSlot, and the velocity.
+    qnl::OwnedArray<double> m_pNodeData[qnl::kFieldSlots];
     qnl::OwnedArray<float> m_pNodeVector[3];  ///< velocity u, v, w
     qnl::OwnedArray<double> m_pFlakeColorIntensity;
-    qnl::OwnedArray<double> m_pSurfData[6];   ///< face averages of m_pNodeData
-    qnl::OwnedArray<double> m_pCellData[6];   ///< cell averages of m_pNodeData
-    qnl::OwnedArray<float> m_pCellVector[3];  ///< cell averages of m_pNodeVector
-    qnl::OwnedArray<double> m_pCellFiber[6];  ///< orientation tensor xx, yy, zz, xy, xz, yz
+    qnl::OwnedArray<double> m_pSurfData[qnl::kFieldSlots];  ///< face averages of m_pNodeData
+    qnl::OwnedArray<double> m_pCellData[qnl::kFieldSlots];  ///< cell averages of m_pNodeData
+    qnl::OwnedArray<float> m_pCellVector[3];                ///< cell averages of m_pNodeVector
+    qnl::OwnedArray<double> m_pCellFiber[6];                ///< orientation tensor xx, yy, zz, xy, xz, yz
 
     // Paths, Windows-style.
     qnl::PathText m_szSurFile;

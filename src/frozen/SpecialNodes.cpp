@@ -1,30 +1,16 @@
 #include "frozen/SpecialNodes.h"
 
-#include <array>
-
+#include "context/OutputQuantities.h"
 #include "frozen/NodeSelection.h"
 
 namespace qnl::frozen {
 
 namespace {
 
-struct ClearedArray {
-    OwnedArray<double> FrozenLayerJob::*array;
-    unsigned char FrozenLayerJob::*condition;
-};
-
-constexpr std::array<ClearedArray, 5> kClearedArrays{{
-    {&FrozenLayerJob::m_pSinkMarkWork, &FrozenLayerJob::m_bHasIntermediateTimes},
-    {&FrozenLayerJob::m_pSinkMarkTotal, &FrozenLayerJob::m_bHasIntermediateTimes},
-    {&FrozenLayerJob::m_pPackingIndex, &FrozenLayerJob::m_bHasIntermediateTimes},
-    {&FrozenLayerJob::m_pMaxVolumeShrinkage, &FrozenLayerJob::m_bHasFlow},
-    {&FrozenLayerJob::m_pFlakeColorIntensity, &FrozenLayerJob::m_bIsFlakeLightIntensity},
-}};
-
 void ClearNode(FrozenLayerJob& job, int node) {
-    for (const ClearedArray& cleared : kClearedArrays) {
-        if (job.*cleared.condition == 1 && job.*cleared.array) {
-            (job.*cleared.array)[static_cast<std::size_t>(node)] = 0.0;
+    for (const OutputQuantity& quantity : kOutputQuantities) {
+        if (quantity.special == kSpecialCleared && quantity.computed(job)) {
+            (job.*quantity.array)[static_cast<std::size_t>(node)] = 0.0;
         }
     }
 }

@@ -8,14 +8,11 @@
 #include "input/BinaryResult.h"
 #include "input/InputFaults.h"
 #include "input/StoredNodes.h"
+#include "platform/Stages.h"
 
 namespace qnl::input {
 
 namespace {
-
-constexpr int kTemperature = 1;
-constexpr int kCoolingTime = 2;
-constexpr int kGas = 16;
 
 constexpr OpenMessages kMessages{"Can't open ReadCoolResults ", "Read ReadCoolResults by ASCII ",
                                  "Read ReadCoolResults by Binary "};
@@ -41,10 +38,10 @@ std::vector<int> ReadLabels(CQNL3DResultReader_Manipulator& reader, int count) {
 CoolItems ReadItems(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader, int count) {
     CoolItems items;
     items.labels = ReadLabels(reader, count);
-    items.temperature = ReadItem(reader, kTemperature, count);
-    items.coolingTime = ReadItem(reader, kCoolingTime, count);
+    items.temperature = ReadItem(reader, kCoolTemperature, count);
+    items.coolingTime = ReadItem(reader, kCoolCoolingTime, count);
     items.gas.resize(ItemEntries(count));
-    if (reader.GetResultItem(kGas, items.gas.data())) {
+    if (reader.GetResultItem(kCoolGas, items.gas.data())) {
         LogLine(job, "Gas in cool result !");
         job.m_bGasInCool = 1;
     }
@@ -63,9 +60,9 @@ void StoreEntries(FrozenLayerJob& job, const CoolItems& items, int count, const 
         if (!nodes.InRange(label)) {
             unknown.Add(label);
         } else if (const int local = nodes.Stored(label)) {
-            inputs.data[0][local] = static_cast<double>(items.temperature[entry]);
-            inputs.data[4][local] = static_cast<double>(items.coolingTime[entry]);
-            inputs.data[2][local] = StoredGas(static_cast<double>(items.gas[entry]));
+            inputs.data[kTemperature][local] = static_cast<double>(items.temperature[entry]);
+            inputs.data[kCoolingTime][local] = static_cast<double>(items.coolingTime[entry]);
+            inputs.data[kGasMarker][local] = StoredGas(static_cast<double>(items.gas[entry]));
         }
     }
     unknown.Report(path, "node labels", nodes.MaxLabel());

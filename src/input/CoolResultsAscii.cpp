@@ -31,8 +31,8 @@ const char* ReadRecord(TokenReader& text, CoolRecord& record) {
 }
 
 void StoreRecord(const NodeInputs& inputs, const StoredNodes& nodes, const CoolRecord& record, int local) {
-    inputs.data[0][local] = nodes.IsCleared(local) ? kClearedTemperature : record.temperature;
-    inputs.data[4][local] = record.coolingTime;
+    inputs.data[kTemperature][local] = nodes.IsCleared(local) ? kClearedTemperature : record.temperature;
+    inputs.data[kCoolingTime][local] = record.coolingTime;
 }
 
 bool ReadRecords(FrozenLayerJob& job, TokenReader& text, int count, const char* path) {

@@ -6,6 +6,7 @@
 #include "context/Messages.h"
 #include "input/BinaryResult.h"
 #include "input/InputFaults.h"
+#include "platform/Stages.h"
 
 namespace qnl::input {
 
@@ -15,12 +16,13 @@ namespace {
 constexpr OpenMessages kMessages{"Can't open FlowResults ", " ASCII ", "Read FiberResults by Binary "};
 
 struct FiberItem {
-    int item;
+    FibreItem item;
     std::size_t slot;  ///< xx, yy, zz, xy, xz, yz
 };
 
 // In the order of reading; the file numbers yz before xz.
-constexpr FiberItem kItems[] = {{4, 0}, {5, 1}, {6, 2}, {9, 3}, {10, 5}, {11, 4}};
+constexpr FiberItem kItems[] = {{kFibreXX, 0}, {kFibreYY, 1}, {kFibreZZ, 2},
+                                {kFibreXY, 3}, {kFibreYZ, 5}, {kFibreXZ, 4}};
 
 }  // namespace
 

@@ -8,26 +8,14 @@
 #include "input/FlowSpeed.h"
 #include "input/InputFaults.h"
 #include "input/StoredNodes.h"
+#include "platform/Stages.h"
 
 namespace qnl::input {
 
 namespace {
 
-constexpr int kTemperature = 6;
-constexpr int kGas = 9;
-constexpr int kVelocityU = 11;
-constexpr int kVelocityV = 12;
-constexpr int kVelocityW = 13;
-constexpr int kShrinkage = 14;
-constexpr int kCoolingTime = 16;
-constexpr int kDensity = 17;
-
 constexpr OpenMessages kMessages{"Can't open FlowResults ", "Read FlowResults by ASCII ",
                                  "Read FlowResults by Binary "};
-
-bool MayHaveGas(int analysisType) {
-    return analysisType == 1 || analysisType == 6 || analysisType == 7 || analysisType == 8;
-}
 
 struct FlowItems {
     ItemValues temperature;
@@ -39,12 +27,12 @@ struct FlowItems {
 };
 
 void SetItemFlags(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader) {
-    if (MayHaveGas(job.m_nAnalysisType)) {
+    if (FindAnalysisCode(job.m_nAnalysisType).mayHaveGas) {
         job.m_bIsGasIn = 1;
         LogGeneral(job, "is GasIN  \n");
     }
     for (const int item : ListItems(job, reader)) {
-        if (item == kCoolingTime) {
+        if (item == kFlowCoolingTime) {
             job.m_bFillHasCoolingTime = 1;
             LogGeneral(job, "is FillHasCoolingTime \n ");
         }
@@ -56,31 +44,31 @@ FlowItems ReadItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& r
         return wanted ? ReadItem(reader, item, count, fill) : ItemValues(ItemEntries(count), fill);
     };
     FlowItems items;
-    items.temperature = readIf(true, kTemperature, 0.0F);
-    items.velocity[0] = readIf(true, kVelocityU, 0.0F);
-    items.velocity[1] = readIf(true, kVelocityV, 0.0F);
-    items.velocity[2] = readIf(true, kVelocityW, 0.0F);
-    items.shrinkage = readIf(true, kShrinkage, 0.0F);
-    items.density = readIf(job.m_bHasIntermediateTimes == 1, kDensity, 0.0F);
-    items.gas = readIf(job.m_bIsGasIn == 1, kGas, static_cast<float>(kFileNoGas));
-    items.coolingTime = readIf(job.m_bFillHasCoolingTime == 1, kCoolingTime, 0.0F);
+    items.temperature = readIf(true, kFlowTemperature, 0.0F);
+    items.velocity[0] = readIf(true, kFlowVelocityU, 0.0F);
+    items.velocity[1] = readIf(true, kFlowVelocityV, 0.0F);
+    items.velocity[2] = readIf(true, kFlowVelocityW, 0.0F);
+    items.shrinkage = readIf(true, kFlowShrinkage, 0.0F);
+    items.density = readIf(job.m_bHasIntermediateTimes == 1, kFlowDensity, 0.0F);
+    items.gas = readIf(job.m_bIsGasIn == 1, kFlowGas, static_cast<float>(kFileNoGas));
+    items.coolingTime = readIf(job.m_bFillHasCoolingTime == 1, kFlowCoolingTime, 0.0F);
     return items;
 }
 
 void StoreNode(FrozenLayerJob& job, const NodeInputs& inputs, const FlowItems& items, std::size_t id,
                int local) {
-    inputs.data[0][local] = static_cast<double>(items.temperature[id]);
-    inputs.data[1][local] = static_cast<double>(items.shrinkage[id]);
+    inputs.data[kTemperature][local] = static_cast<double>(items.temperature[id]);
+    inputs.data[kVolumeShrinkage][local] = static_cast<double>(items.shrinkage[id]);
     if (job.m_bHasIntermediateTimes == 1) {
         job.m_dMaxValue = std::max(job.m_dMaxValue, static_cast<double>(items.shrinkage[id]));
-        inputs.data[5][local] = static_cast<double>(items.density[id]);
+        inputs.data[kDensity][local] = static_cast<double>(items.density[id]);
     }
-    inputs.data[2][local] = StoredGas(static_cast<double>(items.gas[id]));
+    inputs.data[kGasMarker][local] = StoredGas(static_cast<double>(items.gas[id]));
     const float u = items.velocity[0][id];
     const float v = items.velocity[1][id];
     const float w = items.velocity[2][id];
-    inputs.data[3][local] = SpeedFromSquare(static_cast<double>(u * u + v * v + w * w));
-    inputs.data[4][local] = static_cast<double>(items.coolingTime[id]);
+    inputs.data[kBulkWeight][local] = SpeedFromSquare(static_cast<double>(u * u + v * v + w * w));
+    inputs.data[kCoolingTime][local] = static_cast<double>(items.coolingTime[id]);
     if (job.m_bHasFlow == 1) {
         inputs.vector[0][local] = u;
         inputs.vector[1][local] = v;

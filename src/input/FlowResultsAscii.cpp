@@ -29,16 +29,16 @@ bool ReadRecord(TokenReader& text, FlowRecord& record) {
 
 void StoreRecord(FrozenLayerJob& job, const NodeInputs& inputs, const FlowRecord& record, int local) {
     const double* column = record.column;
-    inputs.data[0][local] = column[3];
-    inputs.data[2][local] = StoredGas(record.gas);
+    inputs.data[kTemperature][local] = column[3];
+    inputs.data[kGasMarker][local] = StoredGas(record.gas);
     if (job.m_bHasIntermediateTimes == 1) {
-        inputs.data[1][local] = column[9];
-        inputs.data[2][local] = column[9];
+        inputs.data[kVolumeShrinkage][local] = column[9];
+        inputs.data[kGasMarker][local] = column[9];
         job.m_bIsGasIn = 1;
         job.m_dMaxValue = std::max(job.m_dMaxValue, column[9]);
     }
     const double square = column[6] * column[6] + column[7] * column[7] + column[8] * column[8];
-    inputs.data[3][local] = SpeedFromSquare(square);
+    inputs.data[kBulkWeight][local] = SpeedFromSquare(square);
     if (job.m_bHasFlow == 1) {
         inputs.vector[0][local] = static_cast<float>(column[6]);
         inputs.vector[1][local] = static_cast<float>(column[7]);
@@ -47,8 +47,8 @@ void StoreRecord(FrozenLayerJob& job, const NodeInputs& inputs, const FlowRecord
 }
 
 void Clear(const NodeInputs& inputs, int local) {
-    inputs.data[0][local] = kClearedTemperature;
-    inputs.data[2][local] = kNoGas;
+    inputs.data[kTemperature][local] = kClearedTemperature;
+    inputs.data[kGasMarker][local] = kNoGas;
 }
 
 bool ReadRecords(FrozenLayerJob& job, TokenReader& text, const AsciiHead& head, const char* path) {

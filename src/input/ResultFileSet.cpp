@@ -1,9 +1,7 @@
 #include "input/ResultFileSet.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,8 +10,8 @@
 #include "base/TokenReader.h"
 #include "base/WindowsPath.h"
 #include "context/Messages.h"
-#include "input/StagePatterns.h"
 #include "platform/HostFiles.h"
+#include "platform/Stages.h"
 
 namespace qnl::input {
 
@@ -33,22 +31,17 @@ struct StageRule {
 };
 
 // By stage pattern. A name that holds several patterns gets every extension, in their order.
-constexpr std::array<StageRule, kStagePatterns.size()> kStageRules{{
+constexpr std::array<StageRule, kStages.size()> kStageRules{{
     {&FrozenLayerJob::m_bHasFlow, LogCheck::ByAnalysisType},
     {&FrozenLayerJob::m_bHasFlow, LogCheck::Always},
     {&FrozenLayerJob::m_bHasCool, LogCheck::None},
     {&FrozenLayerJob::m_bHasCool, LogCheck::None},
     {&FrozenLayerJob::m_bHasWarp, LogCheck::None},
 }};
-constexpr std::string_view kFlowPattern = kStagePatterns[0].pattern;
-
-constexpr int kTypesWithIntermediateTimes[] = {1, 4, 6, 7, 8, 9};
 
 bool IsLogChecked(const FrozenLayerJob& job, LogCheck check) {
-    const auto* end = std::end(kTypesWithIntermediateTimes);
     return check == LogCheck::Always ||
-           (check == LogCheck::ByAnalysisType &&
-            std::find(std::begin(kTypesWithIntermediateTimes), end, job.m_nAnalysisType) != end);
+           (check == LogCheck::ByAnalysisType && FindAnalysisCode(job.m_nAnalysisType).hasIntermediateTimes);
 }
 
 void TakeStage(FrozenLayerJob& job, const StageRule& rule) {
@@ -75,16 +68,16 @@ void LookForFibreResult(FrozenLayerJob& job, const std::string& path, bool flow)
 int SelectResultFiles(FrozenLayerJob& job) {
     const std::string_view input = job.m_szInputResult != nullptr ? job.m_szInputResult : "";
     std::string result = qnl::CutExtension(input);
-    for (std::size_t i = 0; i < qnl::input::kStagePatterns.size(); ++i) {
-        if (qnl::Holds(input, qnl::input::kStagePatterns[i].pattern)) {
-            result += qnl::input::kStagePatterns[i].resultExtension;
+    for (std::size_t i = 0; i < qnl::kStages.size(); ++i) {
+        if (qnl::Holds(input, qnl::kStages[i].pattern)) {
+            result += qnl::kStages[i].resultExtension;
             qnl::input::TakeStage(job, qnl::input::kStageRules[i]);
         }
     }
     job.m_szResultFile.Set(result);
     if (job.m_bHasCool != 1 && CheckIntermediateOutputLog(job) == qnl::input::kComplete) {
-        qnl::input::LookForFibreResult(job, qnl::ReplaceExtension(input, qnl::input::kFibreExtension),
-                                       qnl::Holds(input, qnl::input::kFlowPattern));
+        qnl::input::LookForFibreResult(job, qnl::ReplaceExtension(input, qnl::kFibreExtension),
+                                       qnl::Holds(input, qnl::kFlowStage.pattern));
     }
     return 1;
 }

@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "base/OneBased.h"
+#include "context/FieldSlots.h"
 #include "context/FrozenLayerJob.h"
 
 namespace qnl::input {
@@ -60,7 +61,7 @@ private:
 /// The node arrays that the readers fill.
 struct NodeInputs {
     explicit NodeInputs(FrozenLayerJob& job) {
-        for (std::size_t slot = 0; slot < 6; ++slot) {
+        for (std::size_t slot = 0; slot < kFieldSlots; ++slot) {
             data[slot] = {job.m_pNodeData[slot].get(), job.m_nNodes};
         }
         for (std::size_t k = 0; k < 3; ++k) {
@@ -68,8 +69,8 @@ struct NodeInputs {
         }
     }
 
-    OneBased<double> data[6];
-    OneBased<float> vector[3];  ///< empty when the job has no flow results
+    OneBased<double> data[kFieldSlots];  ///< by FieldSlot
+    OneBased<float> vector[3];           ///< empty when the job has no flow results
 };
 
 /// Temperature that marks a node whose own is not to be used, degC.

@@ -7,8 +7,8 @@
 #include "input/CoolResults.h"
 #include "input/FiberResults.h"
 #include "input/FlowResults.h"
-#include "input/StagePatterns.h"
 #include "input/WarpResults.h"
+#include "platform/Stages.h"
 
 namespace qnl::input {
 
@@ -41,7 +41,7 @@ int LoadTemperatureData(FrozenLayerJob& job, const char* path) {
         return qnl::input::LoadForProbe(job, path);
     }
     if (job.m_bIsFlakeLightIntensity == 1) {
-        ReadFiberResults(job, qnl::ReplaceExtension(path, qnl::input::kFibreExtension).c_str());
+        ReadFiberResults(job, qnl::ReplaceExtension(path, qnl::kFibreExtension).c_str());
     }
     if (!qnl::input::ReadStageResults(job, path)) {
         return -1;

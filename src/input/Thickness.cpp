@@ -10,6 +10,7 @@
 #include "input/InputFaults.h"
 #include "input/StoredNodes.h"
 #include "platform/CThickGen.h"
+#include "platform/Stages.h"
 
 namespace qnl::input {
 
@@ -18,8 +19,7 @@ namespace {
 constexpr OpenMessages kMessages{"Can't open thickness form .thk ", nullptr, "Read thickness by Binary "};
 
 // The ray thickness, read last, wins where it is positive.
-constexpr int kMeanOfNeighbours = 2;
-constexpr int kAlongRay = 1;
+constexpr ThicknessItem kItemsInOrder[] = {kThicknessAround, kThicknessAlongRay};
 
 void GenerateThickness(const FrozenLayerJob& job) {
     const int status = CThickGen(job.m_szMeshFile.Text(), nullptr).m_nStatus;
@@ -52,7 +52,7 @@ void StorePositive(FrozenLayerJob& job, const StoredNodes& nodes, const ItemValu
 
 int ReadThickness(FrozenLayerJob& job) {
     qnl::input::GenerateThickness(job);
-    const std::string path = qnl::ReplaceExtension(job.m_szMeshFile.View(), ".thk");
+    const std::string path = qnl::ReplaceExtension(job.m_szMeshFile.View(), qnl::kThicknessExtension);
     CQNL3DResultReader_Manipulator reader;
     if (qnl::input::OpenResult(job, reader, path.c_str(), qnl::input::kMessages) !=
         qnl::input::OpenedAs::Binary) {
@@ -64,7 +64,7 @@ int ReadThickness(FrozenLayerJob& job) {
     const qnl::input::StoredNodes nodes(job);
     const int last = std::min(maxNode, nodes.MaxLabel());
     qnl::input::ItemValues values(qnl::input::ItemEntries(maxNode));
-    for (const int item : {qnl::input::kMeanOfNeighbours, qnl::input::kAlongRay}) {
+    for (const int item : qnl::input::kItemsInOrder) {
         reader.GetResultItem(item, values.data());
         qnl::input::StorePositive(job, nodes, values, last);
     }

@@ -8,13 +8,13 @@
 #include "input/BinaryResult.h"
 #include "input/InputFaults.h"
 #include "input/StoredNodes.h"
+#include "platform/Stages.h"
 
 namespace qnl::input {
 
 namespace {
 
-constexpr int kDisplacement[] = {1, 2, 3};
-constexpr int kShrinkage = 7;
+constexpr WarpItem kDisplacement[] = {kWarpDisplacementX, kWarpDisplacementY, kWarpDisplacementZ};
 
 constexpr OpenMessages kMessages{"Can't open Warp Results ", "Read WarpResults by ASCII ",
                                  "Read WarpResults by Binary "};
@@ -44,7 +44,7 @@ WarpItems ReadItems(CQNL3DResultReader_Manipulator& reader, int count) {
     for (std::size_t k = 0; k < 3; ++k) {
         items.displacement[k] = ReadItem(reader, kDisplacement[k], count);
     }
-    items.shrinkage = ReadItem(reader, kShrinkage, count);
+    items.shrinkage = ReadItem(reader, kWarpShrinkage, count);
     return items;
 }
 
@@ -52,7 +52,7 @@ void StoreNode(FrozenLayerJob& job, const WarpItems& items, std::size_t id, int 
     for (std::size_t k = 0; k < 3; ++k) {
         job.m_pWarpDisplacement[k].get()[local] = static_cast<double>(items.displacement[k][id]);
     }
-    job.m_pNodeData[1].get()[local] = static_cast<double>(items.shrinkage[id]);
+    job.m_pNodeData[kVolumeShrinkage].get()[local] = static_cast<double>(items.shrinkage[id]);
 }
 
 }  // namespace

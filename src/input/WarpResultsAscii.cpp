@@ -7,6 +7,7 @@
 #include "input/InputFaults.h"
 #include "input/WarpResults.h"
 #include "platform/Faults.h"
+#include "platform/Stages.h"
 
 namespace qnl::input {
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr const char* kResults = "[RESULTS EOW]";
 constexpr int kLayouts[] = {14, 17, 26, 29};  // numbers per record
-constexpr int kShrinkage = 7;
+constexpr int kShrinkage = kWarpShrinkage;    // columns are numbered as items
 
 struct WarpHead {
     int nodes = 0;
@@ -55,7 +56,7 @@ struct WarpScan {
 };
 
 void Store(FrozenLayerJob& job, const WarpScan& scan) {
-    job.m_pNodeData[1].get()[scan.id] = scan.shrinkage;
+    job.m_pNodeData[kVolumeShrinkage].get()[scan.id] = scan.shrinkage;
     job.m_dMaxValue = std::max(job.m_dMaxValue, scan.shrinkage);
 }
 

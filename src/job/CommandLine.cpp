@@ -11,6 +11,7 @@
 #include "base/WindowsPath.h"
 #include "context/Messages.h"
 #include "platform/CQNLKNLogErrMsgTool.h"
+#include "platform/Stages.h"
 
 namespace qnl::job {
 
@@ -83,8 +84,8 @@ ProjectWords TakeInputFileName(FrozenLayerJob& job, int argc, char** argv) {
 
 void BuildProjectPaths(FrozenLayerJob& job, const ProjectWords& words) {
     job.m_szProjectName.Set(words.name);
-    const std::string result =
-        words.directory + std::string(kRunFolderMark) + words.run + "\\" + words.name + words.run + ".fzr";
+    const std::string result = words.directory + std::string(kRunFolderMark) + words.run + "\\" + words.name +
+                               words.run + std::string(kFlowStage.resultExtension);
     job.m_szResultFile.Set(result);
     job.m_szLogFile.Set(ReplaceExtension(result, ".lgz"));
     job.m_szCmxFile.Set(ReplaceExtension(result, ".cmx"));

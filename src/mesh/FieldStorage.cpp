@@ -6,6 +6,7 @@
 #include <new>
 
 #include "context/Messages.h"
+#include "context/OutputQuantities.h"
 
 namespace qnl::mesh {
 
@@ -59,73 +60,10 @@ void CreateVelocityTree(FrozenLayerJob& job) {
                                     lo[1] - margin, lo[2] - margin, kTreeKind, kTreeBlockSize, kTreeBlocks);
 }
 
-using Condition = bool (*)(const FrozenLayerJob&);
-
-bool Always(const FrozenLayerJob& /*job*/) {
-    return true;
-}
-bool Cool(const FrozenLayerJob& job) {
-    return job.m_bHasCool == 1;
-}
-bool NotCool(const FrozenLayerJob& job) {
-    return job.m_bHasCool != 1;
-}
-bool CoolingTime(const FrozenLayerJob& job) {
-    return Cool(job) || job.m_bFillHasCoolingTime == 1;
-}
-bool GasSkin(const FrozenLayerJob& job) {
-    return NotCool(job) && job.m_bIsGasIn == 1;
-}
-bool Flake(const FrozenLayerJob& job) {
-    return NotCool(job) && job.m_bIsFlakeLightIntensity == 1;
-}
-bool IntermediateTimes(const FrozenLayerJob& job) {
-    return job.m_bHasIntermediateTimes == 1;
-}
-bool Flow(const FrozenLayerJob& job) {
-    return job.m_bHasFlow == 1;
-}
-
-struct ComputedArray {
-    OwnedArray<double> FrozenLayerJob::*array;
-    Condition exists;
-};
-
-constexpr ComputedArray kComputedArrays[] = {
-    {&FrozenLayerJob::m_pFrozenRatio, Always},
-    {&FrozenLayerJob::m_pMaxTemperature, Always},
-    {&FrozenLayerJob::m_pCenterTemperature, Always},
-    {&FrozenLayerJob::m_pAverageTemperature, Always},
-    {&FrozenLayerJob::m_pMoldTemperatureDiff, Cool},
-    {&FrozenLayerJob::m_pMaxCoolingTime, CoolingTime},
-    {&FrozenLayerJob::m_pBulkTemperature, NotCool},
-    {&FrozenLayerJob::m_pSkinRatio, GasSkin},
-    {&FrozenLayerJob::m_pSkinThickness, GasSkin},
-    {&FrozenLayerJob::m_pFlakeColorIntensity, Flake},
-    {&FrozenLayerJob::m_pSinkMarkWork, IntermediateTimes},
-    {&FrozenLayerJob::m_pSinkMarkTotal, IntermediateTimes},
-    {&FrozenLayerJob::m_pPackingIndex, IntermediateTimes},
-    {&FrozenLayerJob::m_pMaxVolumeShrinkage, Flow},
-    {&FrozenLayerJob::m_pAverageVelocityU, Flow},
-    {&FrozenLayerJob::m_pAverageVelocityV, Flow},
-    {&FrozenLayerJob::m_pAverageVelocityW, Flow},
-};
-
-// In the order of release. The flow group lives until the job ends.
-constexpr OwnedArray<double> FrozenLayerJob::*kReleasedArrays[] = {
-    &FrozenLayerJob::m_pFrozenRatio,         &FrozenLayerJob::m_pMaxTemperature,
-    &FrozenLayerJob::m_pCenterTemperature,   &FrozenLayerJob::m_pAverageTemperature,
-    &FrozenLayerJob::m_pBulkTemperature,     &FrozenLayerJob::m_pSkinRatio,
-    &FrozenLayerJob::m_pMoldTemperatureDiff, &FrozenLayerJob::m_pSinkMarkWork,
-    &FrozenLayerJob::m_pSinkMarkTotal,       &FrozenLayerJob::m_pPackingIndex,
-    &FrozenLayerJob::m_pMaxCoolingTime,      &FrozenLayerJob::m_pFlakeColorIntensity,
-    &FrozenLayerJob::m_pSkinThickness,
-};
-
 }  // namespace
 
 void ResetDataStorage(FrozenLayerJob& job) {
-    const bool flow = Flow(job);
+    const bool flow = HasFlow(job);
     CreateZeroed(job.m_pNodeData, job.m_nNodes);
     if (flow) {
         CreateVelocityTree(job);
@@ -148,9 +86,10 @@ int NewDataStorage(FrozenLayerJob& job) {
 }
 
 int NewFrozenStorage(FrozenLayerJob& job) {
-    for (const ComputedArray& computed : kComputedArrays) {
-        if (computed.exists(job)) {
-            CreateZeroed(job.*computed.array, job.m_nNodes);
+    for (const std::size_t row : kMakingOrder) {
+        const OutputQuantity& quantity = kOutputQuantities[row];
+        if (quantity.computed(job)) {
+            CreateZeroed(job.*quantity.array, job.m_nNodes);
         }
     }
     CreateZeroed(job.m_pSurfNodeFlag, job.m_nNodes);
@@ -159,17 +98,18 @@ int NewFrozenStorage(FrozenLayerJob& job) {
 }
 
 void EnsureComputedArrays(FrozenLayerJob& job) {
-    for (const ComputedArray& computed : kComputedArrays) {
-        if (computed.exists(job)) {
-            CreateIfMissing(job.*computed.array, job.m_nNodes);
+    for (const std::size_t row : kMakingOrder) {
+        const OutputQuantity& quantity = kOutputQuantities[row];
+        if (quantity.computed(job)) {
+            CreateIfMissing(job.*quantity.array, job.m_nNodes);
         }
     }
     CreateIfMissing(job.m_pSurfNodeFlag, job.m_nNodes);
 }
 
 int FreeMemory(FrozenLayerJob& job) {
-    for (OwnedArray<double> FrozenLayerJob::*array : kReleasedArrays) {
-        (job.*array).reset();
+    for (const std::size_t row : kReleaseOrder) {
+        (job.*kOutputQuantities[row].array).reset();
     }
     job.m_pSurfNodeFlag.reset();
     job.m_pOutputItems.reset();

@@ -7,6 +7,7 @@
 
 #include "context/Messages.h"
 #include "platform/HostFiles.h"
+#include "platform/Stages.h"
 
 namespace qnl::output {
 
@@ -28,7 +29,7 @@ constexpr std::array<const char*, 7> kElementVariables{
 
 std::string SinkFilePath(const FrozenLayerJob& job) {
     const std::string_view log = job.m_szLogFile.View();
-    return std::string(log.substr(0, log.rfind('.'))) + "_Sink.k4w";
+    return std::string(log.substr(0, log.rfind('.'))) + "_Sink" + std::string(kWarpStage.pattern);
 }
 
 /// Rows are addressed by label.

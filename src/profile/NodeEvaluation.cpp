@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "context/FieldSlots.h"
+#include "platform/Stages.h"
 #include "profile/PassElementMesh.h"
 #include "profile/kernels/ProfileKernels.h"
 #include "profile/kernels/RayFrame.h"
@@ -14,11 +16,6 @@ namespace qnl::profile {
 namespace {
 
 using mesh::PassElementNumbering;
-
-/// Slots of the entity fields.
-enum FieldSlot { kTemperature, kVolumeShrinkage, kGasMarker, kBulkWeight, kCoolingTime, kDensity };
-
-constexpr int kAnalysisWithoutGasItems = 8;
 
 /// The profile of one node; the views lie in the scratch of the thread.
 struct NodeProfile {
@@ -164,15 +161,15 @@ double MaxCoolingTime(FrozenLayerJob& job, const NodeProfile& profile, ProfileSc
 
 void EvaluateGas(FrozenLayerJob& job, const NodeProfile& profile, ProfileScratch& scratch,
                  NodeProfileResult& result) {
-    const bool gasItems = job.m_nAnalysisType != kAnalysisWithoutGasItems;
+    const bool polymerAlone = FindAnalysisCode(job.m_nAnalysisType).polymerAlone;
     const auto markers =
         Gather(Field(job, kGasMarker), profile.ids, scratch.Doubles(ProfileScratch::kGasMarker));
-    if (gasItems) {
+    if (polymerAlone) {
         result[kSlotFrozenRatio] = FrozenRatioInPolymer(job, profile, scratch);
     }
     result[kSlotSkinRatio] = CalcuSkinRatio(profile.depths, markers, SetWindow(job));
     result[kSlotSkinOrMoldDifference] = CalcuSkinThickness(profile.depths, markers);
-    if (gasItems && job.m_bHasIntermediateTimes != 0) {
+    if (polymerAlone && job.m_bHasIntermediateTimes != 0) {
         result[kSlotPackingIndex] =
             CalcuPackingIndexToGas(MakePackingProfile(profile), markers, MakePackingLimits(job));
     }

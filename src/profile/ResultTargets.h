@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "context/FrozenLayerJob.h"
+#include "context/OutputQuantities.h"
 #include "profile/NodeProfileResult.h"
 
 namespace qnl::profile {
@@ -39,8 +40,7 @@ private:
         return wall <= skin ? wall : skin;
     }
 
-    static constexpr std::size_t kMost = 24;
-    std::array<Target, kMost> targets_{};
+    std::array<Target, kQuantityCount> targets_{};
     std::size_t count_ = 0;
     double* skinThickness_ = nullptr;
     const float* wallThickness_ = nullptr;

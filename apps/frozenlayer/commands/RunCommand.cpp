@@ -137,7 +137,8 @@ int Run(const RunRequest& request) {
     const project::WrittenFiles written({base.RunFolder(), base.directory + "\\Mesh"});
 
     text::ProgressBar bar(std::cerr, host::ErrorIsTerminal() && request.logLevel == 0 && !request.fibreProbe);
-    const bool readsMaps = base.extension == ".k4c" || base.extension == ".k4hc";
+    const Stage* stage = FindStage(base.extension);
+    const bool readsMaps = stage != nullptr && stage->kind == StageKind::Cool;
     runs::RunProgress progress(bar, !readsMaps);
     const job::ExitCode code = Evaluate(request, base, MakeOptions(request, intermediateTimes, progress));
     bar.Clear();

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "imports/ImportArrays.h"
-#include "results/StageItems.h"
+#include "platform/Stages.h"
 
 namespace qnl::imports {
 
@@ -17,9 +17,7 @@ struct ItemSource {
 
 /// A stage that can be imported; items by ascending id.
 struct ImportStage {
-    std::string_view word;
-    const char* extension;
-    results::StageKind kind;
+    Stage files;
     Quantity required;
     std::array<ItemSource, 7> items;
 
@@ -35,36 +33,32 @@ struct ImportStage {
     }
 };
 
-inline constexpr std::array<ItemSource, 7> kFlowSources{{{6, Quantity::Temperature, 0},
-                                                         {11, Quantity::Velocity, 0},
-                                                         {12, Quantity::Velocity, 1},
-                                                         {13, Quantity::Velocity, 2},
-                                                         {14, Quantity::Shrinkage, 0},
-                                                         {16, Quantity::CoolingTime, 0},
-                                                         {17, Quantity::Density, 0}}};
+inline constexpr std::array<ItemSource, 7> kFlowSources{{{kFlowTemperature, Quantity::Temperature, 0},
+                                                         {kFlowVelocityU, Quantity::Velocity, 0},
+                                                         {kFlowVelocityV, Quantity::Velocity, 1},
+                                                         {kFlowVelocityW, Quantity::Velocity, 2},
+                                                         {kFlowShrinkage, Quantity::Shrinkage, 0},
+                                                         {kFlowCoolingTime, Quantity::CoolingTime, 0},
+                                                         {kFlowDensity, Quantity::Density, 0}}};
 
 inline constexpr std::array<ImportStage, 4> kImportStages{{
-    {"flow", ".k4f", results::StageKind::Flow, Quantity::Temperature, kFlowSources},
-    {"pack", ".k4p", results::StageKind::Flow, Quantity::Temperature, kFlowSources},
-    {"cool",
-     ".k4c",
-     results::StageKind::Cool,
+    {kFlowStage, Quantity::Temperature, kFlowSources},
+    {kPackStage, Quantity::Temperature, kFlowSources},
+    {kCoolStage,
      Quantity::Temperature,
-     {{{1, Quantity::Temperature, 0}, {2, Quantity::CoolingTime, 0}}}},
-    {"warp",
-     ".k4w",
-     results::StageKind::Warp,
+     {{{kCoolTemperature, Quantity::Temperature, 0}, {kCoolCoolingTime, Quantity::CoolingTime, 0}}}},
+    {kWarpStage,
      Quantity::Displacement,
-     {{{1, Quantity::Displacement, 0},
-       {2, Quantity::Displacement, 1},
-       {3, Quantity::Displacement, 2},
-       {7, Quantity::Shrinkage, 0}}}},
+     {{{kWarpDisplacementX, Quantity::Displacement, 0},
+       {kWarpDisplacementY, Quantity::Displacement, 1},
+       {kWarpDisplacementZ, Quantity::Displacement, 2},
+       {kWarpShrinkage, Quantity::Shrinkage, 0}}}},
 }};
 
 /// The word is one of the table.
 inline const ImportStage& FindImportStage(std::string_view word) {
     for (const ImportStage& stage : kImportStages) {
-        if (stage.word == word) {
+        if (stage.files.title == word) {
             return stage;
         }
     }

@@ -13,6 +13,7 @@
 #include "project/FaultReport.h"
 #include "project/ProjectPaths.h"
 #include "results/ResultFile.h"
+#include "results/StageItems.h"
 #include "text/NumberText.h"
 
 namespace qnl::imports {
@@ -154,7 +155,7 @@ private:
     }
 
     std::string FileName(int index) const {
-        project::StageFile file{"", name_, kRun, stage_.extension, 0};
+        project::StageFile file{"", name_, kRun, std::string(stage_.files.pattern), 0};
         const std::string path = file.AtIndex(index).Path();
         return path.substr(path.rfind('\\') + 1);
     }
@@ -193,7 +194,7 @@ private:
         }
         const std::vector<float> values =
             given.empty() ? Compute(source.quantity, time) : given[source.component];
-        results::ResultItem item = results::MakeStageItem(stage_.kind, source.id, ByLabel(values));
+        results::ResultItem item = results::MakeStageItem(stage_.files.kind, source.id, ByLabel(values));
         item.name += origin.empty() ? "" : " (" + origin + ")";
         items.push_back(std::move(item));
     }

@@ -11,12 +11,8 @@ namespace {
 
 /// Extension of the frozen-layer result of a stage; empty for fibre results.
 std::string_view ResultExtension(std::string_view extension) {
-    for (const input::StagePattern& stage : input::kStagePatterns) {
-        if (stage.pattern == extension) {
-            return stage.resultExtension;
-        }
-    }
-    return {};
+    const Stage* stage = FindStage(extension);
+    return stage != nullptr ? stage->resultExtension : std::string_view();
 }
 
 std::string Presence(const std::string& path) {

@@ -73,7 +73,7 @@ StageFile ChooseStageFile(const std::string& word, bool fibreProbe) {
         return file;
     }
     for (const StageFile& file : FindBaseStageFiles(word)) {
-        if ((file.extension == input::kFibreExtension) == fibreProbe) {
+        if ((file.extension == kFibreExtension) == fibreProbe) {
             return file;
         }
     }
@@ -95,7 +95,7 @@ std::string StagesNote(const StageFile& base) {
     const std::string path = base.Path();
     std::string stages;
     int found = 0;
-    for (const input::StagePattern& stage : input::kStagePatterns) {
+    for (const Stage& stage : kStages) {
         if (path.find(stage.pattern) != std::string::npos) {
             stages += (found++ == 0 ? "" : " and ") + std::string(stage.title);
         }

@@ -99,10 +99,9 @@ bool RunPrecedes(const std::string& a, const std::string& b) {
 }
 
 std::size_t StageOrder(const std::string& extension) {
-    const auto found =
-        std::find_if(input::kStagePatterns.begin(), input::kStagePatterns.end(),
-                     [&](const input::StagePattern& stage) { return stage.pattern == extension; });
-    return static_cast<std::size_t>(found - input::kStagePatterns.begin());
+    const auto found = std::find_if(kStages.begin(), kStages.end(),
+                                    [&](const Stage& stage) { return stage.pattern == extension; });
+    return static_cast<std::size_t>(found - kStages.begin());
 }
 
 bool ComesFirst(const StageFile& a, const StageFile& b) {
@@ -151,12 +150,10 @@ std::string WindowsStyle(std::string_view path) {
 }
 
 const char* StageTitle(std::string_view extension) {
-    for (const input::StagePattern& stage : input::kStagePatterns) {
-        if (stage.pattern == extension) {
-            return stage.title;
-        }
+    if (const Stage* stage = FindStage(extension)) {
+        return stage->title;
     }
-    return extension == input::kFibreExtension ? "fibre" : nullptr;
+    return extension == kFibreExtension ? "fibre" : nullptr;
 }
 
 StageFile SplitRunPath(std::string_view path) {

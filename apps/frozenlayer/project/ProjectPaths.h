@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "input/StagePatterns.h"
+#include "platform/Stages.h"
 
 namespace qnl::project {
 

@@ -2,7 +2,7 @@
 
 #include "base/WindowsPath.h"
 #include "context/FrozenLayerJob.h"
-#include "input/StagePatterns.h"
+#include "platform/Stages.h"
 #include "project/FaultReport.h"
 #include "project/ProjectPaths.h"
 #include "text/NumberText.h"
@@ -57,10 +57,10 @@ void RunProgress::ShowShare(double shareOfTime) {
 
 void RunProgress::CheckCompanions(const FrozenLayerJob& job) const {
     if (job.m_bIsFlakeLightIntensity == 1) {
-        project::RecordNodeIdMisuse(ReplaceExtension(times_.back().stageFile, input::kFibreExtension));
+        project::RecordNodeIdMisuse(ReplaceExtension(times_.back().stageFile, kFibreExtension));
     }
     if (job.m_bIsGasIn == 1) {
-        project::RecordNodeIdMisuse(ReplaceExtension(job.m_szMeshFile.View(), ".thk"));
+        project::RecordNodeIdMisuse(ReplaceExtension(job.m_szMeshFile.View(), kThicknessExtension));
     }
 }
 

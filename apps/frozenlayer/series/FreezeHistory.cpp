@@ -168,9 +168,9 @@ FreezeHistory ReadFreezeHistory(OpenedProject& project, const ResultSeries& seri
         history.hottest.push_back(HottestAlongRays(project, surface, rays));
         const FrozenLayerJob& job = project.Job();
         history.frozenVolume.push_back(
-            ShareBelow(measure.cellVolumes, job.m_pCellData[0].get(), history.freezeTemperature));
+            ShareBelow(measure.cellVolumes, job.m_pCellData[kTemperature].get(), history.freezeTemperature));
         history.frozenSurface.push_back(
-            ShareBelow(measure.faceAreas, job.m_pSurfData[0].get(), history.freezeTemperature));
+            ShareBelow(measure.faceAreas, job.m_pSurfData[kTemperature].get(), history.freezeTemperature));
         AddProfileTime(project, sorted, profiles);
     }
     SettleFreezing(series, history);

@@ -103,7 +103,8 @@ void OpenedProject::LoadTemperatures(const std::string& stageFile) {
 }
 
 profile::PassElementField OpenedProject::Temperatures() const {
-    return {job_->m_pSurfData[0].get(), job_->m_pCellData[0].get(), {job_->m_nSurfaces}};
+    return {
+        job_->m_pSurfData[kTemperature].get(), job_->m_pCellData[kTemperature].get(), {job_->m_nSurfaces}};
 }
 
 }  // namespace qnl::series

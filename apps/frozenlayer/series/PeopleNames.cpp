@@ -1,6 +1,6 @@
 #include "series/PeopleNames.h"
 
-#include "input/StagePatterns.h"
+#include "platform/Stages.h"
 
 namespace qnl::series {
 
@@ -30,8 +30,7 @@ const PeopleName* FindPeopleName(int id, bool isWarp) {
 }
 
 bool IsWarpResult(std::string_view path) {
-    constexpr std::string_view kExtension = input::kStagePatterns.back().resultExtension;
-    static_assert(input::kStagePatterns.back().pattern == ".k4w");
+    constexpr std::string_view kExtension = kWarpStage.resultExtension;
     return path.size() >= kExtension.size() && path.substr(path.size() - kExtension.size()) == kExtension;
 }
 

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "context/OutputQuantities.h"
+
 namespace qnl::series {
 
 /// Name and unit of an item of our results as people say them; files keep their own.
@@ -14,7 +16,7 @@ struct PeopleName {
 };
 
 /// One entry per output item, by ascending id from 1.
-inline constexpr std::array<PeopleName, 20> kPeopleNames{{
+inline constexpr std::array<PeopleName, kItemCount> kPeopleNames{{
     {1, "Frozen ratio", "%"},
     {2, "Maximum temperature", "°C"},
     {3, "Centre temperature", "°C"},

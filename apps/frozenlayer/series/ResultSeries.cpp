@@ -12,16 +12,12 @@ namespace qnl::series {
 namespace {
 
 std::string ResultExtension(const std::string& stageExtension) {
-    for (const input::StagePattern& stage : input::kStagePatterns) {
-        if (stage.pattern == stageExtension) {
-            return std::string(stage.resultExtension);
-        }
-    }
-    return {};
+    const Stage* stage = FindStage(stageExtension);
+    return stage != nullptr ? std::string(stage->resultExtension) : std::string();
 }
 
 std::string StageExtension(const std::string& extension) {
-    for (const input::StagePattern& stage : input::kStagePatterns) {
+    for (const Stage& stage : kStages) {
         if (stage.pattern == extension || stage.resultExtension == extension) {
             return std::string(stage.pattern);
         }
@@ -55,7 +51,7 @@ project::StageFile StageFileOfWord(const std::string& word) {
 project::StageFile StageFileOfFolder(const std::string& folder) {
     const std::vector<project::StageFile> files = project::FindBaseStageFiles(folder);
     const auto found = std::find_if(files.begin(), files.end(), [](const project::StageFile& file) {
-        return file.extension != input::kFibreExtension && !project::ExistingIndices(ResultOf(file)).empty();
+        return file.extension != kFibreExtension && !project::ExistingIndices(ResultOf(file)).empty();
     });
     if (found == files.end()) {
         RefuseWithoutResult(folder);

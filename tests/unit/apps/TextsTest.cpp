@@ -1,10 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <sstream>
 
-#include "output/OutputItems.h"
+#include "context/OutputQuantities.h"
 #include "project/FaultReport.h"
 #include "project/OutputTime.h"
 #include "project/ProjectPaths.h"
@@ -20,22 +21,42 @@ using namespace qnl::project;
 using namespace qnl::series;
 using namespace qnl::text;
 
-TEST(PeopleNames, EveryOutputItemHasOne) {
-    ASSERT_EQ(kPeopleNames.size(), qnl::output::kItemDefinitions.size());
-    for (const qnl::output::ItemDefinition& item : qnl::output::kItemDefinitions) {
-        const PeopleName* people = FindPeopleName(item.id, false);
-        ASSERT_NE(people, nullptr) << item.name;
-        EXPECT_EQ(people->id, item.id);
-        EXPECT_FALSE(people->name.empty());
-        EXPECT_FALSE(people->unit.empty());
+TEST(PeopleNames, NameWhatTheFilesCall) {
+    constexpr std::array<std::array<std::string_view, 2>, qnl::kItemCount> kPairs{{
+        {"Frozen_Ratio", "Frozen ratio"},
+        {"Max_Temperature", "Maximum temperature"},
+        {"Center_Temperature", "Centre temperature"},
+        {"Average_Temperature", "Average temperature"},
+        {"Bulk_Temperature", "Bulk temperature"},
+        {"Skin_Ratio", "Skin ratio"},
+        {"Mold_Temperature_Diff", "Mould temperature difference"},
+        {"Max_CoolingTime", "Maximum cooling time"},
+        {"Skin_Thickness", "Skin thickness"},
+        {"Fill_MaxCoolingTime", "Maximum cooling time, filling"},
+        {"PackingIndex", "Packing index"},
+        {"SinkMarkDisplacement_Totoal", "Sink-mark displacement, total"},
+        {"SinkMarkDisplacement_u", "Sink-mark displacement, x"},
+        {"SinkMarkDisplacement_v", "Sink-mark displacement, y"},
+        {"SinkMarkDisplacement_w", "Sink-mark displacement, z"},
+        {"Max_VolumeShrinkage", "Maximum volume shrinkage"},
+        {"Average_Velocity_u", "Average velocity, x"},
+        {"Average_Velocity_v", "Average velocity, y"},
+        {"Average_Velocity_w", "Average velocity, z"},
+        {"Flake_ColorIntensity", "Flake colour intensity"},
+    }};
+    for (int id = 1; id <= static_cast<int>(kPairs.size()); ++id) {
+        const auto& [file, people] = kPairs[static_cast<std::size_t>(id) - 1];
+        EXPECT_EQ(qnl::QuantityOfItem(id).name, file);
+        EXPECT_EQ(FindPeopleName(id, false)->name, people);
     }
 }
 
 /// Units agree with those of the files, but for those that the files have by tradition.
 TEST(PeopleNames, UnitsAreThoseOfTheFilesOrKnownExceptions) {
-    for (const qnl::output::ItemDefinition& item : qnl::output::kItemDefinitions) {
-        const std::string_view people = FindPeopleName(item.id, false)->unit;
-        switch (item.id) {
+    for (int id = 1; id <= static_cast<int>(qnl::kItemCount); ++id) {
+        const qnl::OutputQuantity& item = qnl::QuantityOfItem(id);
+        const std::string_view people = FindPeopleName(id, false)->unit;
+        switch (id) {
             case 1:
             case 6:
                 EXPECT_EQ(people, "%") << item.name;

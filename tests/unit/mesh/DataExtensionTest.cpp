@@ -114,7 +114,7 @@ protected:
         job_.m_nCells = 1;
         job_.m_bHasFlow = 1;
         qnl::mesh::NewDataStorage(job_);
-        for (int slot = 0; slot < 6; ++slot) {
+        for (int slot = 0; slot < qnl::kFieldSlots; ++slot) {
             for (int n = 1; n <= 4; ++n) {
                 job_.m_pNodeData[slot].get()[n] = 3.0 * n + 100.0 * slot;
             }
@@ -133,7 +133,7 @@ protected:
 
 TEST_F(DataExtensionTest, FacesTakeEverySlot) {
     EXPECT_EQ(qnl::mesh::ExtendNodeToSurface(job_), 1);
-    for (int slot = 0; slot < 6; ++slot) {
+    for (int slot = 0; slot < qnl::kFieldSlots; ++slot) {
         EXPECT_EQ(job_.m_pSurfData[slot].get()[1], 6.0 + 100.0 * slot);
         EXPECT_EQ(job_.m_pSurfData[slot].get()[2], 9.0 + 100.0 * slot);
         EXPECT_EQ(job_.m_pSurfData[slot].get()[0], 0.0);
@@ -143,7 +143,7 @@ TEST_F(DataExtensionTest, FacesTakeEverySlot) {
 
 TEST_F(DataExtensionTest, CellsTakeEverySlotAndTheVelocity) {
     EXPECT_EQ(qnl::mesh::ExtendNodeToInnerCell(job_), 1);
-    for (int slot = 0; slot < 6; ++slot) {
+    for (int slot = 0; slot < qnl::kFieldSlots; ++slot) {
         EXPECT_EQ(job_.m_pCellData[slot].get()[1], 7.5 + 100.0 * slot);
         EXPECT_EQ(job_.m_pSurfData[slot].get()[1], 0.0);
     }

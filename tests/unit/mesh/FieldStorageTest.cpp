@@ -70,7 +70,7 @@ Names With(Names names) {
 
 TEST_F(FieldStorageTest, DataStorageWithoutFlow) {
     EXPECT_EQ(qnl::mesh::NewDataStorage(job_), 1);
-    for (int slot = 0; slot < 6; ++slot) {
+    for (int slot = 0; slot < qnl::kFieldSlots; ++slot) {
         EXPECT_TRUE(job_.m_pNodeData[slot]);
         EXPECT_TRUE(job_.m_pSurfData[slot]);
         EXPECT_TRUE(job_.m_pCellData[slot]);

@@ -4,6 +4,7 @@
 
 #include <set>
 
+#include "context/OutputQuantities.h"
 #include "output/BinaryResult.h"
 #include "support/CapturedOutput.h"
 
@@ -14,8 +15,8 @@ class OutputItems : public ::testing::Test {
 protected:
     OutputItems() {
         job_.m_nNodes = 2;
-        for (const qnl::output::ItemDefinition& item : qnl::output::kItemDefinitions) {
-            job_.*item.source = std::make_unique<double[]>(3);
+        for (const qnl::OutputQuantity& quantity : qnl::kOutputQuantities) {
+            job_.*quantity.array = std::make_unique<double[]>(3);
         }
     }
 

@@ -92,14 +92,13 @@ TEST(NodeEvaluation, PlainStageGivesRatioAndTemperatures) {
     const NodeProfileResult result = wall.Evaluate();
     EXPECT_EQ(wall.status, 1);
     EXPECT_TRUE(wall.scratch.hasProfile);
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotFrozenRatio], 60.0);
-    EXPECT_EQ(result[qnl::profile::kSlotMaxTemperature], 150.0);
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotCenterTemperature], 137.5);
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotAverageTemperature], kAverage);
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotBulkTemperature],
-                     (0.75 * 100.0 + 3.0 * 150.0 + 0.75 * 100.0) / 4.5);
-    for (int slot = qnl::profile::kSlotSkinRatio; slot < qnl::profile::kProfileSlots; ++slot) {
-        EXPECT_EQ(result[static_cast<qnl::profile::ProfileSlot>(slot)], 0.0) << "slot " << slot;
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotFrozenRatio], 60.0);
+    EXPECT_EQ(result[qnl::kSlotMaxTemperature], 150.0);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotCenterTemperature], 137.5);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotAverageTemperature], kAverage);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotBulkTemperature], (0.75 * 100.0 + 3.0 * 150.0 + 0.75 * 100.0) / 4.5);
+    for (int slot = qnl::kSlotSkinRatio; slot < qnl::kProfileSlots; ++slot) {
+        EXPECT_EQ(result[static_cast<qnl::ProfileSlot>(slot)], 0.0) << "slot " << slot;
     }
     EXPECT_EQ(wall.job.m_dKernelScratch, 3.0);
 }
@@ -113,7 +112,7 @@ TEST(NodeEvaluation, SearchesAlongTheUnitDirectionAndKeepsTheOrderFound) {
     ASSERT_EQ(record.m_nPassElems, 5);
     EXPECT_EQ(std::vector<int>(record.m_pPassElems.get(), record.m_pPassElems.get() + 5),
               (std::vector<int>{5, 1, 3, 2, 4}));
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotFrozenRatio], 60.0);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotFrozenRatio], 60.0);
 }
 
 TEST(NodeEvaluation, DepthIsMeasuredToTheMiddleOfTheBoxInXAndYAndToTheRecordsOwnZ) {
@@ -133,7 +132,7 @@ TEST(NodeEvaluation, DepthIsMeasuredToTheMiddleOfTheBoxInXAndYAndToTheRecordsOwn
     const double* depths = scratch.Doubles(qnl::profile::ProfileScratch::kDepth);
     EXPECT_DOUBLE_EQ(depths[1], 0.6 * 0.5 - 0.8);
     EXPECT_DOUBLE_EQ(depths[2], 0.6 * 11.5 - 0.8);
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotFrozenRatio], 50.0);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotFrozenRatio], 50.0);
 }
 
 TEST(NodeEvaluation, ADegenerateDirectionGivesZerosAndNoSearch) {
@@ -167,11 +166,11 @@ TEST(NodeEvaluation, ElementsAtOneDepthGiveTheirMeanTemperature) {
     qnl::profile::ProfileScratch scratch;
     NodeProfileResult result;
     CalcuFrozenAtNode(stack.job, 1, 1.0, 0.0, 0.0, 0.0, 0.0, 1.0, result, scratch);
-    EXPECT_EQ(result[qnl::profile::kSlotFrozenRatio], 100.0);
-    EXPECT_EQ(result[qnl::profile::kSlotMaxTemperature], 30.0);
-    EXPECT_EQ(result[qnl::profile::kSlotCenterTemperature], 30.0);
-    EXPECT_EQ(result[qnl::profile::kSlotAverageTemperature], 30.0);
-    EXPECT_EQ(result[qnl::profile::kSlotBulkTemperature], 30.0);
+    EXPECT_EQ(result[qnl::kSlotFrozenRatio], 100.0);
+    EXPECT_EQ(result[qnl::kSlotMaxTemperature], 30.0);
+    EXPECT_EQ(result[qnl::kSlotCenterTemperature], 30.0);
+    EXPECT_EQ(result[qnl::kSlotAverageTemperature], 30.0);
+    EXPECT_EQ(result[qnl::kSlotBulkTemperature], 30.0);
 }
 
 TEST(NodeEvaluation, AWarpRunWithoutASetterSeesNoWindow) {
@@ -179,13 +178,13 @@ TEST(NodeEvaluation, AWarpRunWithoutASetterSeesNoWindow) {
     wall.job.m_bHasWarp = 1;
     wall.job.m_bHasFlow = 1;
     const NodeProfileResult result = wall.Evaluate();
-    EXPECT_EQ(result[qnl::profile::kSlotFrozenRatio], 0.3) << "the shrinkage is largest at the wall";
-    EXPECT_EQ(result[qnl::profile::kSlotMaxTemperature], -100.0);
-    EXPECT_EQ(result[qnl::profile::kSlotCenterTemperature], 50.0) << "of the first sample";
-    EXPECT_EQ(result[qnl::profile::kSlotAverageTemperature], 0.0);
-    EXPECT_EQ(result[qnl::profile::kSlotBulkTemperature], 0.0);
-    EXPECT_EQ(result[qnl::profile::kSlotMaxVolumeShrinkage], -100.0);
-    EXPECT_EQ(result[qnl::profile::kSlotAverageVelocityU], 0.0);
+    EXPECT_EQ(result[qnl::kSlotFrozenRatio], 0.3) << "the shrinkage is largest at the wall";
+    EXPECT_EQ(result[qnl::kSlotMaxTemperature], -100.0);
+    EXPECT_EQ(result[qnl::kSlotCenterTemperature], 50.0) << "of the first sample";
+    EXPECT_EQ(result[qnl::kSlotAverageTemperature], 0.0);
+    EXPECT_EQ(result[qnl::kSlotBulkTemperature], 0.0);
+    EXPECT_EQ(result[qnl::kSlotMaxVolumeShrinkage], -100.0);
+    EXPECT_EQ(result[qnl::kSlotAverageVelocityU], 0.0);
     EXPECT_EQ(wall.job.m_dKernelScratch, 0.0);
 }
 
@@ -193,7 +192,7 @@ TEST(NodeEvaluation, AWarpRunIndicatesShrinkageInTheCoreByZero) {
     Wall wall;
     wall.job.m_bHasWarp = 1;
     wall.SetField(1, {1.0, 1.0}, {1.0, 1.0, 5.0});
-    EXPECT_EQ(wall.Evaluate()[qnl::profile::kSlotFrozenRatio], 0.0);
+    EXPECT_EQ(wall.Evaluate()[qnl::kSlotFrozenRatio], 0.0);
 }
 
 TEST(NodeEvaluation, AWarpRunWithFillCoolingTimeSetsTheWindowForWhatFollows) {
@@ -202,24 +201,22 @@ TEST(NodeEvaluation, AWarpRunWithFillCoolingTimeSetsTheWindowForWhatFollows) {
     wall.job.m_bHasFlow = 1;
     wall.job.m_bFillHasCoolingTime = 1;
     const NodeProfileResult first = wall.Evaluate();
-    EXPECT_EQ(first[qnl::profile::kSlotMaxTemperature], -100.0);
-    EXPECT_EQ(first[qnl::profile::kSlotMaxCoolingTime], 8.0);
-    EXPECT_EQ(first[qnl::profile::kSlotMaxVolumeShrinkage], 5.0)
-        << "the flow quantities come after the cooling time";
-    EXPECT_EQ(wall.Evaluate()[qnl::profile::kSlotMaxTemperature], 150.0);
+    EXPECT_EQ(first[qnl::kSlotMaxTemperature], -100.0);
+    EXPECT_EQ(first[qnl::kSlotMaxCoolingTime], 8.0);
+    EXPECT_EQ(first[qnl::kSlotMaxVolumeShrinkage], 5.0) << "the flow quantities come after the cooling time";
+    EXPECT_EQ(wall.Evaluate()[qnl::kSlotMaxTemperature], 150.0);
 }
 
 TEST(NodeEvaluation, IntermediateTimesAddPackingAndSinkDepth) {
     Wall wall;
     wall.job.m_bHasIntermediateTimes = 1;
     const NodeProfileResult result = wall.Evaluate();
-    EXPECT_EQ(result[qnl::profile::kSlotShrinkLocation], 0.3);
-    EXPECT_EQ(result[qnl::profile::kSlotPackingIndex], 0.0)
-        << "cells at the melt limit and the segments above them";
+    EXPECT_EQ(result[qnl::kSlotShrinkLocation], 0.3);
+    EXPECT_EQ(result[qnl::kSlotPackingIndex], 0.0) << "cells at the melt limit and the segments above them";
     const auto linear = [](double x) { return 1.0 - std::pow(1.0 - x, 1.0 / 3.0); };
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotSinkDepth], linear(0.03) * 0.5 + linear(0.01) * 1.0);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotSinkDepth], linear(0.03) * 0.5 + linear(0.01) * 1.0);
     wall.MakeHot();
-    EXPECT_NEAR(wall.Evaluate()[qnl::profile::kSlotPackingIndex], kHotPackingIndex, 1e-15);
+    EXPECT_NEAR(wall.Evaluate()[qnl::kSlotPackingIndex], kHotPackingIndex, 1e-15);
 }
 
 TEST(NodeEvaluation, GasRestrictsTheRatioAndGivesTheSkin) {
@@ -228,12 +225,12 @@ TEST(NodeEvaluation, GasRestrictsTheRatioAndGivesTheSkin) {
     wall.job.m_bHasIntermediateTimes = 1;
     const NodeProfileResult result = wall.Evaluate();
     // Markers by depth -1 -1 1 -1 -1: polymer 0.5 + 0.5 + 0.5 + 0.5, frozen 0.5 + 0.4 + 0.4 + 0.5.
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotFrozenRatio], 90.0);
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotSkinRatio], 200.0 / 3.0);
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotSkinOrMoldDifference], 1.0);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotFrozenRatio], 90.0);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotSkinRatio], 200.0 / 3.0);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotSkinOrMoldDifference], 1.0);
     wall.MakeHot();
     // Up to the middle cell only: half of the first segment, with density 0.95, and the second.
-    EXPECT_NEAR(wall.Evaluate()[qnl::profile::kSlotPackingIndex], (1.25 - (0.25 * 0.95 + 0.85)) / 3.0, 1e-15);
+    EXPECT_NEAR(wall.Evaluate()[qnl::kSlotPackingIndex], (1.25 - (0.25 * 0.95 + 0.85)) / 3.0, 1e-15);
 }
 
 TEST(NodeEvaluation, AnalysisTypeEightKeepsThePlainRatioAndPackingIndex) {
@@ -242,41 +239,41 @@ TEST(NodeEvaluation, AnalysisTypeEightKeepsThePlainRatioAndPackingIndex) {
     wall.job.m_bHasIntermediateTimes = 1;
     wall.job.m_nAnalysisType = 8;
     const NodeProfileResult result = wall.Evaluate();
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotFrozenRatio], 60.0);
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotSkinRatio], 200.0 / 3.0);
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotSkinOrMoldDifference], 1.0);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotFrozenRatio], 60.0);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotSkinRatio], 200.0 / 3.0);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotSkinOrMoldDifference], 1.0);
     wall.MakeHot();
-    EXPECT_NEAR(wall.Evaluate()[qnl::profile::kSlotPackingIndex], kHotPackingIndex, 1e-15);
+    EXPECT_NEAR(wall.Evaluate()[qnl::kSlotPackingIndex], kHotPackingIndex, 1e-15);
 }
 
 TEST(NodeEvaluation, FillCoolingTimeIsTheLargestInTheWindow) {
     Wall wall;
     wall.job.m_bFillHasCoolingTime = 1;
-    EXPECT_EQ(wall.Evaluate()[qnl::profile::kSlotMaxCoolingTime], 8.0) << "the far wall, at 3 mm, is outside";
+    EXPECT_EQ(wall.Evaluate()[qnl::kSlotMaxCoolingTime], 8.0) << "the far wall, at 3 mm, is outside";
 }
 
 TEST(NodeEvaluation, FlakesGiveTheColourIntensity) {
     Wall wall;
     wall.job.m_bIsFlakeLightIntensity = 1;
     const NodeProfileResult result = wall.Evaluate();
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotFlakeIntensity], 0.75);
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotAverageTemperature], kAverage);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotFlakeIntensity], 0.75);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotAverageTemperature], kAverage);
 }
 
 TEST(NodeEvaluation, AtLogLevelTwoFlakesShowAsTheAverageTemperature) {
     Wall wall;
     wall.job.m_bIsFlakeLightIntensity = 1;
     wall.job.m_nLogLevel = 1;
-    EXPECT_DOUBLE_EQ(wall.Evaluate()[qnl::profile::kSlotAverageTemperature], kAverage);
+    EXPECT_DOUBLE_EQ(wall.Evaluate()[qnl::kSlotAverageTemperature], kAverage);
     wall.job.m_nLogLevel = 2;
-    EXPECT_DOUBLE_EQ(wall.Evaluate()[qnl::profile::kSlotAverageTemperature], 0.75);
+    EXPECT_DOUBLE_EQ(wall.Evaluate()[qnl::kSlotAverageTemperature], 0.75);
 }
 
 TEST(NodeEvaluation, WithoutATensorFieldThereIsNoColourIntensity) {
     Wall wall;
     wall.job.m_bIsFlakeLightIntensity = 1;
     wall.job.m_pCellFiber[3].reset();
-    EXPECT_EQ(wall.Evaluate()[qnl::profile::kSlotFlakeIntensity], 0.0);
+    EXPECT_EQ(wall.Evaluate()[qnl::kSlotFlakeIntensity], 0.0);
 }
 
 TEST(NodeEvaluation, ACoolRunHasTheDifferenceOfTheWallsAndNoBulkTemperature) {
@@ -285,21 +282,21 @@ TEST(NodeEvaluation, ACoolRunHasTheDifferenceOfTheWallsAndNoBulkTemperature) {
     wall.job.m_bIsGasIn = 1;
     wall.job.m_bIsFlakeLightIntensity = 1;
     NodeProfileResult result = wall.Evaluate();
-    EXPECT_DOUBLE_EQ(result[qnl::profile::kSlotFrozenRatio], 60.0);
-    EXPECT_EQ(result[qnl::profile::kSlotBulkTemperature], 0.0);
-    EXPECT_EQ(result[qnl::profile::kSlotSkinRatio], 0.0);
-    EXPECT_EQ(result[qnl::profile::kSlotSkinOrMoldDifference], 10.0);
-    EXPECT_EQ(result[qnl::profile::kSlotMaxCoolingTime], 8.0);
-    EXPECT_EQ(result[qnl::profile::kSlotFlakeIntensity], 0.0);
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotFrozenRatio], 60.0);
+    EXPECT_EQ(result[qnl::kSlotBulkTemperature], 0.0);
+    EXPECT_EQ(result[qnl::kSlotSkinRatio], 0.0);
+    EXPECT_EQ(result[qnl::kSlotSkinOrMoldDifference], 10.0);
+    EXPECT_EQ(result[qnl::kSlotMaxCoolingTime], 8.0);
+    EXPECT_EQ(result[qnl::kSlotFlakeIntensity], 0.0);
     wall.SetField(0, {90.0, 60.0}, {100.0, 150.0, 100.0});
-    EXPECT_EQ(wall.Evaluate()[qnl::profile::kSlotSkinOrMoldDifference], 30.0) << "never negative";
+    EXPECT_EQ(wall.Evaluate()[qnl::kSlotSkinOrMoldDifference], 30.0) << "never negative";
 }
 
 TEST(NodeEvaluation, GasInACoolRunRestrictsTheRatio) {
     Wall wall;
     wall.job.m_bHasCool = 1;
     wall.job.m_bGasInCool = 1;
-    EXPECT_DOUBLE_EQ(wall.Evaluate()[qnl::profile::kSlotFrozenRatio], 90.0);
+    EXPECT_DOUBLE_EQ(wall.Evaluate()[qnl::kSlotFrozenRatio], 90.0);
 }
 
 TEST(NodeEvaluation, FlowGivesShrinkageAndTheMeanVelocityOfMovingCells) {
@@ -308,10 +305,10 @@ TEST(NodeEvaluation, FlowGivesShrinkageAndTheMeanVelocityOfMovingCells) {
     Wall::Fill<float>(wall.job.m_pCellVector[1].get(), {0.1F, 0.0F, 0.0F});
     Wall::Fill<float>(wall.job.m_pCellVector[2].get(), {0.0F, 0.0F, 0.0F});
     const NodeProfileResult result = wall.Evaluate();
-    EXPECT_EQ(result[qnl::profile::kSlotMaxVolumeShrinkage], 5.0);
-    EXPECT_EQ(result[qnl::profile::kSlotAverageVelocityU], 1.0);
-    EXPECT_EQ(result[qnl::profile::kSlotAverageVelocityV], static_cast<double>(0.1F));
-    EXPECT_EQ(result[qnl::profile::kSlotAverageVelocityW], 0.0);
+    EXPECT_EQ(result[qnl::kSlotMaxVolumeShrinkage], 5.0);
+    EXPECT_EQ(result[qnl::kSlotAverageVelocityU], 1.0);
+    EXPECT_EQ(result[qnl::kSlotAverageVelocityV], static_cast<double>(0.1F));
+    EXPECT_EQ(result[qnl::kSlotAverageVelocityW], 0.0);
 }
 
 TEST(NodeEvaluation, ShrinkageBeyondTheWholeIsTold) {
@@ -320,7 +317,7 @@ TEST(NodeEvaluation, ShrinkageBeyondTheWholeIsTold) {
     wall.Evaluate();
     EXPECT_FALSE(wall.scratch.shrinkageBeyondWhole);
     wall.SetField(1, {250.0, 1.0}, {1.0, 1.0, 1.0});
-    EXPECT_DOUBLE_EQ(wall.Evaluate()[qnl::profile::kSlotSinkDepth], 0.5 + (1.0 - std::pow(0.99, 1.0 / 3.0)));
+    EXPECT_DOUBLE_EQ(wall.Evaluate()[qnl::kSlotSinkDepth], 0.5 + (1.0 - std::pow(0.99, 1.0 / 3.0)));
     EXPECT_TRUE(wall.scratch.shrinkageBeyondWhole);
     wall.Evaluate(2);
     EXPECT_FALSE(wall.scratch.shrinkageBeyondWhole) << "told of the last node only";
@@ -343,5 +340,5 @@ TEST(NodeEvaluation, LongProfilesGrowTheScratch) {
     qnl::profile::ProfileScratch scratch;
     NodeProfileResult result;
     CalcuFrozenAtNode(stack.job, 1, 1.0, 0.0, 0.0, 0.0, 0.0, 1.0, result, scratch);
-    EXPECT_NEAR(result[qnl::profile::kSlotFrozenRatio], 100.0 * (1.499 + 0.001 * 70.0 / 150.0) / 2.999, 1e-9);
+    EXPECT_NEAR(result[qnl::kSlotFrozenRatio], 100.0 * (1.499 + 0.001 * 70.0 / 150.0) / 2.999, 1e-9);
 }

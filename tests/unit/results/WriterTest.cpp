@@ -268,14 +268,15 @@ TEST(StageResult, OfAnotherLengthIsNotWritten) {
 }
 
 TEST(StageItems, HaveTheUnitsOfTheirStage) {
-    using qnl::results::StageKind;
-    EXPECT_STREQ(qnl::results::FindStageItem(StageKind::Flow, 6)->unit, "\u00b0C");
-    EXPECT_STREQ(qnl::results::FindStageItem(StageKind::Flow, 17)->unit, "g/cm\u00b3");
-    EXPECT_STREQ(qnl::results::FindStageItem(StageKind::Cool, 2)->unit, "s");
-    EXPECT_STREQ(qnl::results::FindStageItem(StageKind::Warp, 7)->unit, "%");
-    EXPECT_STREQ(qnl::results::FindStageItem(StageKind::Thickness, 2)->unit, "mm");
-    EXPECT_EQ(qnl::results::FindStageItem(StageKind::Fibre, 11)->dataType, qnl::results::kElementData);
-    EXPECT_EQ(qnl::results::FindStageItem(StageKind::Warp, 6), nullptr);
+    using qnl::FindStageItem;
+    using qnl::StageKind;
+    EXPECT_STREQ(FindStageItem(StageKind::Flow, 6)->unit, "\u00b0C");
+    EXPECT_STREQ(FindStageItem(StageKind::Flow, 17)->unit, "g/cm\u00b3");
+    EXPECT_STREQ(FindStageItem(StageKind::Cool, 2)->unit, "s");
+    EXPECT_STREQ(FindStageItem(StageKind::Warp, 7)->unit, "%");
+    EXPECT_STREQ(FindStageItem(StageKind::Thickness, 2)->unit, "mm");
+    EXPECT_EQ(FindStageItem(StageKind::Fibre, 11)->type, QNLRESULT_ELEMENT);
+    EXPECT_EQ(FindStageItem(StageKind::Warp, 6), nullptr);
     EXPECT_EQ(qnl::results::MakeStageItem(StageKind::Cool, 1, {1.0F}).name, "Temperature");
     EXPECT_THROW(qnl::results::MakeStageItem(StageKind::Cool, 3, {}), std::invalid_argument);
 }
