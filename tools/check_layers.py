@@ -19,11 +19,12 @@ ROOMS = {
     "src/context": [],
     "src/mesh": ["src/context"],
     "src/input": ["src/context", "src/mesh"],
-    "src/profile/kernels": ["src/context", "src/mesh"],
+    "src/profile/kernels": ["src/mesh"],
+    "src/profile/rays": ["src/mesh", "src/profile/kernels"],
     "src/profile/search": ["src/context", "src/mesh"],
-    "src/profile": ["src/context", "src/mesh", "src/profile/kernels", "src/profile/search"],
+    "src/profile": ["src/context", "src/mesh", "src/profile/kernels", "src/profile/rays", "src/profile/search"],
     "src/output": ["src/context"],
-    "src/probe": ["src/context", "src/mesh", "src/profile", "src/profile/kernels", "src/profile/search"],
+    "src/probe": ["src/context", "src/mesh", "src/profile", "src/profile/rays", "src/profile/search"],
     "src/frozen": ["src/context", "src/mesh", "src/profile", "src/profile/search", "src/output", "src/probe"],
     "src/job": ["src/context", "src/mesh", "src/input", "src/profile/search", "src/frozen"],
     "platform/host": [],
@@ -44,7 +45,7 @@ ROOMS = {
     "apps/frozenlayer/text": [],
     "apps/frozenlayer/project": ["apps/frozenlayer/text", "src/input", "src/job", "platform/hdf5", "platform/results"],
     "apps/frozenlayer/series": ["apps/frozenlayer/text", "apps/frozenlayer/project", "src/context", "src/mesh", "src/input",
-                                "src/profile", "src/profile/kernels", "src/frozen", "src/job", "platform/results",
+                                "src/profile", "src/profile/rays", "src/frozen", "src/job", "platform/results",
                                 "platform/kernel", "platform/kernel/mesh", "platform/kernel/topology"],
     "apps/frozenlayer/page": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series", "platform/host"],
     "apps/frozenlayer/exports": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series",
@@ -68,7 +69,7 @@ ROOTS = ["include", "src", "platform", "apps/frozenlayer", "apps", "."]
 # Namespaces that are not qnl::<last folder>: what everybody uses, and rooms that share their parent's.
 NAMESPACES = {
     "include/platform": "qnl", "src/base": "qnl", "src/context": "qnl",
-    "src/profile/kernels": "qnl::profile", "src/profile/search": "qnl::profile",
+    "src/profile/kernels": "qnl::profile", "src/profile/rays": "qnl::profile", "src/profile/search": "qnl::profile",
     "platform/kernel/mesh": "qnl::kernel", "platform/kernel/topology": "qnl::kernel",
     "platform/kernel/boxes": "qnl::kernel", "platform/kernel/rays": "qnl::kernel",
 }

@@ -15,14 +15,16 @@ bool Holds(std::string_view line, std::string_view mark) {
 
 }  // namespace
 
-bool NodeIdList::Next(int& id) {
+bool NodeIdList::Next(NodeLabel& label) {
+    int number = 0;
     std::string_view line;
     while (text_.ReadLine(kLineBuffer, line)) {
         if (!inList_) {
             inList_ = Holds(line, "<List>");
         } else if (Holds(line, "</List>")) {
             inList_ = false;
-        } else if (TokenReader(line).ReadInt(id)) {
+        } else if (TokenReader(line).ReadInt(number)) {
+            label = NodeLabel(number);
             return true;
         }
     }

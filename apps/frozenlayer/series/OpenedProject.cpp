@@ -103,7 +103,7 @@ void OpenedProject::LoadTemperatures(const std::string& stageFile) {
 }
 
 profile::PassElementField OpenedProject::Temperatures() const {
-    return {job_->m_pSurfData[0].get(), job_->m_pCellData[0].get(), {job_->m_nSurfaces}};
+    return profile::FieldOf(*job_, profile::kTemperature);
 }
 
 }  // namespace qnl::series
