@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/OneBased.h"
+#include "context/FieldSlots.h"
 #include "context/FrozenLayerJob.h"
-#include "profile/FieldSlots.h"
 #include "profile/kernels/DepthWindow.h"
 #include "profile/rays/RayProfile.h"
 
@@ -30,10 +30,6 @@ inline double DepthWindowOf(const FrozenLayerJob& job) {
     return DepthWindow(job.m_dGeomTolerance);
 }
 
-/// The search record at a position of the surface-node list.
-inline const CSurfNodeSearch& SearchRecord(const FrozenLayerJob& job, ListPosition position) {
-    return job.m_pNodeSearchResults[position.Value()];
-}
 inline FoundElements FoundOf(const CSurfNodeSearch& record) {
     return {record.m_pPassElems.get(), record.m_nPassElems};
 }

@@ -103,7 +103,7 @@ void OpenedProject::LoadTemperatures(const std::string& stageFile) {
 }
 
 profile::PassElementField OpenedProject::Temperatures() const {
-    return profile::FieldOf(*job_, profile::kTemperature);
+    return profile::FieldOf(*job_, kTemperature);
 }
 
 }  // namespace qnl::series

@@ -4,6 +4,7 @@
 
 #include "mesh/MeshNodes.h"
 #include "profile/JobViews.h"
+#include "profile/search/PassElementSearch.h"
 #include "series/InwardNormals.h"
 
 namespace qnl::series {
@@ -33,7 +34,7 @@ DeepWalls CountDeepWalls(const FrozenLayerJob& job) {
     const InwardNormals normals(job);
     const profile::PassElementMesh entities = profile::MeshOf(job);
     for (ListPosition i(1); i <= ListPosition(job.m_nSurfaceNodes); ++i) {
-        const profile::FoundElements found = profile::FoundOf(profile::SearchRecord(job, i));
+        const profile::FoundElements found = profile::FoundOf(profile::SearchRecords(job)[i]);
         const NodeId node = mesh::ListedNode(job, i);
         Vector3 inward = normals.Of(node);
         if (found.count < 2 || !mesh::IsPartNode(job, node) || !Normalise(inward)) {
