@@ -151,10 +151,10 @@ private:
 
     void SearchAll() {
         qnl::ThreadFailure failure;
-        const std::vector<int> order = qnl::profile::NodeOrder(job_);
+        const std::vector<qnl::ListPosition> order = qnl::profile::NodeOrder(job_);
 #pragma omp parallel for schedule(dynamic, 1)
         for (std::size_t i = 0; i < order.size(); ++i) {
-            failure.Guard([&] { SearchOne(order[i]); });
+            failure.Guard([&] { SearchOne(order[i].Value()); });
         }
         failure.RaiseAgain();
     }

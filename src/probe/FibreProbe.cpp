@@ -9,6 +9,7 @@
 #include "base/TokenReader.h"
 #include "base/WindowsPath.h"
 #include "context/Messages.h"
+#include "mesh/MeshNodes.h"
 #include "platform/Faults.h"
 #include "platform/HostFiles.h"
 #include "probe/CsvOutput.h"
@@ -18,37 +19,34 @@ namespace qnl::probe {
 
 namespace {
 
-/// Node index of a label, 0 when the mesh has no such node.
-int LocalIndex(const FrozenLayerJob& job, int id) {
-    return id >= 1 && id <= job.m_nMaxLabel ? job.m_pNodeGlobalIdToLocal[id] : 0;
-}
-
-/// Probes the node of this label and gives its index.
-int ProbeIdentifier(FrozenLayerJob& job, int id) {
-    PrintPlain("User input ID = %d\n", id);
+/// Probes the node with this label and gives it; node 0 when the mesh has none.
+NodeId ProbeLabel(FrozenLayerJob& job, NodeLabel label) {
+    PrintPlain("User input ID = %d\n", label.Value());
     {
         CsvOutput csv(job);
         if (csv) {
-            std::fprintf(job.m_pFibreCsv, "\n\n\nID, %d\n", id);
+            std::fprintf(job.m_pFibreCsv, "\n\n\nID, %d\n", label.Value());
         }
     }
-    const int n = LocalIndex(job, id);
-    const NodeRecord& node = job.p_Node[n];
-    PrintPlain("GbID = %d, Node X = %lf, Y= %lf ,Z= %lf\n", n, node.x, node.y, node.z);
-    ProbeAlongRay(job, {node.x, node.y, node.z},
-                  {-job.m_pNormalX.get()[n], -job.m_pNormalY.get()[n], -job.m_pNormalZ.get()[n]});
-    return n;
+    const NodeId node = mesh::NodeOfLabel(job, label);
+    const Vector3 place = mesh::PlaceOf(job, node);
+    PrintPlain("GbID = %d, Node X = %lf, Y= %lf ,Z= %lf\n", node.Value(), place.x, place.y, place.z);
+    ProbeAlongRay(job, place, mesh::InwardNormal(job, node));
+    return node;
 }
 
-/// Integers typed in, taken as "%d" takes them: behind "12x" stands "x", which is none.
-class TypedIntegers {
+/// Labels typed in, integers taken as "%d" takes them: behind "12x" stands "x", which is none.
+class TypedLabels {
 public:
     /// False at the end of the input and for text that is no integer.
-    bool Next(int& value) {
+    bool Next(NodeLabel& label) {
         if (word_.AtEnd()) {
             word_ = TokenReader(TakeWord());
         }
-        return word_.ReadInt(value);
+        int number = 0;
+        const bool read = word_.ReadInt(number);
+        label = NodeLabel(number);
+        return read;
     }
 
 private:
@@ -72,29 +70,29 @@ private:
     TokenReader word_;
 };
 
-void ProbeTypedIds(FrozenLayerJob& job) {
-    TypedIntegers input;
-    int n = 0;
+void ProbeTypedLabels(FrozenLayerJob& job) {
+    TypedLabels input;
+    NodeId node;
     do {
         PrintPlain("\n Please input node ID, <0 exit()  \n");
         std::cout.flush();
-        int id = 0;
-        if (!input.Next(id)) {
+        NodeLabel label;
+        if (!input.Next(label)) {
             return;
         }
-        n = ProbeIdentifier(job, id);
-    } while (n > 0);
+        node = ProbeLabel(job, label);
+    } while (node > NodeId(0));
 }
 
-void ProbeListedIds(FrozenLayerJob& job, const std::string& name, HostFile& file) {
+void ProbeListedLabels(FrozenLayerJob& job, const std::string& name, HostFile& file) {
     std::string text;
     if (!ReadAll(file.Get(), text)) {
         RecordFault({name, "list of nodes", "a readable file", "a read error", "check the file"});
     }
     file.Close();
     NodeIdList list(text);
-    for (int id = 0; list.Next(id);) {
-        ProbeIdentifier(job, id);
+    for (NodeLabel label; list.Next(label);) {
+        ProbeLabel(job, label);
     }
 }
 
@@ -111,10 +109,10 @@ int RunFibreProbe(FrozenLayerJob& job) {
     PrintPlain("%s\n", listName.c_str());
     HostFile list(listName, "r");
     if (list) {
-        ProbeListedIds(job, listName, list);
+        ProbeListedLabels(job, listName, list);
     } else {
         PrintPlain("Node id file  for fiber does't exist!\n");
-        ProbeTypedIds(job);
+        ProbeTypedLabels(job);
     }
     return 1;
 }

@@ -13,14 +13,16 @@ constexpr std::size_t kLineBuffer = 1024;
 
 }  // namespace
 
-bool NodeIdList::Next(int& id) {
+bool NodeIdList::Next(NodeLabel& label) {
+    int number = 0;
     std::string_view line;
     while (text_.ReadLine(kLineBuffer, line)) {
         if (!inList_) {
             inList_ = Holds(line, "<List>");
         } else if (Holds(line, "</List>")) {
             inList_ = false;
-        } else if (TokenReader(line).ReadInt(id)) {
+        } else if (TokenReader(line).ReadInt(number)) {
+            label = NodeLabel(number);
             return true;
         }
     }

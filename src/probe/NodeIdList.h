@@ -3,11 +3,12 @@
 #include <string>
 #include <utility>
 
+#include "base/Id.h"
 #include "base/TokenReader.h"
 
 namespace qnl::probe {
 
-/// Walks through the node ids of a list file: the lines between one that holds "<List>" and the next that
+/// Walks through the node labels of a list file: the lines between one that holds "<List>" and the next that
 /// holds "</List>", any number of times. Each gives the integer that it begins with; one that begins with
 /// none is passed over. A line longer than 1,023 characters goes on as the next line.
 class NodeIdList {
@@ -15,8 +16,8 @@ public:
     /// `text` is the content of the file.
     explicit NodeIdList(std::string_view text) : text_(text) {}
 
-    /// The next id. False at the end.
-    bool Next(int& id);
+    /// The next label. False at the end.
+    bool Next(NodeLabel& label);
 
 private:
     TokenReader text_;

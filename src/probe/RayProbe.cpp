@@ -6,8 +6,8 @@
 #include "context/Messages.h"
 #include "probe/CsvOutput.h"
 #include "probe/FibreProbe.h"
-#include "profile/PassElementMesh.h"
-#include "profile/kernels/RayFrame.h"
+#include "profile/JobViews.h"
+#include "profile/rays/RayProfile.h"
 #include "profile/search/PassElementSearch.h"
 
 namespace qnl::probe {
@@ -19,31 +19,28 @@ constexpr int kSpareRecord = 0;
 constexpr int kSteps = 100;
 constexpr std::size_t kTensorComponents = 6;
 
-profile::PassElementMesh Mesh(const FrozenLayerJob& job) {
-    return {job.p_Surfce, job.p_Cell, {job.m_nSurfaces}};
+void LogReferencePoints(const FrozenLayerJob& job, const profile::FoundElements& found) {
+    const profile::PassElementMesh entities = profile::MeshOf(job);
+    for (int k = 0; k < found.count; ++k) {
+        const Vector3 point = profile::ReferencePoint(entities[PassElement(found.numbers[k])]);
+        LogPlain(job, "Find x = %lf,y = %lf,z= %lf  \n", point.x, point.y, point.z);
+    }
 }
 
-/// Depths of the pass elements, mm along the axis, 1-based and ascending.
-std::vector<double> SortedDepths(const FrozenLayerJob& job, const Vector3& axis, const int* found,
-                                 int count) {
-    std::vector<double> depths(static_cast<std::size_t>(count) + 1);
-    std::vector<int> ids(depths.size());
-    for (int j = 1; j <= count; ++j) {
-        const auto k = static_cast<std::size_t>(j);
-        ids[k] = found[j - 1];
-        const Vector3 point = profile::ReferencePoint(Mesh(job).Record(ids[k]));
-        LogPlain(job, "Find x = %lf,y = %lf,z= %lf  \n", point.x, point.y, point.z);
-        depths[k] = Dot(axis, point);
-    }
-    job.m_pOptKer->shellSorting(count, depths.data(), ids.data());
+/// Depths of the pass elements, mm along the depth axis of the ray, 1-based and ascending.
+std::vector<double> SortedDepths(const FrozenLayerJob& job, const profile::RayDepth& depth,
+                                 const profile::FoundElements& found) {
+    std::vector<double> depths(static_cast<std::size_t>(found.count) + 1);
+    std::vector<int> elements(depths.size());
+    profile::SortAlongRay(depth, *job.m_pOptKer, found, {depths.data(), elements.data()});
     return depths;
 }
 
-void WriteCell(const FrozenLayerJob& job, double depth, int cell) {
+void WriteCell(const FrozenLayerJob& job, double depth, CellId cell) {
     std::array<double, kTensorComponents> a{};
     for (std::size_t k = 0; k < a.size(); ++k) {
         const double* component = job.m_pCellFiber[k].get();
-        a[k] = component != nullptr ? component[cell] : 0.0;
+        a[k] = component != nullptr ? component[cell.Value()] : 0.0;
     }
     PrintPlain("%6.4f  %6.4f  %6.4f  %6.4f  %6.4f  %6.4f  %6.4f\n", depth, a[0], a[1], a[2], a[3], a[4],
                a[5]);
@@ -65,8 +62,7 @@ void WriteHeadings(const FrozenLayerJob& job) {
 struct ProbeLine {
     Vector3 start;
     Vector3 direction;  ///< unit
-    Vector3 axis;       ///< depth axis of the ray frame
-    double firstDepth;  ///< mm along the axis
+    double firstDepth;  ///< mm along the depth axis of the ray
     double height;      ///< mm
 
     double HeightAt(int step) const { return step * height / kSteps; }
@@ -80,32 +76,27 @@ struct ProbeLine {
 };
 
 /// Writes each element met along the line once, at the first height at which it is met.
-void WriteHeights(const FrozenLayerJob& job, const ProbeLine& line) {
-    const profile::PassElementMesh mesh = Mesh(job);
-    std::array<int, kSteps + 1> visited{};
+void WriteHeights(const FrozenLayerJob& job, const ProbeLine& line, const profile::RayDepth& depth) {
+    const mesh::PassElementNumbering numbering{job.m_nSurfaces};
+    std::array<PassElement, kSteps + 1> visited{};
     auto end = visited.begin();
     for (int step = 0; step <= kSteps; ++step) {
         const double t = line.HeightAt(step);
-        const int element = LocateElement(job, line.PointAt(t));
+        const PassElement element = LocateElement(job, line.PointAt(t));
         const bool metBefore = std::find(visited.begin(), end, element) != end;
         *end++ = element;
         if (metBefore) {
             continue;
         }
-        if (mesh.numbering.IsFace(element)) {
+        if (element == kNoElement || numbering.IsFace(element)) {
             WriteOutside(job, t);
-            continue;
+        } else {
+            WriteCell(job, depth(element) - line.firstDepth, numbering.Cell(element));
         }
-        const int cell = mesh.numbering.CellIndex(element);
-        WriteCell(job, Dot(line.axis, profile::ReferencePoint(mesh.cells[cell])) - line.firstDepth, cell);
     }
 }
 
 }  // namespace
-
-}  // namespace qnl::probe
-
-namespace qnl::probe {
 
 int ProbeAlongRay(FrozenLayerJob& job, const Vector3& start, const Vector3& direction) {
     Vector3 a = direction;
@@ -113,17 +104,16 @@ int ProbeAlongRay(FrozenLayerJob& job, const Vector3& start, const Vector3& dire
         return -1;
     }
     LogPlain(job, "Ax = %lf,Ay = %lf,Az= %lf  \n", a.x, a.y, a.z);
-    int count = 0;
-    const int* found = FindNodePassElems(job, kSpareRecord, count, start.x, start.y, start.z, a.x, a.y, a.z,
-                                         profile::SearchSlot(job));
-    LogPlain(job, " After FindPass ,%d\n", count);
-    if (count < 2) {
+    profile::FoundElements found{};
+    found.numbers = FindNodePassElems(job, kSpareRecord, found.count, start.x, start.y, start.z, a.x, a.y,
+                                      a.z, profile::SearchSlot(job));
+    LogPlain(job, " After FindPass ,%d\n", found.count);
+    if (found.count < 2) {
         return 1;
     }
-    profile::RayFrame frame;
-    BuildRayFrame(frame, a);
-    const Vector3 axis = profile::DepthAxis(frame);
-    const std::vector<double> depths = SortedDepths(job, axis, found, count);
+    LogReferencePoints(job, found);
+    const profile::RayDepth depth(profile::MeshOf(job), a);
+    const std::vector<double> depths = SortedDepths(job, depth, found);
     const double height = depths.back() - depths[1];
     LogPlain(job, " Height =%lf\n", height);
     const CsvOutput csv(job);
@@ -132,29 +122,31 @@ int ProbeAlongRay(FrozenLayerJob& job, const Vector3& start, const Vector3& dire
         return -1;
     }
     WriteHeadings(job);
-    WriteHeights(job, {start, a, axis, depths[1], height});
+    WriteHeights(job, {start, a, depths[1], height}, depth);
     return 1;
 }
 
-int LocateElement(const FrozenLayerJob& job, const Vector3& point) {
+PassElement LocateElement(const FrozenLayerJob& job, const Vector3& point) {
     constexpr double kHalfWidth = 0.0001;
     int count = 0;
     const int* candidates = job.m_pOptKer->SearchNearBlockID(
         point.x - kHalfWidth, point.y - kHalfWidth, point.z - kHalfWidth, point.x + kHalfWidth,
         point.y + kHalfWidth, point.z + kHalfWidth, count, 0);
-    const profile::PassElementMesh mesh = Mesh(job);
+    const profile::PassElementMesh entities = profile::MeshOf(job);
+    const mesh::PassElementNumbering numbering = entities.Numbering();
     double bestDistance = 1e30;
     double distance = 0.0;
-    int best = -1;
+    PassElement best = kNoElement;
     for (int k = 0; k < count; ++k) {
-        if (!mesh.numbering.IsFace(candidates[k])) {
-            const Vector3 cell = profile::ReferencePoint(mesh.Record(candidates[k]));
+        const PassElement candidate(candidates[k]);
+        if (!numbering.IsFace(candidate)) {
+            const Vector3 cell = profile::ReferencePoint(entities[candidate]);
             const Vector3 offset{point.x - cell.x, point.y - cell.y, point.z - cell.z};
             distance = Dot(offset, offset);
         }
         if (bestDistance > distance) {
             bestDistance = distance;
-            best = candidates[k];
+            best = candidate;
         }
     }
     return best;

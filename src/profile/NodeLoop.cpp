@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/ThreadFailure.h"
+#include "mesh/MeshNodes.h"
 #include "platform/Faults.h"
 #include "profile/NodeEvaluation.h"
 #include "profile/NodeOrder.h"
@@ -53,15 +54,15 @@ private:
 /// Nodes whose volume shrinkage was above 100 %.
 struct ShrinkageFaults {
     int nodes = 0;
-    int firstPosition = std::numeric_limits<int>::max();
+    ListPosition first{std::numeric_limits<int>::max()};
 
-    void Add(int position) {
+    void Add(ListPosition position) {
         ++nodes;
-        firstPosition = std::min(firstPosition, position);
+        first = std::min(first, position);
     }
     void Add(const ShrinkageFaults& other) {
         nodes += other.nodes;
-        firstPosition = std::min(firstPosition, other.firstPosition);
+        first = std::min(first, other.first);
     }
 };
 
@@ -69,43 +70,44 @@ void RecordShrinkageFaults(const FrozenLayerJob& job, const ShrinkageFaults& fau
     if (faults.nodes == 0) {
         return;
     }
-    const int label = job.p_Node[job.m_pSurfNodeList.get()[faults.firstPosition]].label;
+    const NodeLabel label = mesh::LabelOf(job, mesh::ListedNode(job, faults.first));
     RecordFault({"", "sink depth", "a volume shrinkage of at most 100 %",
                  "more than 100 % along the normals of " + std::to_string(faults.nodes) +
-                     " nodes, the first with label " + std::to_string(label) + "; taken as 100 %",
+                     " nodes, the first with label " + std::to_string(label.Value()) + "; taken as 100 %",
                  "check the volume shrinkage of the stage result"});
 }
 
 /// Evaluates the node at one position of the list and stores its results.
-void EvaluateListedNode(FrozenLayerJob& job, int position, const ResultTargets& targets,
+void EvaluateListedNode(FrozenLayerJob& job, ListPosition position, const ResultTargets& targets,
                         ProfileScratch& scratch) {
-    const int n = job.m_pSurfNodeList.get()[position];
-    const NodeRecord& node = job.p_Node[n];
+    const NodeId node = mesh::ListedNode(job, position);
+    const Vector3 place = mesh::PlaceOf(job, node);
+    const Vector3 inward = mesh::InwardNormal(job, node);
     NodeProfileResult result;
-    CalcuFrozenAtNode(job, position, node.x, node.y, node.z, -job.m_pNormalX.get()[n],
-                      -job.m_pNormalY.get()[n], -job.m_pNormalZ.get()[n], result, scratch);
-    targets.Store(result, n);
-    job.m_pHasProfile.get()[n] = scratch.hasProfile ? 1 : 0;
+    CalcuFrozenAtNode(job, position.Value(), place.x, place.y, place.z, inward.x, inward.y, inward.z, result,
+                      scratch);
+    targets.Store(result, node.Value());
+    job.m_pHasProfile[node.Value()] = scratch.hasProfile ? 1 : 0;
 }
 
-std::vector<int> EvaluationOrder(const FrozenLayerJob& job) {
+std::vector<ListPosition> EvaluationOrder(const FrozenLayerJob& job) {
     if (!WindowChangesOnTheWay(job)) {
         return NodeOrder(job);
     }
-    std::vector<int> order(static_cast<std::size_t>(job.m_nSurfaceNodes));
-    std::iota(order.begin(), order.end(), 1);
+    std::vector<ListPosition> order(static_cast<std::size_t>(job.m_nSurfaceNodes));
+    std::iota(order.begin(), order.end(), ListPosition(1));
     return order;
 }
 
 /// The share of one thread in the loop.
-void RunShare(FrozenLayerJob& job, const std::vector<int>& order, const ResultTargets& targets,
+void RunShare(FrozenLayerJob& job, const std::vector<ListPosition>& order, const ResultTargets& targets,
               ThreadFailure& failure, Progress& progress, ShrinkageFaults& faults) {
     ProfileScratch scratch;
     const int thread = omp_get_thread_num();
 #pragma omp for schedule(dynamic, 1)
     for (std::size_t i = 0; i < order.size(); ++i) {
         failure.Guard([&] {
-            const int position = order[i];
+            const ListPosition position = order[i];
             EvaluateListedNode(job, position, targets, scratch);
             if (scratch.shrinkageBeyondWhole) {
                 faults.Add(position);
@@ -128,7 +130,7 @@ void EvaluateSurfaceNodes(FrozenLayerJob& job) {
     ThreadFailure failure;
     Progress progress(job.m_options.observer, job.m_nSurfaceNodes);
     ShrinkageFaults faults;
-    const std::vector<int> order = EvaluationOrder(job);
+    const std::vector<ListPosition> order = EvaluationOrder(job);
     omp_set_num_threads(job.m_nThreads);
 #pragma omp parallel
     {

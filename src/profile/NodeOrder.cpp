@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/MortonOrder.h"
+#include "mesh/MeshNodes.h"
 
 namespace qnl::profile {
 
@@ -16,16 +17,17 @@ float Narrow(double coordinate) {
 
 }  // namespace
 
-std::vector<int> NodeOrder(const FrozenLayerJob& job) {
+std::vector<ListPosition> NodeOrder(const FrozenLayerJob& job) {
     std::vector<std::array<float, 3>> places;
     places.reserve(static_cast<std::size_t>(job.m_nSurfaceNodes));
-    for (int position = 1; position <= job.m_nSurfaceNodes; ++position) {
-        const NodeRecord& node = job.p_Node[job.m_pSurfNodeList.get()[position]];
-        places.push_back({Narrow(node.x), Narrow(node.y), Narrow(node.z)});
+    for (ListPosition position(1); position <= ListPosition(job.m_nSurfaceNodes); ++position) {
+        const Vector3 place = mesh::PlaceOf(job, mesh::ListedNode(job, position));
+        places.push_back({Narrow(place.x), Narrow(place.y), Narrow(place.z)});
     }
-    std::vector<int> order = MortonOrder(places);
-    for (int& position : order) {
-        ++position;
+    std::vector<ListPosition> order;
+    order.reserve(places.size());
+    for (const int index : MortonOrder(places)) {
+        order.emplace_back(index + 1);
     }
     return order;
 }

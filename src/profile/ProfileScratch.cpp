@@ -12,8 +12,14 @@ void ProfileScratch::Prepare(int count) {
     }
     const std::size_t stride = std::max({needed, 2 * stride_, kUsualProfile});
     doubles_.resize(stride * kRows);
-    ids_.resize(stride * 2);
+    elements_.resize(stride * 2);
     stride_ = stride;
+}
+
+RayArrays ProfileScratch::ProfileArrays() {
+    return {{Doubles(kDepthRow), elements_.data()},
+            Doubles(kTemperatureRow),
+            {Doubles(kSampleDepthRow), Doubles(kSampleTemperatureRow), elements_.data() + stride_}};
 }
 
 }  // namespace qnl::profile

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "base/OneBased.h"
+#include "profile/rays/RayProfile.h"
 
 namespace qnl::profile {
 
@@ -13,15 +13,15 @@ class ProfileScratch {
 public:
     /// One array of doubles each, 1-based.
     enum Row {
-        kDepth,
-        kTemperature,
-        kShrinkage,
-        kGasMarker,
-        kDensity,
-        kElementValue,  ///< cooling time or one velocity component, as they are needed
-        kSampleDepth,
-        kSampleTemperature,
-        kSampleValue,  ///< gas marker or bulk weight
+        kDepthRow,
+        kTemperatureRow,
+        kShrinkageRow,
+        kGasMarkerRow,
+        kDensityRow,
+        kElementValueRow,  ///< cooling time or one velocity component, as they are needed
+        kSampleDepthRow,
+        kSampleTemperatureRow,
+        kSampleValueRow,  ///< gas marker or speed
         kRows
     };
 
@@ -29,15 +29,15 @@ public:
     void Prepare(int count);
 
     double* Doubles(Row row) { return doubles_.data() + row * stride_; }
-    int* ElementIds() { return ids_.data(); }
-    int* SampleIds() { return ids_.data() + stride_; }
+    /// Where the profile of the ray goes.
+    RayArrays ProfileArrays();
 
     bool hasProfile = false;            ///< the last node had a direction and at least two pass elements
     bool shrinkageBeyondWhole = false;  ///< the last node had a volume shrinkage above 100 %
 
 private:
     std::vector<double> doubles_;
-    std::vector<int> ids_;
+    std::vector<int> elements_;  ///< sorted elements, then those of the samples
     std::size_t stride_ = 0;
 };
 

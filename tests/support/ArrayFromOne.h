@@ -13,6 +13,11 @@ public:
         values_.insert(values_.end(), values);
     }
     operator qnl::OneBased<const T>() const { return {values_.data(), Count()}; }
+    /// An array of numbers, read as ids.
+    template <typename IdType>
+    operator qnl::OneBasedIds<IdType>() const {
+        return {values_.data(), Count()};
+    }
     int Count() const { return static_cast<int>(values_.size()) - 1; }
 
 private:

@@ -85,7 +85,7 @@ void ChooseRays(const ProbeRequest& request, Probe& probe) {
     for (const int node : nodes) {
         const auto i = static_cast<std::size_t>(node);
         probe.rays.push_back(
-            {node, SortByDepth(probe.project, probe.traced.elements[i], probe.traced.inward[i]), {}});
+            {node, ElementsByDepth(probe.project, probe.traced.elements[i], probe.traced.inward[i]), {}});
     }
 }
 
@@ -94,9 +94,9 @@ void ReadTemperatures(Probe& probe) {
         probe.project.LoadTemperatures(time.stageFile);
         const profile::PassElementField field = probe.project.Temperatures();
         for (ProbedRay& ray : probe.rays) {
-            std::vector<double>& values = ray.temperatures.emplace_back(ray.profile.ids.size());
+            std::vector<double>& values = ray.temperatures.emplace_back(ray.profile.elements.size());
             for (std::size_t j = 1; j < values.size(); ++j) {
-                values[j] = field[ray.profile.ids[j]];
+                values[j] = field[ray.profile.Element(j)];
             }
         }
     }
@@ -121,7 +121,7 @@ std::array<float, 3> PlaceOnRay(const Probe& probe, const ProbedRay& ray, std::s
     const NodeRecord& node =
         probe.project.Job().p_Node[probe.surface.nodes[static_cast<std::size_t>(ray.node)]];
     const Vector3& d = probe.traced.inward[static_cast<std::size_t>(ray.node)];
-    const double depth = ray.profile.depths[element];
+    const double depth = ray.profile.Below(element);
     return {static_cast<float>(node.x + depth * d.x), static_cast<float>(node.y + depth * d.y),
             static_cast<float>(node.z + depth * d.z)};
 }
@@ -133,15 +133,16 @@ std::string FrozenText(const Probe& probe, double temperature) {
 }
 
 std::string Row(const Probe& probe, const ProbedRay& ray, std::size_t time, std::size_t element) {
-    const mesh::PassElementNumbering numbering = probe.project.Elements().numbering;
-    const int id = ray.profile.ids[element];
-    const bool isFace = numbering.IsFace(id);
+    const mesh::PassElementNumbering numbering = probe.project.Elements().Numbering();
+    const PassElement passed = ray.profile.Element(element);
+    const bool isFace = numbering.IsFace(passed);
     const double temperature = ray.temperatures[time][element];
-    std::string row = std::to_string(probe.surface.labels[static_cast<std::size_t>(ray.node)]) + "," +
-                      text::ExactText(probe.series.times[time].axis) + "," +
-                      text::ExactText(ray.profile.depths[element]) + "," + text::ExactText(temperature) +
-                      "," + FrozenText(probe, temperature) + "," + (isFace ? "face" : "cell") + "," +
-                      std::to_string(isFace ? numbering.FaceIndex(id) : numbering.CellIndex(id));
+    std::string row =
+        std::to_string(probe.surface.labels[static_cast<std::size_t>(ray.node)]) + "," +
+        text::ExactText(probe.series.times[time].axis) + "," + text::ExactText(ray.profile.Below(element)) +
+        "," + text::ExactText(temperature) + "," + FrozenText(probe, temperature) + "," +
+        (isFace ? "face" : "cell") + "," +
+        std::to_string(isFace ? numbering.Face(passed).Value() : numbering.Cell(passed).Value());
     for (const float coordinate : PlaceOnRay(probe, ray, element)) {
         row += "," + text::ExactText(coordinate);
     }
@@ -154,7 +155,7 @@ std::string Rows(const Probe& probe) {
         ",Depth [mm],Temperature [°C],Frozen,Element kind,Element number,x [mm],y [mm],z [mm]\n";
     for (const ProbedRay& ray : probe.rays) {
         for (std::size_t t = 0; t < ray.temperatures.size(); ++t) {
-            for (std::size_t j = 1; j < ray.profile.ids.size(); ++j) {
+            for (std::size_t j = 1; j < ray.profile.elements.size(); ++j) {
                 text += Row(probe, ray, t, j);
             }
         }
@@ -186,12 +187,12 @@ bool WriteLines(const Probe& probe, const std::string& path) {
     std::vector<float> depths;
     std::vector<int> elements;
     for (const ProbedRay& ray : probe.rays) {
-        for (std::size_t j = 1; j < ray.profile.ids.size(); ++j) {
+        for (std::size_t j = 1; j < ray.profile.elements.size(); ++j) {
             lines.corners.push_back(static_cast<std::int64_t>(lines.points.size()));
             lines.points.push_back(PlaceOnRay(probe, ray, j));
             lines.labels.push_back(probe.surface.labels[static_cast<std::size_t>(ray.node)]);
-            depths.push_back(static_cast<float>(ray.profile.depths[j]));
-            elements.push_back(ray.profile.ids[j]);
+            depths.push_back(static_cast<float>(ray.profile.Below(j)));
+            elements.push_back(ray.profile.elements[j]);
         }
         lines.ends.push_back(static_cast<std::int64_t>(lines.points.size()));
     }

@@ -8,6 +8,7 @@
 #include "kernel/mesh/CellVolumes.h"
 #include "kernel/mesh/MeshFile.h"
 #include "kernel/mesh/MeshSizes.h"
+#include "mesh/MeshNodes.h"
 
 namespace qnl::series {
 
@@ -15,10 +16,6 @@ namespace {
 
 constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
 constexpr double kPercent = 100.0;
-
-bool IsPartNode(const FrozenLayerJob& job, int node) {
-    return job.m_pNotRunnerNode[job.p_Node[node].label] == 1;
-}
 
 bool HasCorner(const CellRecord& cell, int node) {
     return std::find(cell.nodes + 1, cell.nodes + 1 + cell.nNode, node) != cell.nodes + 1 + cell.nNode;
@@ -64,9 +61,9 @@ double ShareBelow(const std::vector<double>& weights, const double* values, doub
 }
 
 double Hottest(const profile::PassElementField& temperatures, const std::vector<int>& elements) {
-    double hottest = temperatures[elements.front()];
-    for (const int id : elements) {
-        hottest = std::max(hottest, temperatures[id]);
+    double hottest = temperatures[PassElement(elements.front())];
+    for (const int element : elements) {
+        hottest = std::max(hottest, temperatures[PassElement(element)]);
     }
     return hottest;
 }
@@ -113,7 +110,7 @@ std::vector<DepthProfile> SortProfiles(const OpenedProject& project, const Surfa
     std::vector<DepthProfile> sorted;
     for (const int node : nodes) {
         const auto i = static_cast<std::size_t>(node);
-        sorted.push_back(SortByDepth(project, rays.elements[i], rays.inward[i]));
+        sorted.push_back(ElementsByDepth(project, rays.elements[i], rays.inward[i]));
     }
     return sorted;
 }
@@ -124,11 +121,13 @@ void AddProfileTime(const OpenedProject& project, const std::vector<DepthProfile
     std::vector<float>& temperatures = profiles.temperatures.emplace_back();
     std::vector<double> values;
     for (const DepthProfile& profile : sorted) {
-        const DepthProfile samples = MergeProfile(project, profile, values);
+        const DepthProfile samples = SamplesByDepth(project, profile, values);
         temperatures.insert(temperatures.end(), values.begin() + 1, values.end());
         if (first) {
             profiles.counts.push_back(samples.Count());
-            profiles.depths.insert(profiles.depths.end(), samples.depths.begin() + 1, samples.depths.end());
+            for (std::size_t j = 1; j < samples.depths.size(); ++j) {
+                profiles.depths.push_back(static_cast<float>(samples.Below(j)));
+            }
         }
     }
 }
@@ -137,7 +136,7 @@ void AddProfileTime(const OpenedProject& project, const std::vector<DepthProfile
 
 bool HasProfile(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays,
                 std::size_t i) {
-    return rays.elements[i].size() >= 2 && IsPartNode(project.Job(), surface.nodes[i]);
+    return rays.elements[i].size() >= 2 && mesh::IsPartNode(project.Job(), NodeId(surface.nodes[i]));
 }
 
 bool FreezeHistory::Freezes() const {

@@ -103,8 +103,7 @@ void OpenedProject::LoadTemperatures(const std::string& stageFile) {
 }
 
 profile::PassElementField OpenedProject::Temperatures() const {
-    return {
-        job_->m_pSurfData[kTemperature].get(), job_->m_pCellData[kTemperature].get(), {job_->m_nSurfaces}};
+    return profile::FieldOf(*job_, kTemperature);
 }
 
 }  // namespace qnl::series

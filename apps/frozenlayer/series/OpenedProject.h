@@ -6,7 +6,7 @@
 
 #include "context/FrozenLayerJob.h"
 #include "kernel/MeshKernelState.h"
-#include "profile/PassElementMesh.h"
+#include "profile/JobViews.h"
 #include "series/ResultSeries.h"
 
 namespace qnl::series {
@@ -34,7 +34,7 @@ public:
     void LoadTemperatures(const std::string& stageFile);
     /// Temperatures of the last output time read, degC.
     profile::PassElementField Temperatures() const;
-    profile::PassElementMesh Elements() const { return {job_->p_Surfce, job_->p_Cell, {job_->m_nSurfaces}}; }
+    profile::PassElementMesh Elements() const { return profile::MeshOf(*job_); }
 
 private:
     void OpenMaterial();

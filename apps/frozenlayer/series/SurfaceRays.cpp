@@ -5,36 +5,22 @@
 #include <cstdint>
 
 #include "base/ThreadFailure.h"
-#include "frozen/SurfaceNormals.h"
-#include "profile/kernels/RayFrame.h"
-#include "profile/kernels/SampleMerging.h"
+#include "mesh/MeshNodes.h"
+#include "profile/JobViews.h"
+#include "series/InwardNormals.h"
 
 namespace qnl::series {
 
 namespace {
 
-/// Outward, by component and node, 1-based.
-std::array<std::vector<double>, 3> OutwardNormals(const FrozenLayerJob& job) {
-    std::array<std::vector<double>, 3> normals;
-    for (std::vector<double>& component : normals) {
-        component.resize(static_cast<std::size_t>(job.m_nNodes) + 1);
-    }
-    auto& [x, y, z] = normals;
-    job.m_pOptKer->ComputeNodeSurfaceNormal(x.data(), y.data(), z.data());
-    if (job.m_bHasIntermediateTimes == 1) {
-        frozen::SmoothSurfaceNormals(*job.m_pOptKer, x.data(), y.data(), z.data());
-    }
-    return normals;
-}
-
-void TraceRay(const OpenedProject& project, const NodeRecord& node, std::size_t i, SurfaceRays& rays) {
+void TraceRay(const OpenedProject& project, const Vector3& place, std::size_t i, SurfaceRays& rays) {
     Vector3& inward = rays.inward[i];
     if (!Normalise(inward)) {
         inward = {0.0, 0.0, 0.0};
         return;
     }
     kernel::RayWalker& walker = *project.Mesh().rays;
-    const kernel::Point origin{node.x, node.y, node.z};
+    const kernel::Point origin{place.x, place.y, place.z};
     const kernel::Point direction{inward.x, inward.y, inward.z};
     const int slot = omp_get_thread_num();
     int count = 0;
@@ -50,60 +36,48 @@ SurfaceRays TraceSurfaceRays(const OpenedProject& project, const Surface& surfac
     const std::size_t nodes = surface.Nodes();
     SurfaceRays rays{std::vector<Vector3>(nodes), std::vector<double>(nodes),
                      std::vector<std::vector<int>>(nodes)};
-    const std::array<std::vector<double>, 3> normals = OutwardNormals(project.Job());
+    const InwardNormals normals(project.Job());
     ThreadFailure failure;
 #pragma omp parallel for schedule(dynamic, kChunk)
     for (std::int64_t i = 0; i < static_cast<std::int64_t>(nodes); ++i) {
         const auto number = static_cast<std::size_t>(i);
-        const auto node = static_cast<std::size_t>(surface.nodes[number]);
+        const NodeId node(surface.nodes[number]);
         failure.Guard([&] {
-            rays.inward[number] = {-normals[0][node], -normals[1][node], -normals[2][node]};
-            TraceRay(project, project.Job().p_Node[node], number, rays);
+            rays.inward[number] = normals.Of(node);
+            TraceRay(project, mesh::PlaceOf(project.Job(), node), number, rays);
         });
     }
     failure.RaiseAgain();
     return rays;
 }
 
-DepthProfile SortByDepth(const OpenedProject& project, const std::vector<int>& elements,
-                         const Vector3& inward) {
-    profile::RayFrame frame;
-    BuildRayFrame(frame, inward);
-    const Vector3 axis = profile::DepthAxis(frame);
-    const profile::PassElementMesh mesh = project.Elements();
-    const int count = static_cast<int>(elements.size());
-    DepthProfile profile{std::vector<double>(elements.size() + 1), std::vector<int>(elements.size() + 1)};
-    for (std::size_t j = 1; j <= elements.size(); ++j) {
-        profile.ids[j] = elements[j - 1];
-        profile.depths[j] = Dot(axis, profile::ReferencePoint(mesh.Record(elements[j - 1])));
-    }
-    project.Job().m_pOptKer->shellSorting(count, profile.depths.data(), profile.ids.data());
-    const double first = count > 0 ? profile.depths[1] : 0.0;
-    for (std::size_t j = 1; j <= elements.size(); ++j) {
-        profile.depths[j] -= first;
-    }
+DepthProfile ElementsByDepth(const OpenedProject& project, const std::vector<int>& elements,
+                             const Vector3& inward) {
+    DepthProfile profile{0.0, std::vector<double>(elements.size() + 1),
+                         std::vector<int>(elements.size() + 1)};
+    const profile::SortedElements sorted =
+        profile::SortAlongRay(profile::RayDepth(project.Elements(), inward), *project.Job().m_pOptKer,
+                              {elements.data(), static_cast<int>(elements.size())},
+                              {profile.depths.data(), profile.elements.data()});
+    profile.start = sorted.Count() > 0 ? sorted.depths[1] : 0.0;
     return profile;
 }
 
-DepthProfile MergeProfile(const OpenedProject& project, const DepthProfile& profile,
-                          std::vector<double>& temperatures) {
-    const FrozenLayerJob& job = project.Job();
-    const profile::PassElementField field = project.Temperatures();
-    const int count = profile.Count();
-    std::vector<double> values(profile.ids.size());
-    for (std::size_t j = 1; j < values.size(); ++j) {
-        values[j] = field[profile.ids[j]];
-    }
-    DepthProfile samples{std::vector<double>(values.size()), std::vector<int>(values.size())};
-    temperatures.assign(values.size(), 0.0);
-    const int merged = MergeCoincidentPassElems(
-        {{profile.depths.data(), count}, {values.data(), count}, {profile.ids.data(), count}},
-        {job.m_nSurfaces},
-        {profile::CoincidenceLimit(job.m_dBoxMax[2], job.m_dBoxMin[2]), job.m_dGeomTolerance},
-        {samples.depths.data(), temperatures.data(), samples.ids.data()});
-    const std::size_t entries = static_cast<std::size_t>(merged) + 1;
+DepthProfile SamplesByDepth(const OpenedProject& project, const DepthProfile& profile,
+                            std::vector<double>& temperatures) {
+    const std::size_t room = profile.elements.size();
+    const profile::RayMedium medium = profile::MediumOf(project.Job());
+    const profile::SortedElements sorted{{profile.depths.data(), profile.Count()},
+                                         {profile.elements.data(), profile.Count()}};
+    std::vector<double> values(room);
+    DepthProfile samples{profile.start, std::vector<double>(room), std::vector<int>(room)};
+    temperatures.assign(room, 0.0);
+    const profile::MergedSamples merged = profile::MergeAlongRay(
+        sorted, Gather(medium.temperatures, sorted.elements, values.data()), medium.mesh.Numbering(),
+        medium.limits, {samples.depths.data(), temperatures.data(), samples.elements.data()});
+    const std::size_t entries = static_cast<std::size_t>(merged.Count()) + 1;
     samples.depths.resize(entries);
-    samples.ids.resize(entries);
+    samples.elements.resize(entries);
     temperatures.resize(entries);
     return samples;
 }

@@ -9,11 +9,11 @@ namespace {
 using Tensor = std::array<double, 6>;
 
 /// Depth below the first element of the last cell that lies less than t below it, 0 when there is none.
-double LayerDepth(OneBased<const double> depths, OneBased<const int> ids,
+double LayerDepth(OneBased<const double> depths, OneBasedIds<PassElement> elements,
                   mesh::PassElementNumbering numbering, double t) {
     double depth = 0.0;
     for (int j = 1; j <= depths.Count() && depths[j] - depths[1] < t; ++j) {
-        if (!numbering.IsFace(ids[j])) {
+        if (!numbering.IsFace(elements[j])) {
             depth = depths[j] - depths[1];
         }
     }
@@ -30,21 +30,21 @@ double AlongDirection(const Tensor& a, const Vector3& d) {
 
 }  // namespace qnl::profile
 
-double CalcuFlakeIntensity(qnl::OneBased<const double> depths, qnl::OneBased<const int> ids,
+double CalcuFlakeIntensity(qnl::OneBased<const double> depths, qnl::OneBasedIds<qnl::PassElement> elements,
                            qnl::mesh::PassElementNumbering numbering, const qnl::profile::TensorField& tensor,
                            const qnl::Vector3& d, double t) {
     constexpr double kNoLengthGuard = 1e-20;
-    const double layerEnd = qnl::profile::LayerDepth(depths, ids, numbering, t) / 2.0;
+    const double layerEnd = qnl::profile::LayerDepth(depths, elements, numbering, t) / 2.0;
     qnl::profile::Tensor sum{};
     double length = 0.0;
     double previous = depths[1];
     bool counted = false;
     for (int j = 1; j <= depths.Count(); ++j) {
-        if (numbering.IsFace(ids[j])) {
+        if (numbering.IsFace(elements[j])) {
             continue;
         }
         const double step = depths[j] - previous;
-        const int cell = numbering.CellIndex(ids[j]);
+        const qnl::CellId cell = numbering.Cell(elements[j]);
         length += step;
         for (std::size_t k = 0; k < sum.size(); ++k) {
             sum[k] += step * tensor[k][cell];

@@ -8,8 +8,8 @@
 
 namespace qnl::profile {
 
-/// Orientation tensor by cell, components xx, yy, zz, xy, xz, yz, each 1-based.
-using TensorField = std::array<const double*, 6>;
+/// Orientation tensor by cell, components xx, yy, zz, xy, xz, yz.
+using TensorField = std::array<OneBased<const double, CellId>, 6>;
 
 }  // namespace qnl::profile
 
@@ -18,7 +18,7 @@ using TensorField = std::array<const double*, 6>;
 /// at half the depth of the last cell that lies less than t below the first element; each counts with its
 /// distance from the one before. 0 when the profile has no cell.
 ///
-/// `depths` (mm, ascending) and pass-element `ids` have the same count, at least 1; faces are passed over.
-double CalcuFlakeIntensity(qnl::OneBased<const double> depths, qnl::OneBased<const int> ids,
+/// `depths` (mm, ascending) and `elements` have the same count, at least 1; faces are passed over.
+double CalcuFlakeIntensity(qnl::OneBased<const double> depths, qnl::OneBasedIds<qnl::PassElement> elements,
                            qnl::mesh::PassElementNumbering numbering, const qnl::profile::TensorField& tensor,
                            const qnl::Vector3& d, double t);

@@ -20,11 +20,11 @@ class SampleWriter {
 public:
     explicit SampleWriter(const SampleArrays& samples) : samples_(samples) {}
 
-    void Append(double depth, double temperature, int id) {
+    void Append(double depth, double temperature, PassElement element) {
         ++count_;
         samples_.depths[count_] = depth;
         samples_.temperatures[count_] = temperature;
-        samples_.ids[count_] = id;
+        samples_.elements[count_] = element.Value();
     }
     int Count() const { return count_; }
 
@@ -37,11 +37,11 @@ private:
 
 }  // namespace qnl::profile
 
-int MergeCoincidentPassElems(const qnl::profile::ElementProfile& elements,
+int MergeCoincidentPassElems(const qnl::profile::ElementProfile& profile,
                              qnl::mesh::PassElementNumbering numbering,
                              const qnl::profile::MergeLimits& limits,
                              const qnl::profile::SampleArrays& samples) {
-    const auto& [depths, temperatures, ids] = elements;
+    const auto& [depths, temperatures, elements] = profile;
     const int last = depths.Count();
     if (last < 2) {
         return 0;
@@ -58,11 +58,11 @@ int MergeCoincidentPassElems(const qnl::profile::ElementProfile& elements,
             group.Add(temperatures[j]);
             continue;
         }
-        writer.Append(depths[j - 1], group.Mean(), ids[j - 1]);
+        writer.Append(depths[j - 1], group.Mean(), elements[j - 1]);
         group = {temperatures[j], 1};
-        atWall = depths[j] - depths[1] > limits.oppositeWall && numbering.IsFace(ids[j]);
+        atWall = depths[j] - depths[1] > limits.oppositeWall && numbering.IsFace(elements[j]);
     }
     const int representative = together ? j - 1 : j;
-    writer.Append(depths[representative], group.Mean(), ids[representative]);
+    writer.Append(depths[representative], group.Mean(), elements[representative]);
     return writer.Count();
 }

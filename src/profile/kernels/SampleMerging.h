@@ -9,14 +9,14 @@ namespace qnl::profile {
 struct ElementProfile {
     OneBased<const double> depths;        ///< mm, absolute along the ray axis
     OneBased<const double> temperatures;  ///< degC
-    OneBased<const int> ids;              ///< pass-element ids
+    OneBasedIds<PassElement> elements;
 };
 
 /// Where the merged samples go: 1-based arrays with room for as many entries as there are elements.
 struct SampleArrays {
     double* depths;
     double* temperatures;
-    int* ids;
+    int* elements;
 };
 
 /// Lengths that decide the merging, mm.
@@ -35,10 +35,12 @@ inline double CoincidenceLimit(double zMax, double zMin) {
 /// Merges pass elements that lie at one depth into samples and gives their number, 0 for fewer than two
 /// elements.
 ///
-/// A sample has the depth and the id of the last element of its group (of the last but one when the
-/// group ends the profile) and the mean temperature of the group. The profile ends at the first
-/// face, alone at its depth, that lies more than the opposite-wall limit below the first element.
-int MergeCoincidentPassElems(const qnl::profile::ElementProfile& elements,
+/// A sample has the depth and the element of the last member of its group (of the last but one when the
+/// group ends the profile) and the mean temperature of the group. The profile ends with the first face
+/// that begins a group and lies more than the opposite-wall limit below the first element: that face alone
+/// is the last sample, whatever lies at its depth behind it. A face behind an element of its own depth does
+/// not end the profile.
+int MergeCoincidentPassElems(const qnl::profile::ElementProfile& profile,
                              qnl::mesh::PassElementNumbering numbering,
                              const qnl::profile::MergeLimits& limits,
                              const qnl::profile::SampleArrays& samples);

@@ -6,16 +6,16 @@
 namespace qnl::profile {
 
 /// Gas markers below this mark polymer.
-constexpr double kPolymerMarker = -0.1;
+constexpr double kPolymerBelow = -0.1;
 /// Gas markers above this mark gas.
-constexpr double kGasMarker = 0.1;
+constexpr double kGasAbove = 0.1;
 
 inline bool IsPolymer(double gasMarker) {
-    return gasMarker < kPolymerMarker;
+    return gasMarker < kPolymerBelow;
 }
 
 inline bool IsGas(double gasMarker) {
-    return gasMarker > kGasMarker;
+    return gasMarker > kGasAbove;
 }
 
 /// Part of a segment of this length, mm, that is below the temperature limit, with temperatures linear

@@ -12,7 +12,8 @@ namespace {
 constexpr double kShows = 0.3;
 constexpr double kHidden = 0.0;
 
-/// Depths below the mesh of the segments with nearly the largest shrinkage.
+/// Depths between which the segments with nearly the largest shrinkage lie, mm, counted as those of the
+/// profile are; low is above high without any.
 struct DepthRange {
     double low = 1e8;
     double high = -1e8;
@@ -72,7 +73,7 @@ double CalcuShrinkLocation(qnl::OneBased<const double> depths, qnl::OneBased<con
     const double first = depths[1];
     const double reach = 5.0 * t;
     const double length = std::min(depths[depths.Count()] - first, reach);
-    const int count = qnl::profile::CountInWindow(depths, reach);
+    const int count = qnl::profile::CountWithin(depths, reach);
     const double largest = qnl::profile::LargestOfFirst(shrinkage, count);
     if (std::clamp(kShareOfMax * maxShrinkage, 0.0, 1.0) >= largest) {
         return qnl::profile::kHidden;

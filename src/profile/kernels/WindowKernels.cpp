@@ -32,20 +32,20 @@ double Weight(OneBased<const double> depths, int i) {
 double MaxInWindow(qnl::OneBased<const double> depths, qnl::OneBased<const double> values, double window,
                    int& lastInWindow) {
     constexpr double kStart = -100.0;
-    const int count = qnl::profile::CountInWindow(depths, window);
+    const int count = qnl::profile::CountWithin(depths, window);
     lastInWindow = std::max(count, 1);
     return qnl::profile::MaxOfFirst(values, count, kStart);
 }
 
 double MaxFromZeroInWindow(qnl::OneBased<const double> depths, qnl::OneBased<const double> values,
                            double window) {
-    return qnl::profile::MaxOfFirst(values, qnl::profile::CountInWindow(depths, window), 0.0);
+    return qnl::profile::MaxOfFirst(values, qnl::profile::CountWithin(depths, window), 0.0);
 }
 
 double AverageInWindow(qnl::OneBased<const double> depths, qnl::OneBased<const double> values,
                        double window) {
     constexpr double kSmallest = 1e-16;
-    const int count = qnl::profile::CountInWindow(depths, window);
+    const int count = qnl::profile::CountWithin(depths, window);
     double sum = 0.0;
     double weights = 0.0;
     for (int i = 1; i <= count; ++i) {
@@ -59,7 +59,7 @@ double AverageInWindow(qnl::OneBased<const double> depths, qnl::OneBased<const d
 double BulkAverageInWindow(qnl::OneBased<const double> depths, qnl::OneBased<const double> values,
                            qnl::OneBased<const double> factors, double window) {
     constexpr double kSmallest = 1e-30;
-    const int count = qnl::profile::CountInWindow(depths, window);
+    const int count = qnl::profile::CountWithin(depths, window);
     double sum = 0.0;
     double weights = 0.0;
     for (int i = 1; i <= count; ++i) {
@@ -73,7 +73,7 @@ double BulkAverageInWindow(qnl::OneBased<const double> depths, qnl::OneBased<con
 double MeanNonZeroInWindow(qnl::OneBased<const double> depths, qnl::OneBased<const double> values,
                            double window) {
     constexpr double kZero = 1e-8;
-    const int count = qnl::profile::CountInWindow(depths, window);
+    const int count = qnl::profile::CountWithin(depths, window);
     double sum = 0.0;
     int used = 0;
     for (int i = 1; i <= count; ++i) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/OneBased.h"
 #include "context/FrozenLayerJob.h"
 
 /// Pass elements of the ray from (x, y, z), mm, along the unit direction (dx, dy, dz): ids in the order of
@@ -13,6 +14,11 @@ const int* FindNodePassElems(FrozenLayerJob& job, int i, int& count, double x, d
                              double dy, double dz, int thread);
 
 namespace qnl::profile {
+
+/// The search records by position in the surface-node list.
+inline OneBased<CSurfNodeSearch, ListPosition> SearchRecords(const FrozenLayerJob& job) {
+    return {job.m_pNodeSearchResults.get(), job.m_nSurfaceNodes};
+}
 
 /// Search slot of the calling thread: its number where the job runs on several threads, else 0.
 int SearchSlot(const FrozenLayerJob& job);

@@ -9,6 +9,7 @@
 #include "platform/Faults.h"
 #include "platform/HostFiles.h"
 #include "profile/search/IntegerStream.h"
+#include "profile/search/PassElementSearch.h"
 
 namespace qnl::profile {
 
@@ -27,8 +28,8 @@ void PutAll(const FrozenLayerJob& job, std::FILE* stream) {
     IntegerWriter writer(stream);
     writer.Put(kVersion);
     writer.Put(job.m_nSurfaceNodes);
-    for (int i = 1; i <= job.m_nSurfaceNodes; ++i) {
-        PutRecord(job.m_pNodeSearchResults.get()[i], writer);
+    for (ListPosition i(1); i <= ListPosition(job.m_nSurfaceNodes); ++i) {
+        PutRecord(SearchRecords(job)[i], writer);
     }
     writer.Flush();
 }
@@ -74,10 +75,11 @@ bool ReadRecords(FrozenLayerJob& job, IntegerReader& reader) {
     const std::int64_t entities = static_cast<std::int64_t>(job.m_nSurfaces) + job.m_nCells;
     const int largestId = static_cast<int>(std::min<std::int64_t>(entities, std::numeric_limits<int>::max()));
     std::vector<int> ids;
-    for (int i = 1; i <= job.m_nSurfaceNodes; ++i) {
-        const Damage damage = ReadRecord(reader, largestId, ids, job.m_pNodeSearchResults.get()[i]);
+    for (ListPosition i(1); i <= ListPosition(job.m_nSurfaceNodes); ++i) {
+        const Damage damage = ReadRecord(reader, largestId, ids, SearchRecords(job)[i]);
         if (damage != nullptr) {
-            RecordDamage(job, "record " + std::to_string(i) + " of " + std::to_string(job.m_nSurfaceNodes),
+            RecordDamage(job,
+                         "record " + std::to_string(i.Value()) + " of " + std::to_string(job.m_nSurfaceNodes),
                          damage);
             return false;
         }
@@ -125,8 +127,8 @@ bool ReadFile(FrozenLayerJob& job) {
 }
 
 void EmptyRecords(FrozenLayerJob& job) {
-    for (int i = 1; i <= job.m_nSurfaceNodes; ++i) {
-        job.m_pNodeSearchResults.get()[i] = CSurfNodeSearch{};
+    for (ListPosition i(1); i <= ListPosition(job.m_nSurfaceNodes); ++i) {
+        SearchRecords(job)[i] = CSurfNodeSearch{};
     }
 }
 

@@ -30,7 +30,7 @@ struct RaysTest : testing::Test {
             surface_.numberOfNode[static_cast<std::size_t>(project_.Label(place))]);
     }
     DepthProfile Sorted(std::size_t node) const {
-        return qnl::series::SortByDepth(*opened_, rays_.elements[node], rays_.inward[node]);
+        return qnl::series::ElementsByDepth(*opened_, rays_.elements[node], rays_.inward[node]);
     }
 
     BoxProject project_{Cubes()};
@@ -77,8 +77,8 @@ TEST_F(RaysTest, ElementsAreSortedByTheDepthOfTheirMiddles) {
     const int faces = opened_->Job().m_nSurfaces;
     for (int j = 1; j <= 16; ++j) {
         const auto place = static_cast<std::size_t>(j);
-        EXPECT_NEAR(sorted.depths[place], kDepths[(place - 1) / 4], 1e-12);
-        EXPECT_EQ(sorted.ids[place] <= faces, j <= 4 || j > 12);
+        EXPECT_NEAR(sorted.Below(place), kDepths[(place - 1) / 4], 1e-12);
+        EXPECT_EQ(sorted.elements[place] <= faces, j <= 4 || j > 12);
     }
 }
 
@@ -87,9 +87,12 @@ TEST_F(RaysTest, ElementsAtOneDepthBecomeOneSample) {
     opened_->LoadTemperatures(series_.times[0].stageFile);
     std::vector<double> temperatures;
     const DepthProfile merged =
-        qnl::series::MergeProfile(*opened_, Sorted(At({2.0, 1.0, 2.0})), temperatures);
+        qnl::series::SamplesByDepth(*opened_, Sorted(At({2.0, 1.0, 2.0})), temperatures);
     ASSERT_EQ(merged.Count(), 4);
-    EXPECT_EQ(merged.depths, (std::vector<double>{0.0, 0.0, 0.5, 1.5, 2.0}));
+    constexpr std::array<double, 4> kDepths{0.0, 0.5, 1.5, 2.0};
+    for (std::size_t j = 1; j <= 4; ++j) {
+        EXPECT_EQ(merged.Below(j), kDepths[j - 1]);
+    }
     EXPECT_EQ(temperatures, (std::vector<double>{0.0, 120.0, 115.0, 105.0, 100.0}));
 }
 

@@ -25,21 +25,21 @@ EntityRecord At(double x, double y, double z) {
 struct DepthSpanTest : testing::Test {
     std::array<EntityRecord, 3> faces{{{}, At(0.0, 0.0, 0.0), At(3.0, 4.0, 2.0)}};
     std::array<EntityRecord, 3> cells{{{}, At(1.0, 1.0, 1.0), At(2.0, 3.0, -1.0)}};
-    qnl::profile::PassElementMesh mesh{faces.data(), cells.data(), qnl::mesh::PassElementNumbering{2}};
+    qnl::profile::PassElementMesh mesh{{faces.data(), 2}, {cells.data(), 2}};
 };
 
 TEST_F(DepthSpanTest, IsTheRangeOfDepthsWhateverTheOrder) {
     const std::array<int, 4> ids{3, 2, 4, 1};
-    EXPECT_DOUBLE_EQ(qnl::series::DepthSpan(mesh, ids.data(), 4, {0.0, 0.0, 1.0}), 3.0);
-    EXPECT_DOUBLE_EQ(qnl::series::DepthSpan(mesh, ids.data(), 4, {0.0, 0.0, -1.0}), 3.0);
-    EXPECT_DOUBLE_EQ(qnl::series::DepthSpan(mesh, ids.data(), 4, {1.0, 0.0, 0.0}), 3.0);
-    EXPECT_DOUBLE_EQ(qnl::series::DepthSpan(mesh, ids.data(), 4, {0.6, 0.8, 0.0}), 5.0);
+    EXPECT_DOUBLE_EQ(qnl::series::DepthSpan(mesh, {ids.data(), 4}, {0.0, 0.0, 1.0}), 3.0);
+    EXPECT_DOUBLE_EQ(qnl::series::DepthSpan(mesh, {ids.data(), 4}, {0.0, 0.0, -1.0}), 3.0);
+    EXPECT_DOUBLE_EQ(qnl::series::DepthSpan(mesh, {ids.data(), 4}, {1.0, 0.0, 0.0}), 3.0);
+    EXPECT_DOUBLE_EQ(qnl::series::DepthSpan(mesh, {ids.data(), 4}, {0.6, 0.8, 0.0}), 5.0);
 }
 
 TEST_F(DepthSpanTest, OneElementOrNoneSpansNothing) {
     const std::array<int, 1> ids{4};
-    EXPECT_EQ(qnl::series::DepthSpan(mesh, ids.data(), 1, {0.0, 0.0, 1.0}), 0.0);
-    EXPECT_EQ(qnl::series::DepthSpan(mesh, ids.data(), 0, {0.0, 0.0, 1.0}), 0.0);
+    EXPECT_EQ(qnl::series::DepthSpan(mesh, {ids.data(), 1}, {0.0, 0.0, 1.0}), 0.0);
+    EXPECT_EQ(qnl::series::DepthSpan(mesh, {ids.data(), 0}, {0.0, 0.0, 1.0}), 0.0);
 }
 
 TEST(CountDeepWalls, WithoutSearchRecordsThereIsNothingToCount) {

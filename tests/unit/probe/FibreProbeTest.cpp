@@ -227,24 +227,25 @@ TEST_F(FibreProbe, TextRightBehindATypedIdEndsTheLoopAfterIt) {
 TEST_F(FibreProbe, LocatesTheCellWithTheNearestReferencePoint) {
     Script(job).near = [](double, double, double) { return std::vector<int>{3, 4, 5}; };
     // Reference points stand at (0, 0, 1), (0, 0, 2) and (0, 0, 3).
-    EXPECT_EQ(qnl::probe::LocateElement(job, {5.0, 0.0, 1.4}), 3);
-    EXPECT_EQ(qnl::probe::LocateElement(job, {5.0, 0.0, 1.6}), 4);
-    EXPECT_EQ(qnl::probe::LocateElement(job, {0.0, 9.0, 8.0}), 5);
-    EXPECT_EQ(qnl::probe::LocateElement(job, {0.0, 0.0, 1.5}), 3) << "the first of two at the same distance";
+    EXPECT_EQ(qnl::probe::LocateElement(job, {5.0, 0.0, 1.4}), qnl::PassElement(3));
+    EXPECT_EQ(qnl::probe::LocateElement(job, {5.0, 0.0, 1.6}), qnl::PassElement(4));
+    EXPECT_EQ(qnl::probe::LocateElement(job, {0.0, 9.0, 8.0}), qnl::PassElement(5));
+    EXPECT_EQ(qnl::probe::LocateElement(job, {0.0, 0.0, 1.5}), qnl::PassElement(3))
+        << "the first of two at the same distance";
 }
 
 TEST_F(FibreProbe, AFaceListedBeforeAnyCellWins) {
     Script(job).near = [](double, double, double) { return std::vector<int>{2, 1, 3}; };
-    EXPECT_EQ(qnl::probe::LocateElement(job, {0.0, 0.0, 1.5}), 2);
+    EXPECT_EQ(qnl::probe::LocateElement(job, {0.0, 0.0, 1.5}), qnl::PassElement(2));
 }
 
 TEST_F(FibreProbe, AFaceListedAfterACellNeverWins) {
     Script(job).near = [](double, double, double) { return std::vector<int>{5, 1, 3}; };
-    EXPECT_EQ(qnl::probe::LocateElement(job, {0.0, 0.0, 2.9}), 5);
+    EXPECT_EQ(qnl::probe::LocateElement(job, {0.0, 0.0, 2.9}), qnl::PassElement(5));
 }
 
 TEST_F(FibreProbe, WithoutCandidatesLocatesNothing) {
-    EXPECT_EQ(qnl::probe::LocateElement(job, {0.0, 0.0, 3.9}), -1);
+    EXPECT_EQ(qnl::probe::LocateElement(job, {0.0, 0.0, 3.9}), qnl::probe::kNoElement);
 }
 
 #ifdef __linux__

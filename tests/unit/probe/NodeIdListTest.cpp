@@ -10,8 +10,8 @@ namespace {
 std::vector<int> Ids(std::string_view text) {
     std::vector<int> ids;
     qnl::probe::NodeIdList list(text);
-    for (int id = 0; list.Next(id);) {
-        ids.push_back(id);
+    for (qnl::NodeLabel label; list.Next(label);) {
+        ids.push_back(label.Value());
     }
     return ids;
 }

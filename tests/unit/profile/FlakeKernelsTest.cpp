@@ -16,7 +16,12 @@ constexpr double kZz[] = {9.0, 0.75, 0.25, 0.125};
 constexpr double kXy[] = {9.0, 0.25, 0.0, 0.0};
 constexpr double kXz[] = {9.0, 0.5, 0.0, 0.0};
 constexpr double kYz[] = {9.0, 0.125, 0.0, 0.0};
-constexpr qnl::profile::TensorField kTensor{kXx, kYy, kZz, kXy, kXz, kYz};
+constexpr qnl::OneBased<const double, qnl::CellId> ByCell(const double* component) {
+    return {component, 3};
+}
+
+constexpr qnl::profile::TensorField kTensor{ByCell(kXx), ByCell(kYy), ByCell(kZz),
+                                            ByCell(kXy), ByCell(kXz), ByCell(kYz)};
 
 const Doubles kDepths{0.0, 1.0, 2.0, 3.0};
 const Ints kIds{1, 3, 4, 5};

@@ -129,7 +129,7 @@ TEST(NodeEvaluation, DepthIsMeasuredToTheMiddleOfTheBoxInXAndYAndToTheRecordsOwn
     qnl::profile::ProfileScratch scratch;
     NodeProfileResult result;
     ASSERT_EQ(CalcuFrozenAtNode(stack.job, 1, 1.0, 0.0, 0.0, 0.6, 0.0, 0.8, result, scratch), 1);
-    const double* depths = scratch.Doubles(qnl::profile::ProfileScratch::kDepth);
+    const double* depths = scratch.Doubles(qnl::profile::ProfileScratch::kDepthRow);
     EXPECT_DOUBLE_EQ(depths[1], 0.6 * 0.5 - 0.8);
     EXPECT_DOUBLE_EQ(depths[2], 0.6 * 11.5 - 0.8);
     EXPECT_DOUBLE_EQ(result[qnl::kSlotFrozenRatio], 50.0);

@@ -33,10 +33,12 @@ struct ShuffledGrid {
         std::shuffle(first, first + kNodes, std::mt19937(7));
     }
 
-    const NodeRecord& At(int position) const { return job.p_Node[job.m_pSurfNodeList.get()[position]]; }
+    const NodeRecord& At(qnl::ListPosition position) const {
+        return job.p_Node[job.m_pSurfNodeList[position.Value()]];
+    }
 
     /// Mean distance of nodes that follow each other.
-    double MeanStep(const std::vector<int>& order) const {
+    double MeanStep(const std::vector<qnl::ListPosition>& order) const {
         double sum = 0.0;
         for (std::size_t i = 1; i < order.size(); ++i) {
             const NodeRecord& a = At(order[i - 1]);
@@ -50,22 +52,22 @@ struct ShuffledGrid {
     FrozenLayerJob job;
 };
 
-std::vector<int> PositionsInTurn(int count) {
-    std::vector<int> positions(static_cast<std::size_t>(count));
-    std::iota(positions.begin(), positions.end(), 1);
+std::vector<qnl::ListPosition> PositionsInTurn(int count) {
+    std::vector<qnl::ListPosition> positions(static_cast<std::size_t>(count));
+    std::iota(positions.begin(), positions.end(), qnl::ListPosition(1));
     return positions;
 }
 
 TEST(NodeOrder, EveryPositionStandsInItOnce) {
     const ShuffledGrid grid;
-    std::vector<int> order = qnl::profile::NodeOrder(grid.job);
+    std::vector<qnl::ListPosition> order = qnl::profile::NodeOrder(grid.job);
     std::sort(order.begin(), order.end());
     EXPECT_EQ(order, PositionsInTurn(kNodes));
 }
 
 TEST(NodeOrder, NodesThatFollowEachOtherAreNear) {
     const ShuffledGrid grid;
-    const std::vector<int> order = qnl::profile::NodeOrder(grid.job);
+    const std::vector<qnl::ListPosition> order = qnl::profile::NodeOrder(grid.job);
     EXPECT_GT(grid.MeanStep(PositionsInTurn(kNodes)), 4.0);
     EXPECT_LT(grid.MeanStep(order), 1.7);
     // The first eight are the corners of one cube of the grid.
@@ -78,7 +80,7 @@ TEST(NodeOrder, NodesThatFollowEachOtherAreNear) {
 TEST(NodeOrder, NodesOutsideTheListHaveNoPlace) {
     ShuffledGrid grid;
     grid.job.m_nSurfaceNodes = 3;
-    std::vector<int> order = qnl::profile::NodeOrder(grid.job);
+    std::vector<qnl::ListPosition> order = qnl::profile::NodeOrder(grid.job);
     std::sort(order.begin(), order.end());
     EXPECT_EQ(order, PositionsInTurn(3));
     grid.job.m_nSurfaceNodes = 0;

@@ -77,6 +77,14 @@ TEST(BulkAverageInWindow, WithoutWeightsGivesTheSum) {
     EXPECT_DOUBLE_EQ(BulkAverageInWindow(kDepths, kValues, Doubles{-2.0, 0.0, 0.0, 0.0}, kWide), -10.0);
 }
 
+TEST(BulkAverageInWindow, TinyWeightsAreNotDividedBy) {
+    const Doubles depths{0.0, 2.0};
+    const Doubles values{1000.0, 3000.0};
+    EXPECT_DOUBLE_EQ(BulkAverageInWindow(depths, values, Doubles{5e-31, 5e-31}, kWide), 2e-27)
+        << "the limit itself";
+    EXPECT_DOUBLE_EQ(BulkAverageInWindow(depths, values, Doubles{6e-31, 6e-31}, kWide), 2000.0);
+}
+
 TEST(MeanNonZeroInWindow, PassesOverZeros) {
     EXPECT_EQ(MeanNonZeroInWindow(kDepths, Doubles{2.0, 1e-8, 4.0, 100.0}, 6.0), 3.0);
     EXPECT_EQ(MeanNonZeroInWindow(kDepths, Doubles{-2.0, 1.1e-8, 0.0, 0.0}, kWide), (-2.0 + 1.1e-8) / 2.0);

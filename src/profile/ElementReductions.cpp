@@ -1,0 +1,100 @@
+#include <algorithm>
+#include <cstddef>
+
+#include "profile/Reductions.h"
+#include "profile/kernels/ProfileKernels.h"
+
+namespace qnl::profile {
+
+namespace {
+
+PackingProfile PackingOf(const Reduced& node) {
+    return {node.profile.elements.depths, node.profile.temperatures, node.densities};
+}
+
+PackingLimits PackingLimitsOf(const Reduced& node) {
+    return {node.inputs.freezeTemperature, node.inputs.freezeDensity, node.inputs.t, node.window};
+}
+
+double ShrinkLocation(const Reduced& node) {
+    return CalcuShrinkLocation(node.profile.elements.depths, node.shrinkage, node.inputs.t,
+                               node.inputs.maxShrinkage);
+}
+
+/// One velocity component by element; faces have none.
+OneBased<const double> GatherVelocity(OneBased<const float, CellId> cells, const Reduced& node) {
+    double* target = node.scratch.Doubles(ProfileScratch::kElementValueRow);
+    const mesh::PassElementNumbering numbering = node.inputs.medium.mesh.Numbering();
+    const auto elements = node.profile.elements.elements;
+    for (int j = 1; j <= elements.Count(); ++j) {
+        const bool none = !cells || numbering.IsFace(elements[j]);
+        target[j] = none ? 0.0 : static_cast<double>(cells[numbering.Cell(elements[j])]);
+    }
+    return {target, elements.Count()};
+}
+
+}  // namespace
+
+void ReduceToSkin(Reduced& node) {
+    const auto depths = node.profile.elements.depths;
+    node.result[kSlotSkinRatio] = CalcuSkinRatio(depths, node.gasMarkers, node.window);
+    node.result[kSlotSkinOrMoldDifference] = CalcuSkinThickness(depths, node.gasMarkers);
+}
+
+void ReduceToMaxCoolingTime(Reduced& node) {
+    const SortedElements& sorted = node.profile.elements;
+    const auto times = Gather(node.inputs.coolingTime, sorted.elements,
+                              node.scratch.Doubles(ProfileScratch::kElementValueRow));
+    node.result[kSlotMaxCoolingTime] = MaxFromZeroInWindow(sorted.depths, times, node.window);
+}
+
+void ReduceToWarpIndicator(Reduced& node) {
+    node.result[kSlotFrozenRatio] = ShrinkLocation(node);
+}
+
+void ReduceToShrinkLocation(Reduced& node) {
+    node.result[kSlotShrinkLocation] = ShrinkLocation(node);
+}
+
+void ReduceToPackingIndex(Reduced& node) {
+    node.result[kSlotPackingIndex] = CalcuPackingIndex(PackingOf(node), PackingLimitsOf(node));
+}
+
+void ReduceToPackingIndexToGas(Reduced& node) {
+    node.result[kSlotPackingIndex] =
+        CalcuPackingIndexToGas(PackingOf(node), node.gasMarkers, PackingLimitsOf(node));
+}
+
+void ReduceToSinkDepth(Reduced& node) {
+    node.result[kSlotSinkDepth] = CalcuSinkDepth(node.profile.elements.depths, node.shrinkage, node.inputs.t,
+                                                 node.scratch.shrinkageBeyondWhole);
+}
+
+void ReduceToFlow(Reduced& node) {
+    constexpr ProfileSlot kSlots[] = {kSlotAverageVelocityU, kSlotAverageVelocityV, kSlotAverageVelocityW};
+    const auto depths = node.profile.elements.depths;
+    int last = 1;
+    node.result[kSlotMaxVolumeShrinkage] = MaxInWindow(depths, node.shrinkage, node.window, last);
+    for (std::size_t k = 0; k < node.inputs.velocity.size(); ++k) {
+        node.result[kSlots[k]] =
+            MeanNonZeroInWindow(depths, GatherVelocity(node.inputs.velocity[k], node), node.window);
+    }
+}
+
+void ReduceToFlakeIntensity(Reduced& node) {
+    const TensorField& tensor = node.inputs.fiber;
+    if (!std::all_of(tensor.begin(), tensor.end(),
+                     [](const auto& component) { return static_cast<bool>(component); })) {
+        return;
+    }
+    const SortedElements& sorted = node.profile.elements;
+    const double intensity =
+        CalcuFlakeIntensity(sorted.depths, sorted.elements, node.inputs.medium.mesh.Numbering(), tensor,
+                            node.profile.direction, node.inputs.t);
+    node.result[kSlotFlakeIntensity] = intensity;
+    if (node.inputs.showsFlakesAsAverage) {
+        node.result[kSlotAverageTemperature] = intensity;
+    }
+}
+
+}  // namespace qnl::profile
