@@ -35,7 +35,7 @@ FATES = {
         "low + kShare * (high - low) -> low - kShare * (high - low)": KILLED,
         "kShare * (high - low) -> kShare / (high - low)": KILLED,
         "high - low -> high + low": KILLED,
-        "lowest = Clamp(lowest, TWICE(-50), value) -> nothing": KILLED,
+        "lowest = value -> nothing": KILLED,
         "reallyTurn -> true": SURVIVED,
         "reallyTurn -> false": KILLED,
         "value = -value -> nothing": KILLED,

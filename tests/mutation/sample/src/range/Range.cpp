@@ -1,6 +1,6 @@
 #include "range/Range.h"
 
-#define TWICE(x) (2 * (x))
+#define BELOW(value, limit) value < limit
 
 namespace {
 
@@ -27,7 +27,9 @@ double Middle(double low, double high) {
 int Lowest(const Bins& bins) {
     int lowest = bins[Last(kBins)];
     for (int value : bins) {
-        lowest = Clamp(lowest, TWICE(-50), value);
+        if (BELOW(value, lowest)) {
+            lowest = value;
+        }
     }
     return lowest;
 }
