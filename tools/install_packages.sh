@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need. Runs as root or through sudo; does nothing
 # when all are there.
-#   tools/install_packages.sh build|import|test|page|openfoam ...
+#   tools/install_packages.sh build|import|test|page|mutation|openfoam ...
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build libhdf5-dev libcli11-dev libtomlplusplus-dev libboost-dev zlib1g-dev git ca-certificates)
@@ -11,6 +11,8 @@ test_packages=(clang clang-format clang-tidy libomp-dev libgtest-dev libbenchmar
 page_packages=(chromium)
 command -v node > /dev/null || page_packages+=(nodejs)
 command -v npm > /dev/null || page_packages+=(npm)
+# libclang reads <omp.h> from libomp-dev.
+mutation_packages=(python3-clang-14 libomp-dev libgtest-dev)
 # 431 MB once installed: for one test, which is skipped without it.
 openfoam_packages=(openfoam)
 
@@ -24,8 +26,9 @@ for group in "$@"; do
     import) wanted+=("${import_packages[@]}") ;;
     test) wanted+=("${test_packages[@]}") ;;
     page) wanted+=("${page_packages[@]}") ;;
+    mutation) wanted+=("${mutation_packages[@]}") ;;
     openfoam) wanted+=("${openfoam_packages[@]}") ;;
-    *) echo "unknown package group \"$group\": build, import, test, page or openfoam" >&2; exit 2 ;;
+    *) echo "unknown package group \"$group\": build, import, test, page, mutation or openfoam" >&2; exit 2 ;;
   esac
 done
 

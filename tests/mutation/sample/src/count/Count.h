@@ -1,0 +1,4 @@
+#pragma once
+
+/// Number of digits of a positive number.
+int Digits(int number);
