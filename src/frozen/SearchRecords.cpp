@@ -2,6 +2,7 @@
 
 #include "base/WindowsPath.h"
 #include "context/Messages.h"
+#include "context/RunConditions.h"
 #include "platform/HostFiles.h"
 #include "profile/search/SearchFile.h"
 
@@ -9,24 +10,28 @@ namespace qnl::frozen {
 
 namespace {
 
-/// Corrected mode: rays along smoothed and along raw normals differ and keep files of their own, and a
-/// file older than its mesh is not believed. Gives false when the search must be made again.
-bool ChooseSearchFile(FrozenLayerJob& job) {
-    if (job.m_bHasIntermediateTimes == 1) {
+/// Corrected mode: rays along smoothed and along raw normals differ and keep files of their own.
+void NameSearchFile(FrozenLayerJob& job) {
+    if (job.m_options.corrected && HasIntermediateTimes(job)) {
         job.m_szSurFile.Set(CutExtension(job.m_szMeshFile.View()) + "_s.sur");
     }
-    return !IsOlder(job.m_szSurFile.View(), job.m_szMeshFile.View());
+}
+
+/// Corrected mode: a file older than its mesh is not believed, and the search is made again.
+bool IsSearchFileBelieved(const FrozenLayerJob& job) {
+    return !job.m_options.corrected || !IsOlder(job.m_szSurFile.View(), job.m_szMeshFile.View());
 }
 
 void CreateSearchRecords(FrozenLayerJob& job) {
     job.m_pNodeSearchResults =
         std::make_unique<CSurfNodeSearch[]>(static_cast<std::size_t>(job.m_nSurfaceNodes) + 1);
     LogLine(job, "new CSurfNodeSearch");
-    if (job.m_options.corrected && !ChooseSearchFile(job)) {
+    NameSearchFile(job);
+    if (IsSearchFileBelieved(job)) {
+        ReadSearchResult(job);
+    } else {
         job.m_bSearchDone = 0;
-        return;
     }
-    ReadSearchResult(job);
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 #include "frozen/StageDriver.h"
 
+#include <utility>
+
 #include "context/Messages.h"
+#include "context/RunConditions.h"
 #include "frozen/NodeSelection.h"
 #include "frozen/ResultSmoothing.h"
 #include "frozen/SearchRecords.h"
@@ -19,17 +22,25 @@ namespace qnl::frozen {
 
 namespace {
 
-void PrepareNormals(FrozenLayerJob& job) {
-    const bool firstCall = g_bDriverFirstCall;
+/// True on the first call in a run, and only then.
+bool TakeFirstCall() {
+    return std::exchange(g_bDriverFirstCall, false);
+}
+
+/// A flag may turn on with a later file: arrays that it asks for are then still missing.
+void PrepareStorage(FrozenLayerJob& job, bool firstCall) {
     if (firstCall) {
-        g_bDriverFirstCall = false;
         mesh::NewFrozenStorage(job);
+    } else {
+        mesh::EnsureComputedArrays(job);
     }
+}
+
+void PrepareNormals(FrozenLayerJob& job, bool firstCall) {
     if (firstCall || job.m_options.corrected) {
         ComputeSurfaceNormals(job);
     }
-    mesh::EnsureComputedArrays(job);
-    if (job.m_bHasIntermediateTimes == 1) {
+    if (HasIntermediateTimes(job)) {
         SmoothSurfaceNormals(*job.m_pOptKer, job.m_pNormalX.get(), job.m_pNormalY.get(),
                              job.m_pNormalZ.get());
     }
@@ -39,10 +50,10 @@ void DeriveSinkMarks(FrozenLayerJob& job) {
     if (job.m_bHasWarp == 1) {
         LogLine(job, "ComputeSinkMarkDisplacement");
         ComputeSinkMarkDisplacement(job, job.m_pFrozenRatio.get());
-    } else if (job.m_bHasIntermediateTimes == 1) {
+    } else if (HasIntermediateTimes(job)) {
         SubtractSinkReference(job);
     }
-    if (job.m_bHasIntermediateTimes == 1) {
+    if (HasIntermediateTimes(job)) {
         TurnNormalsIntoSinkVectors(job);
         if (job.m_nLogLevel > 0) {
             output::WriteSinkFile(job, job.m_pNormalX.get(), job.m_pNormalY.get(), job.m_pNormalZ.get());
@@ -59,7 +70,9 @@ void WriteResult(FrozenLayerJob& job) {
 }  // namespace
 
 int RunFrozenLayerStage(FrozenLayerJob& job) {
-    PrepareNormals(job);
+    const bool firstCall = TakeFirstCall();
+    PrepareStorage(job, firstCall);
+    PrepareNormals(job, firstCall);
     SelectSurfaceNodes(job);
     PrepareSearchRecords(job);
     if (job.m_bKernelFlag == 1) {

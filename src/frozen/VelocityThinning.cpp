@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "context/RunConditions.h"
 #include "mesh/DataExtension.h"
 
 namespace qnl::frozen {
@@ -44,7 +45,7 @@ double ThinningDistance(double meanFaceSize, double longestSide) {
 }
 
 void ThinOutVelocities(FrozenLayerJob& job) {
-    if (job.m_bHasFlow != 1) {
+    if (!HasFlow(job)) {
         return;
     }
     mesh::AverageSurfaceMeshSize(job);

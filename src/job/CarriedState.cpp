@@ -21,7 +21,7 @@ void DropCarriedState(FrozenLayerJob& job) {
     job.m_dKernelScratch = 3.0 * job.m_dGeomTolerance;
     job.m_nAsciiItemCount = 1;
     job.m_szTimeSteps[0] = '\0';
-    mesh::ResetDataStorage(job);
+    mesh::PrepareDataStorage(job);
 }
 
 }  // namespace qnl::job

@@ -1,5 +1,6 @@
 #include "mesh/DataExtension.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -19,7 +20,8 @@ auto JoinSlots(int nodes, const OwnedArray<Value> (&nodeValues)[Slots]) {
     return JoinFields(nodes, fields);
 }
 
-/// Fills the entity values of every slot that exists on both sides.
+/// Fills the entity values of every slot that exists on both sides. Without any, as with the velocity in
+/// runs without flow results, neither nodes nor entities are visited.
 template <typename Value, std::size_t Slots>
 void ExtendSlots(const EntityRecord* entities, int count, int nodes,
                  const OwnedArray<Value> (&nodeValues)[Slots],
@@ -28,7 +30,11 @@ void ExtendSlots(const EntityRecord* entities, int count, int nodes,
     for (std::size_t slot = 0; slot < Slots; ++slot) {
         means[slot] = nodeValues[slot] ? entityValues[slot].get() : nullptr;
     }
-    MeansOverEntities(entities, count, JoinSlots(nodes, nodeValues), means);
+    const bool any =
+        std::any_of(means.begin(), means.end(), [](const Value* mean) { return mean != nullptr; });
+    if (any) {
+        MeansOverEntities(entities, count, JoinSlots(nodes, nodeValues), means);
+    }
 }
 
 }  // namespace

@@ -62,7 +62,7 @@ void CreateVelocityTree(FrozenLayerJob& job) {
 
 }  // namespace
 
-void ResetDataStorage(FrozenLayerJob& job) {
+void PrepareDataStorage(FrozenLayerJob& job) {
     const bool flow = HasFlow(job);
     CreateZeroed(job.m_pNodeData, job.m_nNodes);
     if (flow) {
@@ -80,7 +80,7 @@ void ResetDataStorage(FrozenLayerJob& job) {
 }
 
 int NewDataStorage(FrozenLayerJob& job) {
-    ResetDataStorage(job);
+    PrepareDataStorage(job);
     LogLine(job, "New Data StorageMemory end");
     return 1;
 }

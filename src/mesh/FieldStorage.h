@@ -10,7 +10,7 @@ namespace qnl::mesh {
 int NewDataStorage(FrozenLayerJob& job);
 
 /// The same, told by no log line.
-void ResetDataStorage(FrozenLayerJob& job);
+void PrepareDataStorage(FrozenLayerJob& job);
 
 /// Creates the computed node arrays that the presence flags ask for, m_nNodes + 1 entries each; one that
 /// exists is kept, and all are zeroed. Gives 1. Raises std::bad_alloc as above.

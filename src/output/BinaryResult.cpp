@@ -64,21 +64,22 @@ void WriteItemInfo(CQNL3DResultWriter_Manipulator& writer, const std::vector<Out
     writer.SetMaxMinInfo(maxima.data(), minima.data());
 }
 
-void WriteLabels(const FrozenLayerJob& job, CQNL3DResultWriter_Manipulator& writer,
-                 const std::vector<int>& nodes) {
+/// Labels of the nodes, 1-based.
+std::vector<int> LabelsOf(const FrozenLayerJob& job, const std::vector<int>& nodes) {
     std::vector<int> labels(nodes.size() + 1, 0);
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         labels[i + 1] = job.p_Node[nodes[i]].label;
     }
-    writer.WriteResultDataIDArray(QNLRESULT_NODE, labels.data());
+    return labels;
 }
 
-void WriteItems(CQNL3DResultWriter_Manipulator& writer, const std::vector<OutputItem*>& items,
-                const std::vector<int>& nodes) {
-    std::vector<float> values(nodes.size() + 1, 0.0F);
+/// Values go by label: they are those of the node that the label map names.
+void WriteItems(const FrozenLayerJob& job, CQNL3DResultWriter_Manipulator& writer,
+                const std::vector<OutputItem*>& items, const std::vector<int>& labels) {
+    std::vector<float> values(labels.size(), 0.0F);
     for (const OutputItem* item : items) {
-        for (std::size_t i = 0; i < nodes.size(); ++i) {
-            values[i + 1] = static_cast<float>(item->pData[nodes[i]]);
+        for (std::size_t i = 1; i < labels.size(); ++i) {
+            values[i] = static_cast<float>(item->pData[job.m_pNodeGlobalIdToLocal[labels[i]]]);
         }
         writer.WriteResultItem(item->nItemID, values.data());
     }
@@ -105,8 +106,9 @@ int WriteBinaryResult(FrozenLayerJob& job) {
     const std::vector<OutputItem*> items = WrittenItems(job);
     WriteHead(job, writer, static_cast<int>(nodes.size()));
     WriteItemInfo(writer, items);
-    WriteLabels(job, writer, nodes);
-    WriteItems(writer, items, nodes);
+    std::vector<int> labels = LabelsOf(job, nodes);
+    writer.WriteResultDataIDArray(QNLRESULT_NODE, labels.data());
+    WriteItems(job, writer, items, labels);
     writer.EndWriting();
     LogLine(job, "Output Binary Data end");
     return 1;

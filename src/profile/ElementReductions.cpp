@@ -67,7 +67,7 @@ void ReduceToPackingIndexToGas(Reduced& node) {
 
 void ReduceToSinkDepth(Reduced& node) {
     node.result[kSlotSinkDepth] = CalcuSinkDepth(node.profile.elements.depths, node.shrinkage, node.inputs.t,
-                                                 node.scratch.shrinkageBeyondWhole);
+                                                 node.result.shrinkageBeyondWhole);
 }
 
 void ReduceToFlow(Reduced& node) {

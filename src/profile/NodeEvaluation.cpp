@@ -9,8 +9,6 @@
 
 int CalcuFrozenAtNode(FrozenLayerJob& job, int i, double x, double y, double z, double dx, double dy,
                       double dz, NodeProfileResult& result, qnl::profile::ProfileScratch& scratch) {
-    scratch.hasProfile = false;
-    scratch.shrinkageBeyondWhole = false;
     qnl::Vector3 direction{dx, dy, dz};
     if (!qnl::Normalise(direction)) {
         return -1;
@@ -26,7 +24,7 @@ int CalcuFrozenAtNode(FrozenLayerJob& job, int i, double x, double y, double z, 
     const qnl::profile::RayProfile profile =
         qnl::profile::BuildRayProfile(inputs.medium, direction, {found, count}, scratch.ProfileArrays());
     qnl::profile::ReduceProfile(profile, inputs, job.m_dKernelScratch, scratch, result);
-    scratch.hasProfile = true;
+    result.hasProfile = true;
     return 1;
 }
 

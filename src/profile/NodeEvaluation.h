@@ -8,7 +8,7 @@
 /// (dx, dy, dz) the inward normal of any length. `result` comes in all zero.
 ///
 /// Gives -1 for a direction shorter than 1e-20, else 1; with fewer than two pass elements `result` stays
-/// zero. The scratch tells whether there was a profile. Of the job, only the depth window, the search
+/// zero. Of the job, only the depth window, the search
 /// record `i` and the counters of the calling thread are written. Raises std::bad_alloc.
 int CalcuFrozenAtNode(FrozenLayerJob& job, int i, double x, double y, double z, double dx, double dy,
                       double dz, NodeProfileResult& result, qnl::profile::ProfileScratch& scratch);

@@ -77,9 +77,9 @@ void RecordShrinkageFaults(const FrozenLayerJob& job, const ShrinkageFaults& fau
                  "check the volume shrinkage of the stage result"});
 }
 
-/// Evaluates the node at one position of the list and stores its results.
-void EvaluateListedNode(FrozenLayerJob& job, ListPosition position, const ResultTargets& targets,
-                        ProfileScratch& scratch) {
+/// Evaluates the node at one position of the list, stores its results and gives them.
+NodeProfileResult EvaluateListedNode(FrozenLayerJob& job, ListPosition position, const ResultTargets& targets,
+                                     ProfileScratch& scratch) {
     const NodeId node = mesh::ListedNode(job, position);
     const Vector3 place = mesh::PlaceOf(job, node);
     const Vector3 inward = mesh::InwardNormal(job, node);
@@ -87,7 +87,8 @@ void EvaluateListedNode(FrozenLayerJob& job, ListPosition position, const Result
     CalcuFrozenAtNode(job, position.Value(), place.x, place.y, place.z, inward.x, inward.y, inward.z, result,
                       scratch);
     targets.Store(result, node.Value());
-    job.m_pHasProfile[node.Value()] = scratch.hasProfile ? 1 : 0;
+    job.m_pHasProfile[node.Value()] = result.hasProfile ? 1 : 0;
+    return result;
 }
 
 std::vector<ListPosition> EvaluationOrder(const FrozenLayerJob& job) {
@@ -108,8 +109,7 @@ void RunShare(FrozenLayerJob& job, const std::vector<ListPosition>& order, const
     for (std::size_t i = 0; i < order.size(); ++i) {
         failure.Guard([&] {
             const ListPosition position = order[i];
-            EvaluateListedNode(job, position, targets, scratch);
-            if (scratch.shrinkageBeyondWhole) {
+            if (EvaluateListedNode(job, position, targets, scratch).shrinkageBeyondWhole) {
                 faults.Add(position);
             }
             progress.NodeDone(thread);

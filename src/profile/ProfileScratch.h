@@ -32,9 +32,6 @@ public:
     /// Where the profile of the ray goes.
     RayArrays ProfileArrays();
 
-    bool hasProfile = false;            ///< the last node had a direction and at least two pass elements
-    bool shrinkageBeyondWhole = false;  ///< the last node had a volume shrinkage above 100 %
-
 private:
     std::vector<double> doubles_;
     std::vector<int> elements_;  ///< sorted elements, then those of the samples

@@ -186,12 +186,14 @@ class LauncherTest(unittest.TestCase):
                      "ReadSearchResult Time: ", "Calcu Frozen From SurfaceNodeAndNormal end\n",
                      "Smooth SurfaceNodeValue end\n", "SetOutputItermInfor end\n", "Write Binary Result\n",
                      "Output Binary Data end\n", "OutputFrozenCalcuResults Time: ", "Write Search Result end \n",
+                     "free memory end\n",
                      "CPUID: 0    -   \n", "Find PassElem Count: ", "CPUID: 1    -   \n", "Total Analysis Time: "):
             found = result.stdout.find(text, place)
             self.assertGreaterEqual(found, 0, f"{text!r} is missing behind position {place}\n{result.stdout}")
             place = found
         for text in ("new CSurfNodeSearch\n", "Write Search Result end \n"):
             self.assertEqual(result.stdout.count(text), 1, "the second time neither reads nor writes the search")
+        self.assertEqual(result.stdout.count("free memory end\n"), 1)
         self.assertEqual(result.stdout.count("ReadSearchResult Time: "), 2)
         log = project.file("box1.lgz").read_text()
         self.assertIn("Total Analysis Time: ", log)

@@ -173,6 +173,24 @@ class MadeProjects(ProjectTest):
                 self.check(case, SearchChecker())
 
 
+class SpecialNodes(ProjectTest):
+    """Their values are cleared before the smoothing, which then fills them from the nodes around."""
+
+    CLEARED = {"PackingIndex": 11, "Max_VolumeShrinkage": 16, "Flake_ColorIntensity": 20}
+
+    def test_cleared_values_are_smoothed_from_their_neighbours(self):
+        case = BY_NAME["flow fibre and flakes"]
+        project, stage = write_project(case, self.folder)
+        run = self.evaluate(case_words(case, project, stage))
+        surface = run.mesh.surface_nodes
+        special = run.mesh.labels[surface[run.mesh.node_class[surface] == -1]]
+        written = read_result(stage.replace(".k4f", ".fzr"))
+        rows = np.isin(written.node_ids, special)
+        self.assertGreater(rows.sum(), 10)
+        for name, item in self.CLEARED.items():
+            self.assertTrue(written.item(item)[rows].all(), f"{name} of a special node is 0")
+
+
 def all_bytes(folder):
     found = {}
     for root, _, names in os.walk(folder):

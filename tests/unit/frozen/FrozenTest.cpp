@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <vector>
 
 #include "RecordingKernel.h"
@@ -40,6 +42,7 @@ protected:
         job_.m_pNormalY = std::make_unique<double[]>(6);
         job_.m_pNormalZ = std::make_unique<double[]>(6);
         SmoothingCalls().clear();
+        SmoothingEffect() = nullptr;
     }
 
     std::vector<int> List() const {
@@ -178,6 +181,33 @@ TEST_F(Thinning, TheTreeLivesOnSoALaterTimeKeepsNoVelocity) {
     }
 }
 
+TEST_F(Thinning, TheLongestSideOfTheBoxCountsAlongEveryAxis) {
+    Place(2, 0, 0, 0, 1);
+    Place(3, 1.5, 0, 0, 1);  // near by 3 mean face boxes, far by 3 % of the short sides
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        std::fill(std::begin(job_.m_dBoxMax), std::end(job_.m_dBoxMax), 1.0);
+        job_.m_dBoxMax[axis] = 1000.0;
+        job_.m_pSurfTree = std::make_unique<CQNLOptKer>();
+        job_.m_pAverageVelocityU = Doubles({0, 1, 2, 3, 4, 5});
+        qnl::frozen::ThinOutVelocities(job_);
+        EXPECT_EQ(job_.m_pAverageVelocityU[2], 2.0) << axis;
+        EXPECT_EQ(job_.m_pAverageVelocityU[3], 0.0) << axis;
+    }
+}
+
+TEST_F(Thinning, KeptNodesAreBoxesOfATenThousandthAround) {
+    Place(2, 0, 0, 0, 1);
+    Place(3, 3.00005, 0, 0, 1);
+    qnl::frozen::ThinOutVelocities(job_);
+    EXPECT_EQ(job_.m_pAverageVelocityU[3], 0.0) << "beyond the distance, but not beyond the box";
+
+    Place(3, 3.00015, 0, 0, 1);
+    job_.m_pSurfTree = std::make_unique<CQNLOptKer>();
+    job_.m_pAverageVelocityU = Doubles({0, 1, 2, 3, 4, 5});
+    qnl::frozen::ThinOutVelocities(job_);
+    EXPECT_EQ(job_.m_pAverageVelocityU[3], 3.0);
+}
+
 TEST_F(Thinning, WithoutFlowNothingHappens) {
     job_.m_bHasFlow = 0;
     qnl::frozen::ThinOutVelocities(job_);
@@ -276,6 +306,19 @@ TEST_F(WarpSink, SmoothsTwoHundredTimesByTwoSweeps) {
     for (const auto& call : SmoothingCalls()) {
         EXPECT_EQ(call.second, 2);
     }
+}
+
+TEST_F(WarpSink, FixedNodesAreFixedAgainAfterEveryRound) {
+    std::vector<double> ratio{0, 0.1, 0.3, 0.0, 0.3, 0};
+    SmoothingEffect() = [](double* reference) {
+        reference[2] = reference[1];
+        reference[1] = 7.0;
+    };
+    const double own1 = (-2.0 / (2.0 + 1e-20)) * 0.1;
+    const double own2 = (-2.0 / (2.0 + 1e-20)) * 0.2;
+    qnl::frozen::ComputeSinkMarkDisplacement(job_, ratio.data());
+    EXPECT_EQ(ratio[2], own2 - own1) << "the free node sees the fixed one where it was";
+    EXPECT_EQ(ratio[1], 0.0);
 }
 
 TEST_F(WarpSink, AllNodesFixedGiveZeroEverywhere) {

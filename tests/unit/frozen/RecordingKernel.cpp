@@ -15,6 +15,11 @@ std::vector<std::pair<const double*, int>>& SmoothingCalls() {
     return calls;
 }
 
+std::function<void(double*)>& SmoothingEffect() {
+    static std::function<void(double*)> effect;
+    return effect;
+}
+
 CQNLOptKer::CQNLOptKer() : m_pState(std::make_unique<qnl::kernel::MeshKernelState>().release()) {}
 
 CQNLOptKer::~CQNLOptKer() {
@@ -44,6 +49,9 @@ int CQNLOptKer::ComputeNodeSurfaceNormal(double* nx, double*, double*) {
 
 void CQNLOptKer::SmoothSurfaceNodeValue(double* array, int iterations) {
     SmoothingCalls().emplace_back(array, iterations);
+    if (SmoothingEffect()) {
+        SmoothingEffect()(array);
+    }
 }
 
 void CQNLOptKer::SetADTreeRange(double, double, double, double, double, double, int, int, int) {}

@@ -166,6 +166,19 @@ TEST_F(DataExtensionTest, ASlotWithoutSourceLeavesItsTarget) {
     EXPECT_EQ(job_.m_pSurfData[3].get()[1], 306.0);
 }
 
+TEST_F(DataExtensionTest, WithoutAnyFieldTheElementsAreNotVisited) {
+    for (auto& slot : job_.m_pNodeData) {
+        slot.reset();
+    }
+    for (auto& component : job_.m_pNodeVector) {
+        component.reset();
+    }
+    job_.p_Surfce = nullptr;
+    job_.p_Cell = nullptr;
+    EXPECT_EQ(qnl::mesh::ExtendNodeToSurface(job_), 1);
+    EXPECT_EQ(qnl::mesh::ExtendNodeToInnerCell(job_), 1);
+}
+
 TEST_F(DataExtensionTest, MeshSizeIsStored) {
     faces_[1].boxMax[0] = 3.0;
     faces_[2].boxMax[1] = 1.0;

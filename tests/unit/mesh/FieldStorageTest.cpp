@@ -208,6 +208,33 @@ TEST_F(FieldStorageTest, FreeMemoryKeepsInputNormalsAndFlowGroup) {
     EXPECT_EQ(qnl::mesh::FreeMemory(job_), 1);
 }
 
+TEST_F(FieldStorageTest, FreeMemoryReleasesNothingElse) {
+    job_.m_bHasFlow = job_.m_bKernelFlag = 1;
+    qnl::mesh::NewDataStorage(job_);
+    for (auto* array :
+         {&job_.m_pNormalX, &job_.m_pNormalY, &job_.m_pNormalZ, &job_.m_pWarpDisplacement[0],
+          &job_.m_pWarpDisplacement[1], &job_.m_pWarpDisplacement[2], &job_.m_pThreadFindTime}) {
+        *array = std::make_unique<double[]>(5);
+    }
+    job_.m_pNodeThickness = std::make_unique<float[]>(5);
+    job_.m_pThreadFindCount = std::make_unique<int[]>(2);
+    job_.m_pThreadRecordCount = std::make_unique<int[]>(2);
+    job_.m_pNodeSearchResults = std::make_unique<CSurfNodeSearch[]>(5);
+    job_.m_pHasProfile = std::make_unique<unsigned char[]>(5);
+    qnl::mesh::FreeMemory(job_);
+    for (std::size_t slot = 0; slot < qnl::kFieldSlots; ++slot) {
+        EXPECT_TRUE(job_.m_pNodeData[slot] && job_.m_pSurfData[slot] && job_.m_pCellData[slot]) << slot;
+        EXPECT_TRUE(job_.m_pCellFiber[slot]) << slot;
+    }
+    for (std::size_t k = 0; k < 3; ++k) {
+        EXPECT_TRUE(job_.m_pNodeVector[k] && job_.m_pCellVector[k] && job_.m_pWarpDisplacement[k]) << k;
+    }
+    EXPECT_TRUE(job_.m_pSurfTree && job_.m_pOptKer);
+    EXPECT_TRUE(job_.m_pNormalX && job_.m_pNormalY && job_.m_pNormalZ && job_.m_pNodeThickness);
+    EXPECT_TRUE(job_.m_pThreadFindCount && job_.m_pThreadRecordCount && job_.m_pThreadFindTime);
+    EXPECT_TRUE(job_.m_pNodeSearchResults && job_.m_pHasProfile);
+}
+
 TEST_F(FieldStorageTest, TheCoolingGroupIsReleasedToo) {
     job_.m_bHasCool = 1;
     qnl::mesh::NewFrozenStorage(job_);

@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <set>
 
 #include "context/OutputQuantities.h"
 #include "output/BinaryResult.h"
+#include "platform/CQNL3DResultReader_Manipulator.h"
 #include "support/CapturedOutput.h"
+#include "support/ScratchFolder.h"
 
 namespace {
 
@@ -122,10 +125,51 @@ TEST_F(OutputItems, ValuesBeyondTheStartLimitsOnlyMoveOneOfThem) {
     EXPECT_EQ(Item(2).dMin, 1000.0);
 }
 
+TEST_F(OutputItems, ValuesBelowTheStartLeaveTheMaximumWhereItStarts) {
+    job_.m_pMaxTemperature[1] = -2000.0;
+    job_.m_pMaxTemperature[2] = -1500.0;
+    Written();
+    EXPECT_EQ(Item(2).dMax, -1000.0);
+    EXPECT_EQ(Item(2).dMin, -2000.0);
+}
+
 TEST_F(OutputItems, ClassicWritesNodesWithACentreTemperatureAboveOne) {
     job_.m_pCenterTemperature[1] = 1.0;
     job_.m_pCenterTemperature[2] = 1.0000001;
     EXPECT_EQ(qnl::output::SelectOutputNodes(job_), std::vector<int>{2});
+}
+
+TEST_F(OutputItems, ValuesAreThoseOfTheNodeThatTheLabelMapNames) {
+    const std::array<NodeRecord, 3> nodes{{{}, {0, 0, 0, 3, 0}, {0, 0, 0, 5, 0}}};
+    const std::array<int, 6> toLocal{0, 0, 0, 2, 0, 1};
+    job_.p_Node = nodes.data();
+    job_.m_pNodeGlobalIdToLocal = toLocal.data();
+    job_.m_pCenterTemperature[1] = 20.0;
+    job_.m_pCenterTemperature[2] = 40.0;
+    const ScratchFolder folder;
+    job_.m_szResultFile.Set(folder.Path() + "\\part1.fzr");
+    EXPECT_EQ(qnl::output::WriteBinaryResult(job_), 1);
+
+    CQNL3DResultReader_Manipulator reader;
+    ASSERT_GE(reader.BeginReading(job_.m_szResultFile.Text(), nullptr), 0);
+    ASSERT_EQ(reader.GetMaxCavityNode(), 2);
+    std::array<int, 3> labels{};
+    std::array<float, 3> values{};
+    EXPECT_TRUE(reader.GetResultDataIDArray(QNLRESULT_NODE, labels.data()));
+    EXPECT_TRUE(reader.GetResultItem(3, values.data()));
+    reader.EndReading();
+    EXPECT_EQ(labels, (std::array<int, 3>{0, 3, 5}));
+    EXPECT_EQ(values, (std::array<float, 3>{0.0F, 40.0F, 20.0F}));
+}
+
+TEST_F(OutputItems, LimitsRunOverAllNodesOfTheMesh) {
+    const std::array<NodeRecord, 3> nodes{{{}, {0, 0, 0, 1, 0}, {0, 0, 0, 2, 0}}};
+    job_.p_Node = nodes.data();
+    job_.m_pCenterTemperature[2] = 40.0;
+    EXPECT_EQ(qnl::output::SelectOutputNodes(job_), std::vector<int>{2});
+    Written();
+    EXPECT_EQ(Item(3).dMax, 40.0);
+    EXPECT_EQ(Item(3).dMin, 0.0) << "node 1 is not written";
 }
 
 TEST_F(OutputItems, CorrectedWritesPartNodesThatHadAProfile) {

@@ -91,7 +91,7 @@ TEST(NodeEvaluation, PlainStageGivesRatioAndTemperatures) {
     Wall wall;
     const NodeProfileResult result = wall.Evaluate();
     EXPECT_EQ(wall.status, 1);
-    EXPECT_TRUE(wall.scratch.hasProfile);
+    EXPECT_TRUE(result.hasProfile);
     EXPECT_DOUBLE_EQ(result[qnl::kSlotFrozenRatio], 60.0);
     EXPECT_EQ(result[qnl::kSlotMaxTemperature], 150.0);
     EXPECT_DOUBLE_EQ(result[qnl::kSlotCenterTemperature], 137.5);
@@ -138,9 +138,10 @@ TEST(NodeEvaluation, DepthIsMeasuredToTheMiddleOfTheBoxInXAndYAndToTheRecordsOwn
 TEST(NodeEvaluation, ADegenerateDirectionGivesZerosAndNoSearch) {
     Wall wall;
     wall.length = 0.9e-20;
-    ExpectAllZero(wall.Evaluate());
+    const NodeProfileResult result = wall.Evaluate();
+    ExpectAllZero(result);
     EXPECT_EQ(wall.status, -1);
-    EXPECT_FALSE(wall.scratch.hasProfile);
+    EXPECT_FALSE(result.hasProfile);
     EXPECT_EQ(Script(wall.job).rayCalls, 0);
     EXPECT_EQ(wall.job.m_pNodeSearchResults[1].m_nPassElems, 0);
     EXPECT_EQ(wall.job.m_pNodeSearchResults[1].m_pPassElems, nullptr);
@@ -148,9 +149,10 @@ TEST(NodeEvaluation, ADegenerateDirectionGivesZerosAndNoSearch) {
 
 TEST(NodeEvaluation, FewerThanTwoPassElementsGiveZerosAndAreStored) {
     Wall wall;
-    ExpectAllZero(wall.Evaluate(2));
+    const NodeProfileResult result = wall.Evaluate(2);
+    ExpectAllZero(result);
     EXPECT_EQ(wall.status, 1);
-    EXPECT_FALSE(wall.scratch.hasProfile);
+    EXPECT_FALSE(result.hasProfile);
     ASSERT_EQ(wall.job.m_pNodeSearchResults[2].m_nPassElems, 1);
     EXPECT_EQ(wall.job.m_pNodeSearchResults[2].m_pPassElems[0], 1);
     ExpectAllZero(wall.Evaluate(3));
@@ -314,13 +316,12 @@ TEST(NodeEvaluation, FlowGivesShrinkageAndTheMeanVelocityOfMovingCells) {
 TEST(NodeEvaluation, ShrinkageBeyondTheWholeIsTold) {
     Wall wall;
     wall.job.m_bHasIntermediateTimes = 1;
-    wall.Evaluate();
-    EXPECT_FALSE(wall.scratch.shrinkageBeyondWhole);
-    wall.SetField(1, {250.0, 1.0}, {1.0, 1.0, 1.0});
-    EXPECT_DOUBLE_EQ(wall.Evaluate()[qnl::kSlotSinkDepth], 0.5 + (1.0 - std::pow(0.99, 1.0 / 3.0)));
-    EXPECT_TRUE(wall.scratch.shrinkageBeyondWhole);
-    wall.Evaluate(2);
-    EXPECT_FALSE(wall.scratch.shrinkageBeyondWhole) << "told of the last node only";
+    EXPECT_FALSE(wall.Evaluate().shrinkageBeyondWhole);
+    wall.SetField(qnl::kVolumeShrinkage, {250.0, 1.0}, {1.0, 1.0, 1.0});
+    const NodeProfileResult result = wall.Evaluate();
+    EXPECT_DOUBLE_EQ(result[qnl::kSlotSinkDepth], 0.5 + (1.0 - std::pow(0.99, 1.0 / 3.0)));
+    EXPECT_TRUE(result.shrinkageBeyondWhole);
+    EXPECT_FALSE(wall.Evaluate(2).shrinkageBeyondWhole) << "that of the node alone";
 }
 
 TEST(NodeEvaluation, LongProfilesGrowTheScratch) {
