@@ -1,6 +1,10 @@
 #include "frozen/StageDriver.h"
 
+#include <array>
+#include <cstddef>
+
 #include "context/Messages.h"
+#include "context/ObservedStep.h"
 #include "frozen/NodeSelection.h"
 #include "frozen/ResultSmoothing.h"
 #include "frozen/SearchRecords.h"
@@ -56,24 +60,57 @@ void WriteResult(FrozenLayerJob& job) {
     LogSeconds(job, "OutputFrozenCalcuResults Time: ", job.m_pCom->Time() - start);
 }
 
+void ThinOut(FrozenLayerJob& job) {
+    ThinOutVelocities(job);
+    LogLine(job, "Calcu Frozen From SurfaceNodeAndNormal end");
+}
+
+void Smooth(FrozenLayerJob& job) {
+    SmoothResults(job);
+    LogLine(job, "Smooth SurfaceNodeValue end");
+}
+
+struct StageStep {
+    RunStep name;
+    void (*run)(FrozenLayerJob&);
+};
+
+constexpr std::array<StageStep, 3> kPreparation{{
+    {RunStep::Normals, PrepareNormals},
+    {RunStep::Selection, SelectSurfaceNodes},
+    {RunStep::SearchRecords, PrepareSearchRecords},
+}};
+constexpr std::array<StageStep, 1> kProbe{{
+    {RunStep::FibreProbe, [](FrozenLayerJob& job) { probe::RunFibreProbe(job); }},
+}};
+constexpr std::array<StageStep, 6> kEvaluation{{
+    {RunStep::Evaluation, profile::EvaluateSurfaceNodes},
+    {RunStep::SpecialNodes, ClearSpecialNodes},
+    {RunStep::Thinning, ThinOut},
+    {RunStep::Smoothing, Smooth},
+    {RunStep::SinkMarks, DeriveSinkMarks},
+    {RunStep::ResultFile, WriteResult},
+}};
+
+template <std::size_t Count>
+void RunAll(FrozenLayerJob& job, const std::array<StageStep, Count>& steps) {
+    for (const StageStep& step : steps) {
+        Observed(job, step.name, [&] {
+            step.run(job);
+            return true;
+        });
+    }
+}
+
 }  // namespace
 
 int RunFrozenLayerStage(FrozenLayerJob& job) {
-    PrepareNormals(job);
-    SelectSurfaceNodes(job);
-    PrepareSearchRecords(job);
+    RunAll(job, kPreparation);
     if (job.m_bKernelFlag == 1) {
-        probe::RunFibreProbe(job);
-        return 1;
+        RunAll(job, kProbe);
+    } else {
+        RunAll(job, kEvaluation);
     }
-    profile::EvaluateSurfaceNodes(job);
-    ClearSpecialNodes(job);
-    ThinOutVelocities(job);
-    LogLine(job, "Calcu Frozen From SurfaceNodeAndNormal end");
-    SmoothResults(job);
-    LogLine(job, "Smooth SurfaceNodeValue end");
-    DeriveSinkMarks(job);
-    WriteResult(job);
     return 1;
 }
 
