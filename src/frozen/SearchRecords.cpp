@@ -1,7 +1,7 @@
 #include "frozen/SearchRecords.h"
 
-#include "base/WindowsPath.h"
 #include "context/Messages.h"
+#include "layout/ProjectFolders.h"
 #include "platform/HostFiles.h"
 #include "profile/search/SearchFile.h"
 
@@ -13,7 +13,7 @@ namespace {
 /// file older than its mesh is not believed. Gives false when the search must be made again.
 bool ChooseSearchFile(FrozenLayerJob& job) {
     if (job.m_bHasIntermediateTimes == 1) {
-        job.m_szSurFile.Set(CutExtension(job.m_szMeshFile.View()) + "_s.sur");
+        job.m_szSurFile.Set(layout::SmoothedSearchPath(job.m_szMeshFile.View()));
     }
     return !IsOlder(job.m_szSurFile.View(), job.m_szMeshFile.View());
 }
