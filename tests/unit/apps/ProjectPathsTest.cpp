@@ -211,7 +211,7 @@ TEST(StagesNote, TellsOfAPathThatHoldsSeveralStages) {
 TEST(CheckInputs, APathThatDoesNotFitALauncherWordIsRefused) {
     const std::string deep = "/" + std::string(240, 'd');
     StageFile file = SplitStagePath(deep + "/Analysis/Run1/part1.k4c");
-    EXPECT_TRUE(Mentions(Refusal([&] { CheckInputs(file, 0); }), "at most 254 fit"));
+    EXPECT_TRUE(Mentions(Refusal([&] { CheckInputs(file, 0, false); }), "at most 254 fit"));
 }
 
 }  // namespace
