@@ -6,6 +6,9 @@
 
 #include "demo/DemoMesh.h"
 #include "kernel/mesh/MeshFile.h"
+#include "layout/MarkerLog.h"
+#include "layout/ProjectFolders.h"
+#include "layout/RunFile.h"
 #include "platform/HostFiles.h"
 
 namespace qnl::demo {
@@ -14,15 +17,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kRunFile =
-    "[MESH]\n"
-    "MeshCount = 1\n"
-    "Mesh1 = demo.hdf\n"
-    "[MATERIAL]\n"
-    "MaterialCount = 1\n"
-    "Material1 = pp.toml\n";
+constexpr const char* kMeshFile = "demo.hdf";
+constexpr const char* kMaterialFile = "pp.toml";
+constexpr const char* kRun = "1";
 constexpr const char* kRunName = "demo1";
-constexpr const char* kMarkerLog = "QNLIntermediateOutputTime.log";
 
 struct DemoFolders {
     fs::path mesh;
@@ -45,8 +43,8 @@ void WriteText(const fs::path& path, std::string_view text) {
 }
 
 DemoFolders MakeFolders(const std::string& project) {
-    const fs::path root(project);
-    DemoFolders folders{root / "Mesh", root / "Material", root / "Analysis" / "Run1"};
+    DemoFolders folders{HostPath(layout::MeshFolder(project)), HostPath(layout::MaterialFolder(project)),
+                        HostPath(layout::RunFolder(project, kRun))};
     for (const fs::path& folder : {folders.mesh, folders.material, folders.run}) {
         std::error_code failure;
         fs::create_directories(folder, failure);
@@ -95,13 +93,13 @@ void WriteTime(const fs::path& path, const DemoRequest& request, const DemoCooli
 
 std::string MarkerLogText(const std::vector<double>& times) {
     constexpr std::size_t kLongestNumber = 32;
-    std::string text;
+    std::vector<std::string> texts;
     for (std::size_t i = 0; i + 1 < times.size(); ++i) {
         char seconds[kLongestNumber];
         std::snprintf(seconds, sizeof seconds, "%g", times[i]);
-        text += std::to_string(i + 1) + " " + seconds + "\n";
+        texts.emplace_back(seconds);
     }
-    return text + "[EOF]\n";
+    return layout::MarkerLogText(texts);
 }
 
 kernel::MeshData WriteMesh(const fs::path& path, const DemoRequest& request, const DemoPart& part) {
@@ -129,10 +127,10 @@ DemoSummary WriteDemoProject(const DemoRequest& request) {
     const DemoFolders folders = MakeFolders(request.folder);
     RemoveEarlierFiles(folders.mesh, "demo");
     RemoveEarlierFiles(folders.run, kRunName);
-    RemoveEarlierFiles(folders.run, kMarkerLog);
-    const kernel::MeshData mesh = WriteMesh(folders.mesh / "demo.hdf", request, part);
-    WriteText(folders.material / "pp.toml", DemoMaterialText());
-    WriteText(folders.run / (std::string(kRunName) + ".run"), kRunFile);
+    RemoveEarlierFiles(folders.run, layout::kMarkerLogName);
+    const kernel::MeshData mesh = WriteMesh(folders.mesh / kMeshFile, request, part);
+    WriteText(folders.material / kMaterialFile, DemoMaterialText());
+    WriteText(folders.run / (std::string(kRunName) + ".run"), layout::RunFileText(kMeshFile, kMaterialFile));
 
     const DemoCooling cooling(part);
     const std::vector<double> times = StageTimes(request);
@@ -144,7 +142,7 @@ DemoSummary WriteDemoProject(const DemoRequest& request) {
                   {index, static_cast<float>(times[static_cast<std::size_t>(i)]), "s"});
     }
     if (last > 0) {
-        WriteText(folders.run / kMarkerLog, MarkerLogText(times));
+        WriteText(folders.run / layout::kMarkerLogName, MarkerLogText(times));
     }
     return {(folders.run / TimeName(0, extension)).string(), mesh.Nodes(), mesh.Cells(), last + 1};
 }

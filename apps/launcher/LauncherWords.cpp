@@ -18,7 +18,7 @@ bool ParseInteger(std::string_view text, int& value) {
 /// One option: takes the text after "=" (empty when there is none) and gives false when it does not fit.
 struct Option {
     std::string_view name;
-    bool takesValue;
+    std::string_view expected;  ///< what stands after "="; empty for an option without a value
     bool (*apply)(LauncherWords&, std::string_view);
 };
 
@@ -27,7 +27,6 @@ bool SetLogLevel(LauncherWords& parsed, std::string_view value) {
 }
 
 bool SetThreads(LauncherWords& parsed, std::string_view value) {
-    constexpr int kMostThreads = 4096;
     return ParseInteger(value, parsed.options.threads) && parsed.options.threads >= 1 &&
            parsed.options.threads <= kMostThreads;
 }
@@ -41,16 +40,28 @@ bool SetIntermediateTimes(LauncherWords& parsed, std::string_view value) {
     return true;
 }
 
+constexpr std::string_view kCount = "a whole number of at least 0";
+constexpr std::string_view kThreads = "a whole number from 1 to 4096";
+static_assert(kMostThreads == 4096, "the text of the limit follows it");
+
 constexpr std::array<Option, 8> kOptions{{
-    {"--log-level", true, SetLogLevel},
-    {"--threads", true, SetThreads},
-    {"--intermediate-times", true, SetIntermediateTimes},
-    {"--fibre-probe", false, [](LauncherWords& p, std::string_view) { return p.options.fibreProbe = true; }},
-    {"--fiber-probe", false, [](LauncherWords& p, std::string_view) { return p.options.fibreProbe = true; }},
-    {"--corrected", false, [](LauncherWords& p, std::string_view) { return p.options.corrected = true; }},
-    {"--help", false, [](LauncherWords& p, std::string_view) { return p.help = true; }},
-    {"--version", false, [](LauncherWords& p, std::string_view) { return p.version = true; }},
+    {"--log-level", kCount, SetLogLevel},
+    {"--threads", kThreads, SetThreads},
+    {"--intermediate-times", kCount, SetIntermediateTimes},
+    {"--fibre-probe", "", [](LauncherWords& p, std::string_view) { return p.options.fibreProbe = true; }},
+    {"--fiber-probe", "", [](LauncherWords& p, std::string_view) { return p.options.fibreProbe = true; }},
+    {"--corrected", "", [](LauncherWords& p, std::string_view) { return p.options.corrected = true; }},
+    {"--help", "", [](LauncherWords& p, std::string_view) { return p.help = true; }},
+    {"--version", "", [](LauncherWords& p, std::string_view) { return p.version = true; }},
 }};
+
+std::string UsageErrorOf(const Option& option, std::string_view argument) {
+    const std::string expected =
+        option.expected.empty()
+            ? "it takes no value"
+            : std::string(option.expected) + " is expected after \"" + std::string(option.name) + "=\"";
+    return "option \"" + std::string(argument) + "\": " + expected;
+}
 
 void ApplyOption(LauncherWords& parsed, std::string_view argument) {
     const std::size_t equals = argument.find('=');
@@ -61,11 +72,8 @@ void ApplyOption(LauncherWords& parsed, std::string_view argument) {
             continue;
         }
         const std::string_view value = hasValue ? argument.substr(equals + 1) : std::string_view();
-        if (option.takesValue != hasValue || !option.apply(parsed, value)) {
-            parsed.usageError =
-                "option \"" + std::string(argument) + "\": " +
-                (option.takesValue ? "a whole number is expected after \"" + std::string(name) + "=\""
-                                   : "it takes no value");
+        if (option.expected.empty() == hasValue || !option.apply(parsed, value)) {
+            parsed.usageError = UsageErrorOf(option, argument);
         }
         return;
     }

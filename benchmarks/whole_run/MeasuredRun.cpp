@@ -8,32 +8,14 @@
 #include <utility>
 
 #include "base/ThreadFailure.h"
-#include "base/WindowsPath.h"
 #include "context/FrozenLayerJob.h"
-#include "frozen/NodeSelection.h"
-#include "frozen/ResultSmoothing.h"
-#include "frozen/SearchRecords.h"
-#include "frozen/SinkVectors.h"
-#include "frozen/SpecialNodes.h"
-#include "frozen/SurfaceNormals.h"
-#include "frozen/VelocityThinning.h"
-#include "input/MaterialData.h"
-#include "input/ResultFileSet.h"
-#include "input/TemperatureData.h"
-#include "job/CarriedState.h"
-#include "job/CommandLine.h"
+#include "context/RunStep.h"
+#include "job/RunSequence.h"
 #include "kernel/mesh/CellVolumes.h"
 #include "kernel/mesh/MeshFile.h"
 #include "kernel/topology/FaceTopology.h"
-#include "mesh/DataExtension.h"
-#include "mesh/FieldStorage.h"
-#include "mesh/MeshImport.h"
-#include "output/BinaryResult.h"
-#include "platform/QnlMaterial.h"
-#include "profile/NodeLoop.h"
 #include "profile/NodeOrder.h"
 #include "profile/search/PassElementSearch.h"
-#include "profile/search/SearchFile.h"
 #include "whole_run/PeakMemory.h"
 
 namespace {
@@ -44,39 +26,80 @@ void Require(bool fine, const char* what) {
     }
 }
 
-class MeasuredRun {
+/// Steps of the run that are measured, as the phases that they belong to.
+constexpr std::pair<qnl::RunStep, Phase> kMeasuredSteps[] = {
+    {qnl::RunStep::Mesh, Phase::MeshKernel},       {qnl::RunStep::StageData, Phase::StageInput},
+    {qnl::RunStep::Extension, Phase::StageInput},  {qnl::RunStep::Normals, Phase::Normals},
+    {qnl::RunStep::Selection, Phase::Normals},     {qnl::RunStep::Evaluation, Phase::Evaluation},
+    {qnl::RunStep::Thinning, Phase::Thinning},     {qnl::RunStep::Smoothing, Phase::Smoothing},
+    {qnl::RunStep::SinkMarks, Phase::SinkVectors}, {qnl::RunStep::ResultFile, Phase::ResultFile},
+    {qnl::RunStep::SearchFile, Phase::SearchFile},
+};
+
+/// Follows the run and measures its steps. The first evaluation would search as well: the search is made just
+/// before it, measured on its own, and handed to it as one that was read.
+class MeasuredRun : public qnl::RunObserver {
 public:
     MeasuredRun(std::string stageFile, int intermediateTimes, int threads)
         : stageFile_(std::move(stageFile)), intermediateTimes_(intermediateTimes), threads_(threads) {}
 
     RunFigures Measure() {
         omp_set_num_threads(threads_);
-        OpenJob();
-        MeasureMeshParts();
-        OpenMesh();
-        const std::string result(job_.m_szResultFile.View());
-        for (int index = 0; index <= intermediateTimes_; ++index) {
-            job_.m_szResultFile.Set(index == 0 ? result : qnl::IndexedName(result, index));
-            EvaluateTime(index == 0 ? stageFile_ : qnl::IndexedName(stageFile_, index), index == 0);
-        }
+        RunJob();
         CountPassedCells();
         MeanOverTimes();
         return figures_;
     }
 
+    void StepBegins(qnl::RunStep step, const FrozenLayerJob& /*job*/) override {
+        if (step == qnl::RunStep::Mesh) {
+            MeasureMeshParts();
+        }
+        if (step == qnl::RunStep::Evaluation && !searched_) {
+            Require(job_.m_bSearchDone == 0, "starting without a search file");
+            Timed(Phase::Search, [&] { SearchAll(); });
+            job_.m_bSearchDone = 1;
+        }
+        Start();
+    }
+
+    void StepEnds(qnl::RunStep step, const FrozenLayerJob& /*job*/) override {
+        for (const auto& [measured, phase] : kMeasuredSteps) {
+            if (measured == step) {
+                Stop(phase);
+            }
+        }
+        if (step == qnl::RunStep::Evaluation && !searched_) {
+            searched_ = true;
+            job_.m_bSearchDone = 0;
+        }
+    }
+
+    void TimeEnds(int /*index*/, bool evaluated, const FrozenLayerJob& /*job*/) override {
+        Require(evaluated, "evaluating an output time");
+    }
+
 private:
-    template <typename Work>
-    void Timed(Phase phase, Work work) {
+    void Start() {
         ResetPeakMemory();
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+        start_ = std::chrono::steady_clock::now();
+    }
+
+    void Stop(Phase phase) {
+        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start_;
         PhaseFigures& figures = figures_.Of(phase);
         figures.seconds += taken.count();
         figures.peakBytes = std::max(figures.peakBytes, PeakMemory());
     }
 
-    void OpenJob() {
+    template <typename Work>
+    void Timed(Phase phase, Work work) {
+        Start();
+        work();
+        Stop(phase);
+    }
+
+    void RunJob() {
         const std::filesystem::path file(stageFile_);
         const std::string directory = file.parent_path().parent_path().parent_path().string();
         std::string stem = file.stem().string();
@@ -87,12 +110,11 @@ private:
         job_.m_options.threads = threads_;
         job_.m_options.corrected = true;
         job_.m_options.intermediateTimes = intermediateTimes_;
+        job_.m_options.observer = this;
         job_.m_szInputResult = stageFile_.c_str();
-        Require(qnl::job::HandleCommandLine(job_, 6, pointers) == 1, "reading the run file");
-        SelectResultFiles(job_);
-        Require(job_.m_bHasIntermediateTimes == 1, "finding the marker log");
-        QnlMaterial* material = QnlGetMaterial(job_.m_szMaterialFile.Text());
-        Require(material != nullptr && ReadMaterialData(job_, material) == 1, "reading the material");
+        const qnl::job::SequenceEnd end =
+            qnl::job::RunSteps(job_, qnl::RunStep::CommandLine, qnl::RunStep::OutputTimes, {6, pointers});
+        Require(end && job_.m_bHasIntermediateTimes == 1, qnl::NameOf(end.last));
     }
 
     /// The parts of the kernel's reading that can be seen on their own; nothing of them is kept.
@@ -103,50 +125,6 @@ private:
         qnl::kernel::TurnNegativeCells(mesh, volumes);
         volumes = {};
         Timed(Phase::Topology, [&] { qnl::kernel::BuildFaceTopology(mesh); });
-    }
-
-    void OpenMesh() {
-        Timed(Phase::MeshKernel, [&] { Require(qnl::mesh::ReadMesh(job_) == 1, "reading the mesh"); });
-        qnl::mesh::SetUpThreads(job_);
-        Require(qnl::mesh::TakeOverMeshData(job_) == 1, "taking the mesh over");
-        qnl::mesh::NewDataStorage(job_);
-    }
-
-    void EvaluateTime(const std::string& stageFile, bool first) {
-        qnl::job::DropCarriedState(job_);
-        Timed(Phase::StageInput, [&] {
-            Require(LoadTemperatureData(job_, stageFile.c_str()) == 1, "reading stage results");
-            qnl::mesh::ExtendNodeToSurface(job_);
-            qnl::mesh::ExtendNodeToInnerCell(job_);
-        });
-        if (first) {
-            qnl::mesh::NewFrozenStorage(job_);
-        }
-        Timed(Phase::Normals, [&] { FindNormals(); });
-        if (first) {
-            qnl::frozen::PrepareSearchRecords(job_);
-            Require(job_.m_bSearchDone == 0, "starting without a search file");
-            Timed(Phase::Search, [&] { SearchAll(); });
-            Timed(Phase::SearchFile, [&] { WriteSearchResult(job_); });
-            job_.m_bSearchDone = 1;
-        }
-        Timed(Phase::Evaluation, [&] { qnl::profile::EvaluateSurfaceNodes(job_); });
-        qnl::frozen::ClearSpecialNodes(job_);
-        Timed(Phase::Thinning, [&] { qnl::frozen::ThinOutVelocities(job_); });
-        Timed(Phase::Smoothing, [&] { qnl::frozen::SmoothResults(job_); });
-        Timed(Phase::SinkVectors, [&] {
-            qnl::frozen::SubtractSinkReference(job_);
-            qnl::frozen::TurnNormalsIntoSinkVectors(job_);
-        });
-        Timed(Phase::ResultFile, [&] { qnl::output::WriteBinaryResult(job_); });
-    }
-
-    void FindNormals() {
-        qnl::frozen::ComputeSurfaceNormals(job_);
-        qnl::mesh::EnsureComputedArrays(job_);
-        qnl::frozen::SmoothSurfaceNormals(*job_.m_pOptKer, job_.m_pNormalX.get(), job_.m_pNormalY.get(),
-                                          job_.m_pNormalZ.get());
-        qnl::frozen::SelectSurfaceNodes(job_);
     }
 
     void SearchAll() {
@@ -191,6 +169,8 @@ private:
     int threads_;
     FrozenLayerJob job_;
     RunFigures figures_;
+    std::chrono::steady_clock::time_point start_;
+    bool searched_ = false;
 };
 
 }  // namespace

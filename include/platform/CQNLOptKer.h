@@ -33,7 +33,7 @@ public:
 
     /// Reads the mesh file and fills all data members. `flag` 1 announces that fibre data per cell will
     /// be read as well. Gives 1, or a negative status after one line on standard output that names the
-    /// file and the fault; nothing is filled then.
+    /// file and the fault; nothing is filled then. Raises std::bad_alloc when memory runs out.
     int ReadMeshData(char* path, int flag);
 
     /// Prepares `nThread` search slots, numbered from 0.

@@ -16,22 +16,46 @@ constexpr std::uint64_t kLargestAttribute = 64;
 constexpr std::size_t kLongestText = std::size_t{1} << 20;
 constexpr std::size_t kMostNames = std::size_t{1} << 16;
 
+// Raises std::bad_alloc unless there are so many bytes to be had.
+void RequireMemory(std::size_t bytes) {
+    std::vector<char> room;
+    room.reserve(bytes);
+    const char* volatile seen = room.data();  // a reservation that nobody looks at may be left out
+    static_cast<void>(seen);
+}
+
+// Comes before everything else that is asked of the library: it crashes where it cannot even start.
 void Silence() {
+    constexpr std::size_t kToStart = std::size_t{1} << 22;
+    RequireMemory(kToStart);
     H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
 }
 
-herr_t TakeInnermost(unsigned, const H5E_error2_t* error, void* text) {
-    std::string& reason = *static_cast<std::string*>(text);
-    if (reason.empty() && error->desc != nullptr) {
-        reason = error->desc;
+// What lies at the bottom of the library's last failure.
+struct InnermostError {
+    std::string words;
+    bool wantsMemory = false;
+};
+
+herr_t TakeInnermost(unsigned, const H5E_error2_t* error, void* taken) {
+    InnermostError& innermost = *static_cast<InnermostError*>(taken);
+    if (innermost.words.empty() && error->desc != nullptr) {
+        innermost.words = error->desc;
+        innermost.wantsMemory = error->maj_num == H5E_RESOURCE;
     }
     return 0;
 }
 
-// Words of the library about its last failure; cut to one line.
+// Words of the library about its last failure; cut to one line. Raises std::bad_alloc when memory ran out: a
+// damaged file, too, may ask for more memory than there is, but is to blame only where there is plenty.
 std::string LibraryReason(const std::string& what) {
-    std::string reason;
-    H5Ewalk2(H5E_DEFAULT, H5E_WALK_UPWARD, TakeInnermost, &reason);
+    InnermostError innermost;
+    H5Ewalk2(H5E_DEFAULT, H5E_WALK_UPWARD, TakeInnermost, &innermost);
+    if (innermost.wantsMemory) {
+        constexpr std::size_t kPlenty = std::size_t{1} << 28;
+        RequireMemory(kPlenty);
+    }
+    std::string& reason = innermost.words;
     std::replace(reason.begin(), reason.end(), '\n', ' ');
     return reason.empty() ? what : what + " (" + reason + ")";
 }

@@ -65,17 +65,23 @@ HostFile OpenTemporary(const std::string& target, const char* mode, std::string&
     return {};
 }
 
-void RecordUnwritten(const std::string& target, const std::string& reason) {
-    RecordFault({target, "", "a file that can be written", reason,
-                 "free space on the disk, or allow writing in its folder, and run again"});
+constexpr const char* kMakeRoom = "free space on the disk, or allow writing in its folder, and run again";
+
+void RecordUnwritten(const std::string& target, const std::string& reason, const char* remedy = kMakeRoom) {
+    RecordFault({target, "", "a file that can be written", reason, remedy});
 }
 
 }  // namespace
 
 ReplacedFile::ReplacedFile(std::string_view path, const char* mode) : target_(Resolved(HostPath(path))) {
     std::error_code ignored;
-    if (target_.empty() || fs::is_directory(target_, ignored)) {
-        RecordUnwritten(target_, target_.empty() ? "no name" : "a folder of that name");
+    if (target_.empty()) {
+        RecordUnwritten(target_, "no name", "name a file");
+        return;
+    }
+    if (fs::is_directory(target_, ignored)) {
+        RecordUnwritten(target_, "a folder of that name",
+                        "move the folder away, or give it another name, and run again");
         return;
     }
     file_ = IsDevice(target_) ? HostFile(target_, mode) : OpenTemporary(target_, mode, temporary_);

@@ -132,8 +132,9 @@ int CQNLOptKer::ReadMeshData(char* path, int) {
     } catch (const qnl::kernel::MeshFault& fault) {
         return qnl::kernel::ReportUnreadable(path, fault.what());
     } catch (const std::bad_alloc&) {
-        return qnl::kernel::ReportUnreadable(
-            path, qnl::kernel::WithFile(path, "not enough memory for this mesh").what());
+        qnl::kernel::ReportUnreadable(path,
+                                      qnl::kernel::WithFile(path, "not enough memory for this mesh").what());
+        throw;
     } catch (const std::exception& error) {
         return qnl::kernel::ReportUnreadable(path, qnl::kernel::WithFile(path, error.what()).what());
     }

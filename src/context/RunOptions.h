@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "context/RunStep.h"
+
 struct FrozenLayerJob;
 
 namespace qnl {
@@ -10,6 +12,9 @@ namespace qnl {
 class RunObserver {
 public:
     virtual ~RunObserver() = default;
+    /// A step of the run begins, or is through. A step that does not apply to a run is not told.
+    virtual void StepBegins(RunStep /*step*/, const FrozenLayerJob& /*job*/) {}
+    virtual void StepEnds(RunStep /*step*/, const FrozenLayerJob& /*job*/) {}
     /// One output time begins: its index (0 is the base time), the number of intermediate times and the
     /// stage file it is read from.
     virtual void TimeBegins(int /*index*/, int /*intermediateTimes*/, const char* /*stageFile*/) {}
@@ -20,6 +25,9 @@ public:
     /// All output times are through and the job still holds its arrays.
     virtual void RunEnds(const FrozenLayerJob& /*job*/) {}
 };
+
+/// The largest thread count that a caller may ask for.
+inline constexpr int kMostThreads = 4096;
 
 /// What a caller may ask of a run beyond the launcher's words.
 struct RunOptions {

@@ -1,8 +1,8 @@
 #include "frozen/SearchRecords.h"
 
-#include "base/WindowsPath.h"
 #include "context/Messages.h"
 #include "context/RunConditions.h"
+#include "layout/ProjectFolders.h"
 #include "platform/HostFiles.h"
 #include "profile/search/SearchFile.h"
 
@@ -13,7 +13,7 @@ namespace {
 /// Corrected mode: rays along smoothed and along raw normals differ and keep files of their own.
 void NameSearchFile(FrozenLayerJob& job) {
     if (job.m_options.corrected && HasIntermediateTimes(job)) {
-        job.m_szSurFile.Set(CutExtension(job.m_szMeshFile.View()) + "_s.sur");
+        job.m_szSurFile.Set(layout::SmoothedSearchPath(job.m_szMeshFile.View()));
     }
 }
 

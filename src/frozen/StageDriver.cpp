@@ -1,8 +1,11 @@
 #include "frozen/StageDriver.h"
 
+#include <array>
+#include <cstddef>
 #include <utility>
 
 #include "context/Messages.h"
+#include "context/ObservedStep.h"
 #include "context/RunConditions.h"
 #include "frozen/NodeSelection.h"
 #include "frozen/ResultSmoothing.h"
@@ -46,6 +49,13 @@ void PrepareNormals(FrozenLayerJob& job, bool firstCall) {
     }
 }
 
+/// The first call of a run finds neither arrays nor normals.
+void Prepare(FrozenLayerJob& job) {
+    const bool firstCall = TakeFirstCall();
+    PrepareStorage(job, firstCall);
+    PrepareNormals(job, firstCall);
+}
+
 void DeriveSinkMarks(FrozenLayerJob& job) {
     if (job.m_bHasWarp == 1) {
         LogLine(job, "ComputeSinkMarkDisplacement");
@@ -67,26 +77,57 @@ void WriteResult(FrozenLayerJob& job) {
     LogSeconds(job, "OutputFrozenCalcuResults Time: ", job.m_pCom->Time() - start);
 }
 
+void ThinOut(FrozenLayerJob& job) {
+    ThinOutVelocities(job);
+    LogLine(job, "Calcu Frozen From SurfaceNodeAndNormal end");
+}
+
+void Smooth(FrozenLayerJob& job) {
+    SmoothResults(job);
+    LogLine(job, "Smooth SurfaceNodeValue end");
+}
+
+struct StageStep {
+    RunStep name;
+    void (*run)(FrozenLayerJob&);
+};
+
+constexpr std::array<StageStep, 3> kPreparation{{
+    {RunStep::Normals, Prepare},
+    {RunStep::Selection, SelectSurfaceNodes},
+    {RunStep::SearchRecords, PrepareSearchRecords},
+}};
+constexpr std::array<StageStep, 1> kProbe{{
+    {RunStep::FibreProbe, [](FrozenLayerJob& job) { probe::RunFibreProbe(job); }},
+}};
+constexpr std::array<StageStep, 6> kEvaluation{{
+    {RunStep::Evaluation, profile::EvaluateSurfaceNodes},
+    {RunStep::SpecialNodes, ClearSpecialNodes},
+    {RunStep::Thinning, ThinOut},
+    {RunStep::Smoothing, Smooth},
+    {RunStep::SinkMarks, DeriveSinkMarks},
+    {RunStep::ResultFile, WriteResult},
+}};
+
+template <std::size_t Count>
+void RunAll(FrozenLayerJob& job, const std::array<StageStep, Count>& steps) {
+    for (const StageStep& step : steps) {
+        Observed(job, step.name, [&] {
+            step.run(job);
+            return true;
+        });
+    }
+}
+
 }  // namespace
 
 int RunFrozenLayerStage(FrozenLayerJob& job) {
-    const bool firstCall = TakeFirstCall();
-    PrepareStorage(job, firstCall);
-    PrepareNormals(job, firstCall);
-    SelectSurfaceNodes(job);
-    PrepareSearchRecords(job);
+    RunAll(job, kPreparation);
     if (job.m_bKernelFlag == 1) {
-        probe::RunFibreProbe(job);
-        return 1;
+        RunAll(job, kProbe);
+    } else {
+        RunAll(job, kEvaluation);
     }
-    profile::EvaluateSurfaceNodes(job);
-    ClearSpecialNodes(job);
-    ThinOutVelocities(job);
-    LogLine(job, "Calcu Frozen From SurfaceNodeAndNormal end");
-    SmoothResults(job);
-    LogLine(job, "Smooth SurfaceNodeValue end");
-    DeriveSinkMarks(job);
-    WriteResult(job);
     return 1;
 }
 

@@ -54,7 +54,7 @@ OpenedAs OpenResult(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& r
     return OpenedAs::Binary;
 }
 
-std::vector<int> ListItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader) {
+std::vector<ListedItem> ListItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader) {
     const int count = ReadItemCount(reader);
     LogPlain(job, "nItemCount = %d \n", count);
     const std::size_t items = count > 0 ? static_cast<std::size_t>(count) : 0;
@@ -63,7 +63,11 @@ std::vector<int> ListItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipul
     ItemTexts names(items);
     ItemTexts units(items);
     reader.GetResultItemInfo(ids.data(), names.Texts(), units.Texts(), types.data());
-    return ids;
+    std::vector<ListedItem> listed(items);
+    for (std::size_t i = 0; i < items; ++i) {
+        listed[i] = {ids[i], types[i] == QNLRESULT_ELEMENT};
+    }
+    return listed;
 }
 
 ItemValues ReadItem(CQNL3DResultReader_Manipulator& reader, int item, int count, float fill) {

@@ -29,8 +29,14 @@ struct OpenMessages {
 OpenedAs OpenResult(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader, const char* path,
                     const OpenMessages& messages);
 
-/// Item ids of the open file; logs their number.
-std::vector<int> ListItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader);
+/// One item of a file, and whether its values are by element.
+struct ListedItem {
+    int id = 0;
+    bool byElement = false;
+};
+
+/// Items of the open file; logs their number.
+std::vector<ListedItem> ListItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader);
 
 /// Values 1 to `count` of an item; those of an item that the file does not hold are `fill`.
 ItemValues ReadItem(CQNL3DResultReader_Manipulator& reader, int item, int count, float fill = 0.0F);

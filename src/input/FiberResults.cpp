@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
+#include <vector>
 
+#include "base/Text.h"
 #include "context/Messages.h"
 #include "input/BinaryResult.h"
 #include "input/InputFaults.h"
+#include "platform/Faults.h"
 #include "platform/Stages.h"
 
 namespace qnl::input {
@@ -24,6 +28,23 @@ struct FiberItem {
 constexpr FiberItem kItems[] = {{kFibreXX, 0}, {kFibreYY, 1}, {kFibreZZ, 2},
                                 {kFibreXY, 3}, {kFibreYZ, 5}, {kFibreXZ, 4}};
 
+/// Other results use these ids for values by node.
+bool HoldsTensor(const std::vector<ListedItem>& items) {
+    return std::any_of(items.begin(), items.end(), [](const ListedItem& listed) {
+        return listed.byElement && FindStageItem(StageKind::Fibre, listed.id) != nullptr;
+    });
+}
+
+void ReportNoTensor(const std::string& path) {
+    const std::string name = path.substr(path.find_last_of("\\/") + 1);
+    RecordFault({path, "", "the fibre orientation tensor by cell (items 4, 5, 6, 9, 10, 11)",
+                 "no fibre orientation tensor",
+                 EndsWith(name, kFibreExtension)
+                     ? "write the result of the fibre analysis again"
+                     : "name the fibre result of the same run, " + name.substr(0, name.rfind('.')) +
+                           std::string(kFibreExtension)});
+}
+
 }  // namespace
 
 }  // namespace qnl::input
@@ -34,7 +55,7 @@ int ReadFiberResults(FrozenLayerJob& job, const char* path) {
         return -1;
     }
     qnl::LogPlain(job, "K4Overson =%d \n", reader.GetResultVersion());
-    qnl::input::ListItems(job, reader);
+    const bool hasTensor = qnl::input::HoldsTensor(qnl::input::ListItems(job, reader));
     const int maxNode = reader.GetMaxCavityNode();
     qnl::LogPlain(job, "nMaxNodes = %d \n", maxNode);
     const int maxElem = reader.GetMaxCavityElem();
@@ -48,6 +69,9 @@ int ReadFiberResults(FrozenLayerJob& job, const char* path) {
         }
     }
     reader.EndReading();
+    if (!hasTensor) {
+        qnl::input::ReportNoTensor(path);
+    }
     qnl::input::ReportCellsBeyond(path, maxElem, job.m_nCells);
     return 1;
 }

@@ -31,8 +31,8 @@ void SetItemFlags(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader) {
         job.m_bIsGasIn = 1;
         LogGeneral(job, "is GasIN  \n");
     }
-    for (const int item : ListItems(job, reader)) {
-        if (item == kFlowCoolingTime) {
+    for (const ListedItem& listed : ListItems(job, reader)) {
+        if (listed.id == kFlowCoolingTime) {
             job.m_bFillHasCoolingTime = 1;
             LogGeneral(job, "is FillHasCoolingTime \n ");
         }

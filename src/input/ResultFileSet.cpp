@@ -2,14 +2,13 @@
 
 #include <array>
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "base/Text.h"
-#include "base/TokenReader.h"
 #include "base/WindowsPath.h"
 #include "context/Messages.h"
+#include "layout/MarkerLog.h"
 #include "platform/HostFiles.h"
 #include "platform/Stages.h"
 
@@ -20,7 +19,6 @@ namespace {
 constexpr int kComplete = 1;
 constexpr int kNoLog = 3302;
 constexpr std::size_t kLogPath = 255;
-constexpr std::size_t kLogLine = 255;
 
 enum class LogCheck { None, ByAnalysisType, Always };
 
@@ -84,18 +82,12 @@ int SelectResultFiles(FrozenLayerJob& job) {
 
 int CheckIntermediateOutputLog(FrozenLayerJob& job) {
     qnl::FixedText<qnl::input::kLogPath> path;
-    path.Set(qnl::CutFileName(job.m_szLogFile.View()) + "\\QNLIntermediateOutputTime.log");
+    path.Set(qnl::CutFileName(job.m_szLogFile.View()) + "\\" + std::string(qnl::layout::kMarkerLogName));
     qnl::LogLine(job, path.Text());
-    std::optional<qnl::TokenReader> text = qnl::OpenText(path.Text());
-    if (!text) {
+    const qnl::layout::MarkerLog log = qnl::layout::LookAtMarkerLog(path.Text());
+    if (log == qnl::layout::MarkerLog::Missing) {
         qnl::PrintGeneral("QNLIntermediateOutputTime.log doesn't exist !\n");
         return qnl::input::kNoLog;
     }
-    std::string_view line;
-    while (text->ReadLine(qnl::input::kLogLine, line)) {
-        if (qnl::Holds(line, "[EOF]")) {
-            return qnl::input::kComplete;
-        }
-    }
-    return 0;
+    return log == qnl::layout::MarkerLog::Complete ? qnl::input::kComplete : 0;
 }

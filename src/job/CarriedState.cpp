@@ -1,5 +1,8 @@
 #include "job/CarriedState.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "mesh/FieldStorage.h"
 
 namespace qnl::job {
@@ -14,6 +17,9 @@ void DropCarriedState(FrozenLayerJob& job) {
         displacement.reset();
     }
     job.m_nWarpEntries = 0;
+    if (job.m_pSurfNodeFlag) {
+        std::fill_n(job.m_pSurfNodeFlag.get(), static_cast<std::size_t>(job.m_nNodes) + 1, 0);
+    }
     job.m_dMaxValue = kNoMaximumYet;
     job.m_bIsGasIn = 0;
     job.m_bGasInCool = 0;

@@ -10,6 +10,8 @@
 #include "base/TokenReader.h"
 #include "base/WindowsPath.h"
 #include "context/Messages.h"
+#include "layout/ProjectFolders.h"
+#include "layout/RunFile.h"
 #include "platform/CQNLKNLogErrMsgTool.h"
 #include "platform/Stages.h"
 
@@ -17,9 +19,7 @@ namespace qnl::job {
 
 namespace {
 
-constexpr std::size_t kLineBuffer = 255;
 constexpr int kRunFileMissing = 3302;
-constexpr std::string_view kRunFolderMark = "\\Analysis\\Run";
 
 /// The launcher's words that the program uses.
 struct ProjectWords {
@@ -55,12 +55,12 @@ ProjectWords SplitInputFileName(std::string path) {
     for (char& character : path) {
         character = character == '/' ? '\\' : character;
     }
-    const std::size_t mark = path.rfind(kRunFolderMark);
+    const std::string folderMark = "\\" + std::string(layout::kRunFolderMark);
+    const std::size_t mark = path.rfind(folderMark);
     if (mark == std::string::npos) {
-        throw std::out_of_range("invalid string position: no \"" + std::string(kRunFolderMark) + "\" in \"" +
-                                path + "\"");
+        throw std::out_of_range("invalid string position: no \"" + folderMark + "\" in \"" + path + "\"");
     }
-    const std::size_t runStart = mark + kRunFolderMark.size();
+    const std::size_t runStart = mark + folderMark.size();
     const std::size_t runEnd = std::min(path.find('\\', runStart), path.size());
     ProjectWords words;
     words.directory = path.substr(0, mark);
@@ -84,8 +84,8 @@ ProjectWords TakeInputFileName(FrozenLayerJob& job, int argc, char** argv) {
 
 void BuildProjectPaths(FrozenLayerJob& job, const ProjectWords& words) {
     job.m_szProjectName.Set(words.name);
-    const std::string result = words.directory + std::string(kRunFolderMark) + words.run + "\\" + words.name +
-                               words.run + std::string(kFlowStage.resultExtension);
+    const std::string result =
+        layout::RunPath(words.directory, words.name, words.run, kFlowStage.resultExtension);
     job.m_szResultFile.Set(result);
     job.m_szLogFile.Set(ReplaceExtension(result, ".lgz"));
     job.m_szCmxFile.Set(ReplaceExtension(result, ".cmx"));
@@ -107,65 +107,10 @@ void CreateTimer(FrozenLayerJob& job, int argc, char** argv) {
     job.m_dStartTime = job.m_pCom->Time();
 }
 
-/// A section of the run file: its header, the key of its count, and what to do with its first entry.
-struct RunFileSection {
-    std::string_view header;
-    std::string_view countKey;
-    void (*take)(FrozenLayerJob&, const std::string& directory, const std::string& value);
-};
-
-void TakeMesh(FrozenLayerJob& job, const std::string& directory, const std::string& value) {
-    job.m_szMeshFile.Set(directory + "\\Mesh\\" + value);
-    job.m_szMeshBase.Set(CutExtension(job.m_szMeshFile.View()));
-}
-
-void TakeMaterial(FrozenLayerJob& job, const std::string& directory, const std::string& value) {
-    job.m_szMaterialFile.Set(directory + "\\Material\\" + value);
-}
-
-constexpr std::array<RunFileSection, 2> kRunFileSections{{
-    {"[MESH]", "MeshCount", TakeMesh},
-    {"[MATERIAL]", "MaterialCount", TakeMaterial},
-}};
-
-std::string LineValue(std::string_view line) {
-    std::string value(line);
-    ExtractLineValue(value);
-    return value;
-}
-
-/// The cursor stands behind the count line: takes the first entry and passes over the others.
-void ReadEntries(FrozenLayerJob& job, const RunFileSection& section, const std::string& directory, int count,
-                 TokenReader& file) {
-    std::string_view line;
-    for (int k = 1; k == 1 || k <= count; ++k) {
-        if (!file.ReadLine(kLineBuffer, line)) {
-            return;
-        }
-        if (k == 1) {
-            section.take(job, directory, LineValue(line));
-        }
-    }
-}
-
-void ReadSections(FrozenLayerJob& job, const std::string& directory, TokenReader& file) {
-    std::string_view line;
-    bool examine = file.ReadLine(kLineBuffer, line);
-    while (examine) {
-        const RunFileSection* found = nullptr;
-        for (const RunFileSection& section : kRunFileSections) {
-            if (found == nullptr && Holds(line, section.header)) {
-                found = &section;
-            }
-        }
-        examine = file.ReadLine(kLineBuffer, line);
-        if (found != nullptr && examine && Holds(line, found->countKey)) {
-            int count = 0;
-            ScanInteger(LineValue(line), count);
-            ReadEntries(job, *found, directory, count, file);
-            examine = file.ReadLine(kLineBuffer, line);
-        }
-    }
+/// A mesh without an extension is refused later, when the path of its search file is built.
+void TakeMesh(FrozenLayerJob& job, const std::string& path) {
+    job.m_szMeshFile.Set(path);
+    job.m_szMeshBase.Set(std::string_view(path).substr(0, path.rfind('.')));
 }
 
 }  // namespace
@@ -194,24 +139,18 @@ int ReadRunFile(FrozenLayerJob& job, std::string_view projectDirectory) {
                                                       std::cout);
         return kRunFileMissing;
     }
-    ReadSections(job, std::string(projectDirectory), *file);
+    const layout::RunFileNames names = layout::ReadRunFileNames(*file);
+    if (names.mesh) {
+        TakeMesh(job, layout::MeshPath(projectDirectory, *names.mesh));
+    }
+    if (names.material) {
+        job.m_szMaterialFile.Set(layout::MaterialPath(projectDirectory, *names.material));
+    }
     return 1;
 }
 
-void ExtractLineValue(std::string& line) {
-    const std::size_t equals = line.find('=');
-    if (equals != std::string::npos) {
-        const bool blank = equals + 1 < line.size() && line[equals + 1] == ' ';
-        line.erase(0, equals + (blank ? 2 : 1));
-    }
-    line.resize(std::min(line.find('\n'), line.size()));
-    if (!line.empty() && line.back() == '\r') {
-        line.pop_back();
-    }
-}
-
 int BuildSearchResultPath(FrozenLayerJob& job) {
-    job.m_szSurFile.Set(ReplaceExtension(job.m_szMeshFile.View(), ".sur"));
+    job.m_szSurFile.Set(layout::SearchPath(job.m_szMeshFile.View()));
     return 1;
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 
 #include "context/FrozenLayerJob.h"
@@ -13,10 +12,6 @@ int HandleCommandLine(FrozenLayerJob& job, int argc, char** argv);
 
 /// Takes mesh and material file names from the run file. Gives 1, or 3302 when it cannot be opened.
 int ReadRunFile(FrozenLayerJob& job, std::string_view projectDirectory);
-
-/// Replaces a line by its value: the text after the first "=" without one leading blank, cut at the first
-/// line feed and without a carriage return at its end; a line without "=" is only cut.
-void ExtractLineValue(std::string& line);
 
 /// Sets m_szSurFile from m_szMeshFile. Gives 1.
 int BuildSearchResultPath(FrozenLayerJob& job);

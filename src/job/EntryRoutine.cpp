@@ -1,68 +1,38 @@
 #include "job/EntryRoutine.h"
 
+#include <omp.h>
+
 #include <iostream>
 #include <new>
 #include <optional>
 
 #include "context/FrozenLayerJob.h"
-#include "context/Messages.h"
-#include "input/MaterialData.h"
-#include "input/ResultFileSet.h"
-#include "job/CommandLine.h"
-#include "job/OutputTimes.h"
-#include "job/RunSummary.h"
-#include "mesh/FieldStorage.h"
-#include "mesh/MeshImport.h"
+#include "job/RunSequence.h"
 #include "platform/CQNLKNLogErrMsgTool.h"
-#include "platform/QnlMaterial.h"
 
 namespace qnl::job {
 
 namespace {
 
+/// The mesh is read in parallel as well, so the threads are set before anything is.
 void ApplyOptions(FrozenLayerJob& job, const RunOptions& options) {
     job.m_options = options;
     job.m_nLogLevel = options.logLevel;
     job.m_bKernelFlag = options.fibreProbe ? 1 : 0;
+    if (options.threads > 0) {
+        omp_set_num_threads(options.threads);
+    }
 }
 
-ExitCode OpenMaterial(FrozenLayerJob& job) {
-    job.m_nStage = 0;
-    QnlMaterial* material = QnlGetMaterial(job.m_szMaterialFile.Text());
-    if (material == nullptr) {
-        PrintPlain("Read Material - Fail \n");
-        return ExitCode::MaterialFailed;
+/// Prints what the exception in flight says. When that raises an exception of its own, the job is destroyed
+/// here: nobody may catch it outside, and the stack is then not unwound.
+void ReportException(std::optional<FrozenLayerJob>& job) {
+    try {
+        CQNLKNLogErrMsgTool::printErrorOutofMemory("", std::cout);
+    } catch (...) {
+        job.reset();
+        throw;
     }
-    return ReadMaterialData(job, material) == 1 ? ExitCode::Normal : ExitCode::MaterialFailed;
-}
-
-ExitCode OpenMesh(FrozenLayerJob& job) {
-    if (mesh::ReadMesh(job) != 1) {
-        return ExitCode::MeshFailed;
-    }
-    mesh::SetUpThreads(job);
-    return mesh::TakeOverMeshData(job) == 1 ? ExitCode::Normal : ExitCode::MeshFailed;
-}
-
-ExitCode RunStages(FrozenLayerJob& job, int argc, char** argv) {
-    HandleCommandLine(job, argc, argv);
-    SelectResultFiles(job);
-    if (const ExitCode code = OpenMaterial(job); code != ExitCode::Normal) {
-        return code;
-    }
-    if (const ExitCode code = OpenMesh(job); code != ExitCode::Normal) {
-        return code;
-    }
-    mesh::NewDataStorage(job);
-    EvaluateOutputTimes(job, job.m_szInputResult);
-    if (job.m_options.observer != nullptr) {
-        job.m_options.observer->RunEnds(job);
-    }
-    mesh::FreeMemory(job);
-    if (job.m_nLogLevel >= 1) {
-        MakeRunSummary(job);
-    }
-    return ExitCode::Normal;
 }
 
 }  // namespace
@@ -73,14 +43,14 @@ int RunFrozenLayer(int argc, char** argv, const RunOptions& options) {
         job.emplace();
         ApplyOptions(*job, options);
         job->m_szInputResult = argv[0];
-        return static_cast<int>(RunStages(*job, argc, argv));
+        return static_cast<int>(RunSteps(*job, RunStep::CommandLine, RunStep::Report, {argc, argv}).code);
     } catch (const std::bad_alloc& failure) {
         if (job) {
             job->m_pBadAlloc = &failure;
         }
-        CQNLKNLogErrMsgTool::printErrorOutofMemory("", std::cout);
+        ReportException(job);
     } catch (...) {
-        CQNLKNLogErrMsgTool::printErrorOutofMemory("", std::cout);
+        ReportException(job);
     }
     return static_cast<int>(ExitCode::Exception);
 }

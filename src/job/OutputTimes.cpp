@@ -1,8 +1,10 @@
 #include "job/OutputTimes.h"
 
+#include <array>
 #include <string>
 
 #include "base/WindowsPath.h"
+#include "context/ObservedStep.h"
 #include "frozen/StageDriver.h"
 #include "input/TemperatureData.h"
 #include "input/Thickness.h"
@@ -17,34 +19,53 @@ namespace {
 constexpr int kLoadFailed = -3000;
 constexpr int kStageFailed = -4000;
 
-int EvaluateTime(FrozenLayerJob& job, const char* inputResult) {
-    if (job.m_options.corrected) {
-        DropCarriedState(job);
-    }
-    if (LoadTemperatureData(job, inputResult) != 1) {
-        return kLoadFailed;
-    }
-    mesh::ExtendNodeToSurface(job);
-    mesh::ExtendNodeToInnerCell(job);
-    if (job.m_bIsGasIn == 1) {
-        ReadThickness(job);
-    }
-    if (frozen::RunFrozenLayerStage(job) != 1) {
-        return kStageFailed;
-    }
-    if (job.m_bSearchDone == 0) {
-        WriteSearchResult(job);
-        job.m_bSearchDone = 1;
-    }
-    return 1;
+bool Always(const FrozenLayerJob& /*job*/) {
+    return true;
 }
+
+/// One step of an output time, the status of a time in which it fails, and whether a job has it.
+struct TimeStep {
+    RunStep name;
+    bool (*run)(FrozenLayerJob&, const char* inputResult);
+    int failure = 1;
+    bool (*applies)(const FrozenLayerJob&) = Always;
+};
+
+constexpr std::array<TimeStep, 6> kTimeSteps{{
+    {RunStep::FreshStart,
+     [](FrozenLayerJob& job, const char*) {
+         DropCarriedState(job);
+         return true;
+     },
+     1, [](const FrozenLayerJob& job) { return job.m_options.corrected; }},
+    {RunStep::StageData,
+     [](FrozenLayerJob& job, const char* inputResult) { return LoadTemperatureData(job, inputResult) == 1; },
+     kLoadFailed},
+    {RunStep::Extension,
+     [](FrozenLayerJob& job, const char*) {
+         mesh::ExtendNodeToSurface(job);
+         mesh::ExtendNodeToInnerCell(job);
+         return true;
+     }},
+    {RunStep::Thickness, [](FrozenLayerJob& job, const char*) { return ReadThickness(job) == 1; }, 1,
+     [](const FrozenLayerJob& job) { return job.m_bIsGasIn == 1; }},
+    {RunStep::FrozenLayer,
+     [](FrozenLayerJob& job, const char*) { return frozen::RunFrozenLayerStage(job) == 1; }, kStageFailed},
+    {RunStep::SearchFile,
+     [](FrozenLayerJob& job, const char*) {
+         WriteSearchResult(job);
+         job.m_bSearchDone = 1;
+         return true;
+     },
+     1, [](const FrozenLayerJob& job) { return job.m_bSearchDone == 0; }},
+}};
 
 int ObserveTime(FrozenLayerJob& job, int index, const char* inputResult) {
     RunObserver* observer = job.m_options.observer;
     if (observer != nullptr) {
         observer->TimeBegins(index, job.m_nIntermediateTimes, inputResult);
     }
-    const int status = EvaluateTime(job, inputResult);
+    const int status = RunTimeSteps(job, inputResult, RunStep::FreshStart, RunStep::SearchFile);
     if (observer != nullptr) {
         observer->TimeEnds(index, status == 1, job);
     }
@@ -52,6 +73,17 @@ int ObserveTime(FrozenLayerJob& job, int index, const char* inputResult) {
 }
 
 }  // namespace
+
+int RunTimeSteps(FrozenLayerJob& job, const char* inputResult, RunStep first, RunStep last) {
+    for (const TimeStep& step : kTimeSteps) {
+        const bool asked = first <= step.name && step.name <= last && step.applies(job);
+        if (asked && !Observed(job, step.name, [&] { return step.run(job, inputResult); }) &&
+            step.failure != 1) {
+            return step.failure;
+        }
+    }
+    return 1;
+}
 
 int EvaluateBaseTime(FrozenLayerJob& job, const char* inputResult) {
     return ObserveTime(job, 0, inputResult);

@@ -80,9 +80,6 @@ int TakeOverMeshData(FrozenLayerJob& job) {
 }
 
 void SetUpThreads(FrozenLayerJob& job) {
-    if (job.m_options.threads > 0) {
-        omp_set_num_threads(job.m_options.threads);
-    }
 #pragma omp parallel default(none) shared(job)
     {
 #pragma omp single

@@ -95,6 +95,18 @@ class InfoTest(unittest.TestCase):
         self.assertTrue(facts(project.root)["runs"][0]["mesh"].endswith(" (missing)"))
         self.assertEqual(facts(project.file("box1.run"))["material"], str(project.root / "Material/pp.toml"))
 
+    def test_a_marker_log_is_complete_when_the_run_says_so(self):
+        """A mark that lies across the 254th byte of a line is none."""
+        project = SmallProject(self)
+        log = project.file("QNLIntermediateOutputTime.log")
+        for text, complete in (("x" * 252 + "[EOF]\n", False), ("x" * 254 + "[EOF]\n", True),
+                               ("[EO\nF]\n", False), ("a [EOF] b", True)):
+            log.write_text(text)
+            self.assertEqual(facts(project.root)["runs"][0]["marker_log_complete"], complete, text)
+            run("run", project.root, "--intermediate-times", "0")
+            with h5py.File(project.file("box1.fzr")) as file:
+                self.assertEqual("11" in file["items"], complete, "runs that smooth their normals write item 11")
+
     def test_values_that_are_not_finite_are_counted_and_told(self):
         project = SmallProject(self)
         with h5py.File(project.file("box1.k4f"), "a") as file:

@@ -1,4 +1,6 @@
 """QNL3DFrozenLayer as its launcher and as a shell starts it: words, options, exit codes, messages."""
+import re
+import resource
 import shlex
 import subprocess
 import unittest
@@ -9,6 +11,7 @@ import numpy as np
 from small_project import QNL3DFROZENLAYER, SmallProject, run
 
 NORMAL, MATERIAL, MESH, EXCEPTION, USAGE = 1, 24, 48, 120, 2
+MEMORY_STEP = 1 << 18
 
 
 class LauncherTest(unittest.TestCase):
@@ -90,6 +93,48 @@ class LauncherTest(unittest.TestCase):
                 lowest[options] = min(file[f"items/{item}"][:].min() for item in (2, 3, 4))
         self.assertAlmostEqual(lowest["--corrected",], 200.0, places=3)
         self.assertLess(lowest[()], 190.0, "in classic mode the runner's 0 reaches the gate")
+
+    def test_later_times_tell_the_count_of_surface_nodes_when_corrected(self):
+        counts = {}
+        for options in ((), ("--corrected",)):
+            project = SmallProject(self)
+            result = self.start(self.words(project, "x"), "--log-level=1", "--intermediate-times=1", *options)
+            counts[options] = [int(count) for count in re.findall(r"nSurfaceNodes = (\d+) \n", result.stdout)]
+        self.assertEqual(counts["--corrected",], [130, 130])
+        self.assertEqual(counts[()], [130, 0], "in classic mode they are marked already")
+
+    def test_out_of_memory_is_an_exception_with_its_reason(self):
+        """At every limit of the address space the run either ends well or says that memory ran out."""
+        project = SmallProject(self, cells=(12, 8, 6))
+        words = self.words(project, "x")
+        self.start(words)
+        whole = project.file("box1.fzr").read_bytes()
+        limit = self.least_limit()
+        codes = set()
+        while NORMAL not in codes:
+            project.file("box1.fzr").unlink(missing_ok=True)
+            for search in (project.root / "Mesh").glob("*.sur"):
+                search.unlink()
+            result = self.limited(limit, words, "--threads=1")
+            codes.add(result.returncode)
+            self.assertIn(result.returncode, (NORMAL, EXCEPTION), f"{limit} bytes: {result.stdout}{result.stderr}")
+            if result.returncode == NORMAL:
+                self.assertEqual(project.file("box1.fzr").read_bytes(), whole)
+            else:
+                self.assertTrue(result.stdout.endswith("out of memory\n"), f"{limit} bytes: {result.stdout}")
+            limit += MEMORY_STEP
+        self.assertIn(EXCEPTION, codes)
+
+    def limited(self, limit, words, *options):
+        return run(*words, *options, program=QNL3DFROZENLAYER,
+                   preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (limit, limit)))
+
+    def least_limit(self):
+        """At which the program starts at all."""
+        limit = MEMORY_STEP
+        while self.limited(limit, [], "--version").returncode != 0:
+            limit += MEMORY_STEP
+        return limit
 
     def test_usage_errors(self):
         project = SmallProject(self)

@@ -225,6 +225,34 @@ class RunTest(unittest.TestCase):
         self.assertEqual([heading.split(", ")[1].split("/")[-1] for heading in tables(result.stdout)],
                          ["box1.fzr", "box1_002.fzr"])
 
+    def test_the_fibre_probe_wants_a_fibre_result(self):
+        project = SmallProject(self)
+        result = run("run", project.file("box1.k4f"), "--fibre-probe", "--intermediate-times", "1", input="1\n0\n0\n")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("no fibre orientation tensor found; name the fibre result of the same run, box1.k4o.", result.stderr)
+        self.assertNotIn("surface node", result.stderr)
+        written = [pathlib.Path(line.strip()).name for line in result.stdout.split("Files written:\n")[1].splitlines()]
+        self.assertEqual([name for name in written if ".csv" in name], ["box1.fzr.csv", "box1.fzr_001.csv.csv"])
+
+    def test_files_of_the_fibre_probe_of_a_fibre_result(self):
+        project = SmallProject(self)
+        for name in ("box1", "box1_001"):
+            project.file(name + ".k4o").write_bytes(project.file(name + ".k4f").read_bytes())
+        result = run("run", project.root, "--fibre-probe", input="1\n0\n0\n")
+        for name in ("box1.csv", "box1_IdForFiber.txt", "box1_001.csv.csv", "box1_001.csv_IdForFiber.txt"):
+            self.assertIn(name, result.stdout)
+
+    def test_a_folder_under_the_name_of_a_result_is_refused(self):
+        project = SmallProject(self)
+        for name, options in (("box1.fzr", ()), ("box1_002.fzr", ()), ("box1.fzr.csv", ("--fibre-probe",)),
+                              ("box1.fzr_001.csv.csv", ("--fibre-probe",))):
+            project.file(name).mkdir()
+            result = run("run", project.file("box1.k4f"), *options)
+            self.assertEqual((result.returncode, result.stdout), (1, ""), name)
+            self.assertIn(f"{project.file(name)} is a folder", result.stderr)
+            self.assertIn("move the folder away, or give it another name", result.stderr)
+            project.file(name).rmdir()
+
     def test_values_that_are_not_finite_are_told(self):
         project = SmallProject(self)
         with h5py.File(project.file("box1.k4f"), "a") as file:

@@ -12,6 +12,7 @@
 #include "exports/ResultExport.h"
 #include "host/HostSystem.h"
 #include "job/EntryRoutine.h"
+#include "layout/ProjectFolders.h"
 #include "page/ReportPage.h"
 #include "project/FaultReport.h"
 #include "project/ProjectInputs.h"
@@ -132,9 +133,9 @@ int Run(const RunRequest& request) {
     }
     const project::StageFile base = project::ChooseStageFile(request.target, request.fibreProbe);
     const int intermediateTimes = ChooseIntermediateTimes(request, base);
-    project::CheckInputs(base, intermediateTimes);
+    project::CheckInputs(base, intermediateTimes, request.fibreProbe);
     AnnounceRun(request, base, intermediateTimes);
-    const project::WrittenFiles written({base.RunFolder(), base.directory + "\\Mesh"});
+    const project::WrittenFiles written({base.RunFolder(), layout::MeshFolder(base.directory)});
 
     text::ProgressBar bar(std::cerr, host::ErrorIsTerminal() && request.logLevel == 0 && !request.fibreProbe);
     const Stage* stage = FindStage(base.extension);
@@ -164,7 +165,6 @@ std::string CheckIntermediateTimes(const std::string& text) {
 }
 
 void AddOptions(Subcommand& command, RunRequest& request) {
-    constexpr int kMostThreads = 4096;
     constexpr int kMostLogging = 9;
     command
         .Add("RESULT", request.target,
@@ -194,7 +194,8 @@ void AddOptions(Subcommand& command, RunRequest& request) {
         .Type("N")
         .Between(1, kMostThreads);
     command.AddFlag("--fibre-probe,--fiber-probe", request.fibreProbe,
-                    "Print the fibre orientation along the normal of listed or typed nodes instead");
+                    "Print the fibre orientation along the normal of listed or typed nodes instead; "
+                    "RESULT is then a fibre result, .k4o");
     command
         .Add("--view", request.view,
              "Write a page that shows the results in a browser; one of that name is replaced")

@@ -8,10 +8,14 @@
 #include "hdf5/Hdf5.h"
 #include "imports/ImportStage.h"
 #include "kernel/mesh/MeshFile.h"
+#include "layout/MarkerLog.h"
+#include "layout/ProjectFolders.h"
+#include "layout/RunFile.h"
 #include "material/MaterialFile.h"
 #include "platform/HostFiles.h"
 #include "project/FaultReport.h"
 #include "project/ProjectPaths.h"
+#include "project/StagingFolder.h"
 #include "results/ResultFile.h"
 #include "results/StageItems.h"
 #include "text/NumberText.h"
@@ -23,7 +27,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kRun = "1";
-const std::set<std::string> kProjectFolders{"Mesh", "Material", "Analysis"};
+const std::set<std::string_view> kProjectFolders{layout::kMeshFolder, layout::kMaterialFolder,
+                                                 layout::kAnalysisFolder};
 
 /// Raises what was recorded while a file was being written.
 [[noreturn]] void RaiseWriteFault(const std::string& path) {
@@ -33,12 +38,12 @@ const std::set<std::string> kProjectFolders{"Mesh", "Material", "Analysis"};
                                     : project::FaultSentence(faults.front()));
 }
 
-void WriteText(const fs::path& path, const std::string& text) {
-    ReplacedFile file(path.string(), "wb");
+void WriteText(const std::string& path, const std::string& text) {
+    ReplacedFile file(path, "wb");
     const bool written =
         file && std::fwrite(text.data(), 1, text.size(), file.Get()) == text.size() && file.Commit();
     if (!written) {
-        RaiseWriteFault(path.string());
+        RaiseWriteFault(project::NativePath(path));
     }
 }
 
@@ -65,35 +70,9 @@ std::string PlainName(const std::string& text) {
 }
 
 fs::path WithoutTrailingSlash(const std::string& folder) {
-    const fs::path path = fs::path(folder).lexically_normal();
+    const fs::path path = fs::path(project::NativePath(folder)).lexically_normal();
     return path.has_filename() ? path : path.parent_path();
 }
-
-/// The folder in which a project is put together, beside its place; gone when the writing fails.
-class StagingFolder {
-public:
-    explicit StagingFolder(const fs::path& target) : path_(target.string() + ".part") {
-        fs::remove_all(path_);
-        for (const char* folder : {"Mesh", "Material", "Analysis/Run1"}) {
-            fs::create_directories(path_ / folder);
-        }
-    }
-    ~StagingFolder() {
-        std::error_code ignored;
-        fs::remove_all(path_, ignored);
-    }
-    StagingFolder(const StagingFolder&) = delete;
-    StagingFolder& operator=(const StagingFolder&) = delete;
-
-    const fs::path& Path() const { return path_; }
-    void MoveTo(const fs::path& target) {
-        fs::remove_all(target);
-        fs::rename(path_, target);
-    }
-
-private:
-    fs::path path_;
-};
 
 class ProjectWriter {
 public:
@@ -108,40 +87,36 @@ public:
           name_(PlainName(fs::absolute(target_).filename().string())) {}
 
     ImportedProject Write() {
-        StagingFolder staging(target_);
-        WriteMesh(staging.Path());
-        WriteText(staging.Path() / "Material" / material_.fileName, material_.text);
-        const fs::path run = staging.Path() / "Analysis" / "Run1";
-        WriteText(run / (name_ + kRun + ".run"), RunFileText());
+        project::StagingFolder staging(target_.string(), kRun);
+        const project::StageFile base{staging.Path(), name_, kRun, std::string(stage_.files.pattern), 0};
+        WriteMesh(project::NativePath(layout::MeshPath(staging.Path(), MeshName())));
+        WriteText(layout::MaterialPath(staging.Path(), material_.fileName), material_.text);
+        WriteText(base.Sibling(".run"), layout::RunFileText(MeshName(), material_.fileName));
         if (case_.times.size() > 1) {
-            WriteText(run / "QNLIntermediateOutputTime.log", MarkerLogText());
+            WriteText(base.RunFolder() + "\\" + std::string(layout::kMarkerLogName), MarkerLogText());
         }
         for (std::size_t i = 0; i < case_.times.size(); ++i) {
-            WriteTime(run, i);
+            WriteTime(project::NativePath(base.AtIndex(IndexOf(i)).Path()), i);
         }
-        staging.MoveTo(target_);
-        return {(target_ / "Analysis" / "Run1" / FileName(0)).string(), Computed()};
+        staging.MoveTo(target_.string());
+        project::StageFile made = base;
+        made.directory = target_.string();
+        return {project::NativePath(made.Path()), Computed()};
     }
 
 private:
     std::string MeshName() const { return name_ + ".hdf"; }
 
-    std::string RunFileText() const {
-        return "[MESH]\nMeshCount = 1\nMesh1 = " + MeshName() +
-               "\n[MATERIAL]\nMaterialCount = 1\nMaterial1 = " + material_.fileName + "\n";
-    }
-
     std::string MarkerLogText() const {
-        std::string text;
+        std::vector<std::string> times;
         for (std::size_t i = 0; i + 1 < case_.times.size(); ++i) {
-            text += std::to_string(i + 1) + " " + text::NumberText(case_.times[i].seconds) + "\n";
+            times.push_back(text::NumberText(case_.times[i].seconds));
         }
-        return text + "[EOF]\n";
+        return layout::MarkerLogText(times);
     }
 
-    void WriteMesh(const fs::path& folder) const {
+    void WriteMesh(const std::string& path) const {
         constexpr unsigned kDeflate = 4;
-        const std::string path = (folder / "Mesh" / MeshName()).string();
         try {
             kernel::WriteMeshFile(case_.solid.mesh, path, kDeflate);
         } catch (const hdf5::Hdf5Error&) {
@@ -154,13 +129,7 @@ private:
         return time + 1 == case_.times.size() ? 0 : static_cast<int>(time) + 1;
     }
 
-    std::string FileName(int index) const {
-        project::StageFile file{"", name_, kRun, std::string(stage_.files.pattern), 0};
-        const std::string path = file.AtIndex(index).Path();
-        return path.substr(path.rfind('\\') + 1);
-    }
-
-    void WriteTime(const fs::path& run, std::size_t place) const {
+    void WriteTime(const std::string& path, std::size_t place) const {
         const ImportedTime& time = case_.times[place];
         results::StageResult result;
         result.head.mesh = MeshName();
@@ -174,7 +143,6 @@ private:
                 AddItem(source, time, result.items);
             }
         }
-        const std::string path = (run / FileName(IndexOf(place))).string();
         if (!results::WriteStageResult(path, result)) {
             RaiseWriteFault(path);
         }

@@ -2,6 +2,7 @@
 #include <set>
 
 #include "info/FactReaders.h"
+#include "layout/MarkerLog.h"
 #include "platform/HostFiles.h"
 #include "project/ProjectInputs.h"
 
@@ -32,9 +33,8 @@ std::int64_t IntermediateTimes(const project::StageFile& base) {
 }
 
 bool HasCompleteMarker(const std::string& runFolder) {
-    const HostFile file(runFolder + "\\QNLIntermediateOutputTime.log", "rb");
-    std::string text;
-    return file && ReadAll(file.Get(), text) && text.find("[EOF]") != std::string::npos;
+    return layout::LookAtMarkerLog(runFolder + "\\" + std::string(layout::kMarkerLogName)) ==
+           layout::MarkerLog::Complete;
 }
 
 FactTable RunTable(const std::vector<project::StageFile>& files) {

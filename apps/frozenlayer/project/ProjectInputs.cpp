@@ -1,6 +1,11 @@
 #include "project/ProjectInputs.h"
 
-#include "job/CommandLine.h"
+#include <optional>
+
+#include "base/TokenReader.h"
+#include "base/WindowsPath.h"
+#include "layout/ProjectFolders.h"
+#include "layout/RunFile.h"
 #include "platform/HostFiles.h"
 
 namespace qnl::project {
@@ -38,6 +43,29 @@ void RequireNamed(const std::string& named, const std::string& runFile, const st
     }
 }
 
+/// Where the evaluation of one output time writes. A path with the extensions of several stages gets all of
+/// their results' extensions, and the probe's name gets another ".csv" at every later time.
+std::string ResultPath(const StageFile& base, int index, bool fibreProbe) {
+    const std::string stage = base.Path();
+    std::string result = CutExtension(stage);
+    for (const input::StagePattern& pattern : input::kStagePatterns) {
+        result += stage.find(pattern.pattern) != std::string::npos ? pattern.resultExtension : "";
+    }
+    result += fibreProbe ? ".csv" : "";
+    if (index == 0) {
+        return result;
+    }
+    return IndexedName(result, index) + (fibreProbe ? ".csv" : "");
+}
+
+void RefuseFolder(const std::string& result) {
+    if (FolderExists(result)) {
+        throw InputProblem(NativePath(result) +
+                           " is a folder, and the result is to be written under this name: move the folder"
+                           " away, or give it another name");
+    }
+}
+
 std::string NothingFound(const std::string& word, bool fibreProbe) {
     return NativePath(word) + (fibreProbe
                                    ? ": no fibre result is found in this folder; a project holds it as"
@@ -51,12 +79,14 @@ std::string NothingFound(const std::string& word, bool fibreProbe) {
 ProjectInputs ReadProjectInputs(const StageFile& base) {
     ProjectInputs inputs;
     inputs.runFile = base.AtIndex(0).Sibling(".run");
+    std::optional<TokenReader> file;
     if (FileExists(inputs.runFile)) {
-        FrozenLayerJob job;
-        job.m_szRunFile.Set(inputs.runFile);
-        job::ReadRunFile(job, base.directory);
-        inputs.meshFile = job.m_szMeshFile.Text();
-        inputs.materialFile = job.m_szMaterialFile.Text();
+        file = OpenText(inputs.runFile);
+    }
+    if (file) {
+        const layout::RunFileNames names = layout::ReadRunFileNames(*file);
+        inputs.meshFile = names.mesh ? layout::MeshPath(base.directory, *names.mesh) : "";
+        inputs.materialFile = names.material ? layout::MaterialPath(base.directory, *names.material) : "";
     }
     return inputs;
 }
@@ -106,10 +136,13 @@ std::string StagesNote(const StageFile& base) {
                            " to evaluate one";
 }
 
-void CheckInputs(const StageFile& base, int intermediateTimes) {
+void CheckInputs(const StageFile& base, int intermediateTimes, bool fibreProbe) {
     CheckProjectFiles(base);
     for (int index = 1; index <= intermediateTimes; ++index) {
         RequireFile(base.AtIndex(index).Path(), "intermediate output time " + std::to_string(index));
+    }
+    for (int index = 0; index <= intermediateTimes; ++index) {
+        RefuseFolder(ResultPath(base, index, fibreProbe));
     }
 }
 

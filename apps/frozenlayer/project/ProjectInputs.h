@@ -29,8 +29,8 @@ void CheckProjectFiles(const StageFile& base);
 /// takes for all of them; else empty.
 std::string StagesNote(const StageFile& base);
 
-/// Checks that everything that a run with intermediate times 1 to `intermediateTimes` reads is there.
-/// Raises InputProblem for the first thing that is missing.
-void CheckInputs(const StageFile& base, int intermediateTimes);
+/// Checks that everything that a run with intermediate times 1 to `intermediateTimes` reads is there, and
+/// that no folder stands where it writes a result. Raises InputProblem for the first thing that is wrong.
+void CheckInputs(const StageFile& base, int intermediateTimes, bool fibreProbe);
 
 }  // namespace qnl::project

@@ -6,6 +6,7 @@
 
 #include "base/Text.h"
 #include "base/WindowsPath.h"
+#include "layout/ProjectFolders.h"
 #include "platform/HostFiles.h"
 
 namespace qnl::project {
@@ -14,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kRunMark = "Analysis\\Run";
+using layout::kRunFolderMark;
 
 bool IsNumber(std::string_view text) {
     return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
@@ -29,8 +30,8 @@ int ToNumber(std::string_view digits) {
 
 /// Where "Analysis\Run" stands as whole folder names: at the start of the text or behind a "\".
 std::size_t FindRunMark(std::string_view path) {
-    for (std::size_t mark = path.rfind(kRunMark); mark != std::string_view::npos;
-         mark = mark == 0 ? std::string_view::npos : path.rfind(kRunMark, mark - 1)) {
+    for (std::size_t mark = path.rfind(kRunFolderMark); mark != std::string_view::npos;
+         mark = mark == 0 ? std::string_view::npos : path.rfind(kRunFolderMark, mark - 1)) {
         if (mark == 0 || path[mark - 1] == '\\') {
             return mark;
         }
@@ -72,7 +73,7 @@ std::optional<StageFile> ParseStagePath(const std::string& path) {
     if (mark == std::string::npos) {
         return std::nullopt;
     }
-    const std::size_t runStart = mark + kRunMark.size();
+    const std::size_t runStart = mark + kRunFolderMark.size();
     const std::size_t runEnd = path.find('\\', runStart);
     if (runEnd == std::string::npos || runEnd == runStart ||
         path.find('\\', runEnd + 1) != std::string::npos) {
@@ -125,11 +126,11 @@ void VisitFolder(const std::string& folder, const Visit& visit) {
 }  // namespace
 
 std::string StageFile::RunFolder() const {
-    return directory + "\\" + std::string(kRunMark) + run;
+    return layout::RunFolder(directory, run);
 }
 
 std::string StageFile::Sibling(std::string_view otherExtension) const {
-    const std::string base = RunFolder() + "\\" + name + run + std::string(otherExtension);
+    const std::string base = layout::RunPath(directory, name, run, otherExtension);
     return index == 0 ? base : IndexedName(base, index);
 }
 
@@ -182,12 +183,11 @@ std::vector<StageFile> FindBaseStageFiles(std::string_view projectDirectory) {
     while (directory.size() > 1 && directory.back() == '\\') {
         directory.pop_back();
     }
-    const std::string analysis = directory + "\\Analysis";
+    const std::string analysis = directory + "\\" + std::string(layout::kAnalysisFolder);
     std::vector<StageFile> files;
     VisitFolder(analysis, [&](const std::string& runFolder) {
         VisitFolder(analysis + "\\" + runFolder, [&](const std::string& fileName) {
-            std::optional<StageFile> file =
-                ParseStagePath(directory + "\\Analysis\\" + runFolder + "\\" + fileName);
+            std::optional<StageFile> file = ParseStagePath(analysis + "\\" + runFolder + "\\" + fileName);
             if (file && file->index == 0 && StageTitle(file->extension) != nullptr) {
                 files.push_back(std::move(*file));
             }

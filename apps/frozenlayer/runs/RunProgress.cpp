@@ -33,6 +33,9 @@ void RunProgress::TimeEnds(int /*index*/, bool evaluated, const FrozenLayerJob& 
         return;
     }
     CheckCompanions(job);
+    if (job.m_bKernelFlag == 1) {
+        return;  // the probe evaluates no surface nodes
+    }
     const std::chrono::duration<double> elapsed = Clock::now() - begin_;
     bar_.Line(Title() + ": " + text::CountText(job.m_nSurfaceNodes, "surface node") + " evaluated in " +
               text::NumberText(elapsed.count()) + " s");

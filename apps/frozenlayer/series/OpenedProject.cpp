@@ -3,14 +3,8 @@
 #include <iostream>
 #include <sstream>
 
-#include "input/MaterialData.h"
-#include "input/ResultFileSet.h"
-#include "input/TemperatureData.h"
-#include "job/CarriedState.h"
-#include "mesh/DataExtension.h"
-#include "mesh/FieldStorage.h"
-#include "mesh/MeshImport.h"
-#include "platform/QnlMaterial.h"
+#include "job/OutputTimes.h"
+#include "job/RunSequence.h"
 #include "project/ProjectInputs.h"
 #include "text/StreamRedirection.h"
 
@@ -18,17 +12,33 @@ namespace qnl::series {
 
 namespace {
 
-/// What the libraries print on standard output while `work` runs, without the closing line ends.
-template <typename Work>
-std::string Overhear(const Work& work) {
-    std::ostringstream messages;
-    {
-        const text::StreamRedirection redirection(std::cout, messages);
-        work();
+/// Keeps off standard output what the libraries print; of it, the last step's messages are kept.
+class Overhearing : public RunObserver {
+public:
+    explicit Overhearing(FrozenLayerJob& job) : job_(job), redirection_(std::cout, messages_) {
+        job_.m_options.observer = this;
     }
-    std::string text = messages.str();
-    text.erase(text.find_last_not_of("\r\n") + 1);
-    return text;
+    ~Overhearing() override { job_.m_options.observer = nullptr; }
+    Overhearing(const Overhearing&) = delete;
+    Overhearing& operator=(const Overhearing&) = delete;
+
+    void StepBegins(RunStep /*step*/, const FrozenLayerJob& /*job*/) override { messages_.str({}); }
+    /// Without the closing line ends.
+    std::string Text() const {
+        std::string text = messages_.str();
+        text.erase(text.find_last_not_of("\r\n") + 1);
+        return text;
+    }
+
+private:
+    FrozenLayerJob& job_;
+    std::ostringstream messages_;
+    text::StreamRedirection redirection_;
+};
+
+/// What was wrong with a file; what follows says only that the step failed.
+std::string FirstLine(const std::string& text) {
+    return text.substr(0, text.find('\n'));
 }
 
 [[noreturn]] void Refuse(const std::string& message, const std::string& path, const char* what) {
@@ -49,37 +59,24 @@ OpenedProject::OpenedProject(const ResultSeries& series) : job_(std::make_unique
     job_->m_szInputResult = stageFile.c_str();
     job_->m_szLogFile.Set(base.Sibling(".lgz"));
     job_->m_szMeshFile.Set(meshFile_);
-    Overhear([&] { SelectResultFiles(*job_); });
+    job_->m_szMaterialFile.Set(materialFile_);
+    OpenInputs();
     job_->m_bHasIntermediateTimes = series.smoothedNormals ? 1 : 0;
     job_->m_szInputResult = nullptr;
-    OpenMaterial();
-    OpenMesh();
 }
 
 std::optional<double> OpenedProject::FreezeTemperature() const {
     return job_->m_bIsThermoset != 0 ? std::nullopt : std::optional<double>(job_->m_dFreezeTemp);
 }
 
-void OpenedProject::OpenMaterial() {
-    int status = -1;
-    const std::string message = Overhear([&] {
-        QnlMaterial* material = QnlGetMaterial(materialFile_.c_str());
-        status = material != nullptr ? ReadMaterialData(*job_, material) : -1;
-    });
-    if (status != 1) {
-        Refuse(message, materialFile_, "the material");
+void OpenedProject::OpenInputs() {
+    const Overhearing overhearing(*job_);
+    const job::SequenceEnd end = job::RunSteps(*job_, RunStep::ResultFiles, RunStep::MeshData);
+    if (end.code == job::ExitCode::MaterialFailed) {
+        Refuse(FirstLine(overhearing.Text()), materialFile_, "the material");
     }
-}
-
-void OpenedProject::OpenMesh() {
-    int status = -1;
-    const std::string message = Overhear([&] { status = mesh::ReadMesh(*job_); });
-    if (status != 1) {
-        Refuse(message, meshFile_, "the mesh");
-    }
-    mesh::SetUpThreads(*job_);
-    if (mesh::TakeOverMeshData(*job_) != 1) {
-        Refuse({}, meshFile_, "the mesh");
+    if (!end) {
+        Refuse(FirstLine(overhearing.Text()), meshFile_, "the mesh");
     }
 }
 
@@ -88,18 +85,13 @@ void OpenedProject::LoadTemperatures(const std::string& stageFile) {
         throw project::InputProblem(project::NativePath(stageFile) +
                                     " is missing: it has the temperatures of one output time");
     }
-    int status = -1;
-    const std::string message = Overhear([&] {
-        job::DropCarriedState(*job_);
-        status = LoadTemperatureData(*job_, stageFile.c_str());
-    });
-    if (status != 1) {
+    const Overhearing overhearing(*job_);
+    if (job::RunTimeSteps(*job_, stageFile.c_str(), RunStep::FreshStart, RunStep::Extension) != 1) {
+        const std::string message = overhearing.Text();
         throw project::InputProblem(project::NativePath(stageFile) +
                                     ": the temperatures of this output time cannot be read" +
                                     (message.empty() ? "" : " (" + message + ")"));
     }
-    mesh::ExtendNodeToSurface(*job_);
-    mesh::ExtendNodeToInnerCell(*job_);
 }
 
 profile::PassElementField OpenedProject::Temperatures() const {

@@ -37,8 +37,7 @@ public:
     profile::PassElementMesh Elements() const { return profile::MeshOf(*job_); }
 
 private:
-    void OpenMaterial();
-    void OpenMesh();
+    void OpenInputs();
 
     std::string meshFile_;
     std::string materialFile_;

@@ -160,7 +160,7 @@ TEST(ChooseStageFile, AFolderWithoutStageResultsIsNoProject) {
 
 TEST(CheckInputs, ACompleteProjectPasses) {
     const Project project;
-    EXPECT_EQ(Refusal([&] { CheckInputs(project.Base(), 2); }), "not refused");
+    EXPECT_EQ(Refusal([&] { CheckInputs(project.Base(), 2, false); }), "not refused");
 }
 
 struct Missing {
@@ -174,7 +174,7 @@ TEST_P(CheckInputsMissing, IsToldWithItsPath) {
     const Project project;
     const StageFile base = project.Base();
     project.Remove(GetParam().file);
-    const std::string refusal = Refusal([&] { CheckInputs(base, 2); });
+    const std::string refusal = Refusal([&] { CheckInputs(base, 2, false); });
     EXPECT_TRUE(Mentions(refusal, project.folder.Path() + "/" + GetParam().file + " is missing: "))
         << refusal;
     EXPECT_TRUE(Mentions(refusal, GetParam().role)) << refusal;
@@ -189,16 +189,16 @@ INSTANTIATE_TEST_SUITE_P(Files, CheckInputsMissing,
 TEST(CheckInputs, ARunFileThatNamesNothingIsTold) {
     const Project project;
     project.folder.Write("Analysis/Run1/part1.run", "[MATERIAL]\nMaterialCount = 1\nMaterial1 = m.toml\n");
-    EXPECT_TRUE(Mentions(Refusal([&] { CheckInputs(project.Base(), 0); }), "names no mesh"));
+    EXPECT_TRUE(Mentions(Refusal([&] { CheckInputs(project.Base(), 0, false); }), "names no mesh"));
     project.folder.Write("Analysis/Run1/part1.run", "[MESH]\nMeshCount = 1\nMesh1 = m.hdf\n");
-    EXPECT_TRUE(Mentions(Refusal([&] { CheckInputs(project.Base(), 0); }), "names no material"));
+    EXPECT_TRUE(Mentions(Refusal([&] { CheckInputs(project.Base(), 0, false); }), "names no material"));
 }
 
 TEST(CheckInputs, AFolderInPlaceOfAFileIsTold) {
     const Project project;
     project.Remove("Mesh/m.hdf");
     std::filesystem::create_directory(project.folder.Path() + "/Mesh/m.hdf");
-    EXPECT_TRUE(Mentions(Refusal([&] { CheckInputs(project.Base(), 0); }), "not a folder"));
+    EXPECT_TRUE(Mentions(Refusal([&] { CheckInputs(project.Base(), 0, false); }), "not a folder"));
 }
 
 TEST(StagesNote, TellsOfAPathThatHoldsSeveralStages) {
@@ -211,7 +211,7 @@ TEST(StagesNote, TellsOfAPathThatHoldsSeveralStages) {
 TEST(CheckInputs, APathThatDoesNotFitALauncherWordIsRefused) {
     const std::string deep = "/" + std::string(240, 'd');
     StageFile file = SplitStagePath(deep + "/Analysis/Run1/part1.k4c");
-    EXPECT_TRUE(Mentions(Refusal([&] { CheckInputs(file, 0); }), "at most 254 fit"));
+    EXPECT_TRUE(Mentions(Refusal([&] { CheckInputs(file, 0, false); }), "at most 254 fit"));
 }
 
 }  // namespace

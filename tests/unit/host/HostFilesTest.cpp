@@ -178,6 +178,7 @@ TEST(ReplacedFile, RecordsWhyItCannotBeOpened) {
     EXPECT_EQ(faults[0].file, folder.File("no/such/folder/file"));
     EXPECT_EQ(faults[0].found, "No such file or directory");
     EXPECT_EQ(faults[1].found, "a folder of that name");
+    EXPECT_EQ(faults[1].remedy, "move the folder away, or give it another name, and run again");
     EXPECT_EQ(faults[2].found, "no name");
     EXPECT_TRUE(qnl::TakeFaults().empty());
 }

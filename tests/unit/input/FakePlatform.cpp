@@ -77,7 +77,7 @@ void CQNL3DResultReader_Manipulator::GetResultItemInfo(int* itemIds, char** name
     const fake::ResultFile& file = *state_->file;
     for (std::size_t i = 0; i < file.itemIds.size(); ++i) {
         itemIds[i] = file.itemIds[i];
-        dataTypes[i] = 1;
+        dataTypes[i] = file.itemType;
         for (char* text : {names[i], units[i]}) {
             std::memset(text, 'y', 259);
             text[259] = '\0';

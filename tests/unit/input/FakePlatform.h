@@ -14,6 +14,7 @@ struct ResultFile {
     int status = 0;  ///< what BeginReading gives
     int version = 7;
     std::vector<int> itemIds;
+    int itemType = 1;       ///< of all items: 1 by node, 2 by element
     int itemCount = -1000;  ///< -1000: the number of itemIds
     int maxNode = 0;
     int maxElem = 0;

@@ -12,6 +12,7 @@ protected:
         file_ = &BinaryFile("p.k4o");
         file_->maxNode = 17;
         file_->maxElem = 3;
+        file_->itemType = 2;
         for (const int item : {4, 5, 6, 9, 10, 11}) {
             file_->itemIds.push_back(item);
             const auto value = static_cast<float>(item);
@@ -81,6 +82,21 @@ TEST_F(FiberTest, AMissingItemLeavesItsSlotAtZero) {
     EXPECT_EQ(ReadFiberResults(job_, "p.k4o"), 1);
     EXPECT_EQ(Fiber(5), (std::vector<double>{0.0, 0.0, 0.0}));
     EXPECT_EQ(Fiber(4), (std::vector<double>{11.25, 11.5, 11.75}));
+}
+
+TEST_F(FiberTest, ItemsByNodeUnderTheSameIdsAreNoTensor) {
+    file_->itemType = 1;
+    EXPECT_EQ(ReadFiberResults(job_, "p.k4o"), 1);
+    const std::vector<qnl::Fault> own = qnl::TakeFaults();
+    ASSERT_EQ(own.size(), 1U);
+    EXPECT_EQ(own[0].found, "no fibre orientation tensor");
+    EXPECT_EQ(own[0].remedy, "write the result of the fibre analysis again");
+    BinaryFile("p.k4f").itemIds = {6, 14};
+    EXPECT_EQ(ReadFiberResults(job_, "p.k4f"), 1);
+    const std::vector<qnl::Fault> flow = qnl::TakeFaults();
+    ASSERT_EQ(flow.size(), 1U);
+    EXPECT_EQ(flow[0].file, "p.k4f");
+    EXPECT_EQ(flow[0].remedy, "name the fibre result of the same run, p.k4o");
 }
 
 TEST_F(FiberTest, NegativeCountsStoreNothing) {

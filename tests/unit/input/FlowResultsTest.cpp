@@ -448,6 +448,29 @@ TEST_F(FlowAscii, AMarkerOnTheFourthLineBehindTheHeaderCounts) {
     EXPECT_EQ(Data(0, 1), 230.5);
 }
 
+TEST_F(FlowAscii, TimeStepsOnTheFourthLineBehindTheHeaderCount) {
+    MakeStorage();
+    const std::string path =
+        TextFile("p.k4f", "[HEADER]\n1007 1\na\nb\nc\n[TIME STEPS]\n1\n2 \nx\ny\n[RESULTS EOF]\n" +
+                              std::string(kColumns1) + "\n");
+    EXPECT_EQ(ReadFlowResultsAscii(job_, path.c_str()), 1);
+    EXPECT_EQ(job_.m_nAsciiItemCount, 2);
+    EXPECT_STREQ(job_.m_szTimeSteps, "x\ny\n");
+    EXPECT_EQ(Data(0, 1), 230.5);
+}
+
+TEST_F(FlowAscii, CountsThatCannotBeReadKeepWhatAnEarlierSectionGave) {
+    MakeStorage();
+    const std::string path = TextFile("p.k4f",
+                                      "[HEADER]\n1007 1\na\nb\nc\nd\n1\n[HEADER]\n1007 1\na\nb\nc\nd\nnone\n"
+                                      "[TIME STEPS]\n2 \nx\ny\n[TIME STEPS]\nz\nw\n[RESULTS EOF]\n" +
+                                          std::string(kColumns1) + "\n");
+    EXPECT_EQ(ReadFlowResultsAscii(job_, path.c_str()), 1);
+    EXPECT_EQ(Data(0, 1), 230.5) << "the number of records";
+    EXPECT_EQ(job_.m_nAsciiItemCount, 2);
+    EXPECT_STREQ(job_.m_szTimeSteps, "z\nw\n");
+}
+
 TEST_F(FlowAscii, MarkersMayHaveTextAroundThem) {
     MakeStorage();
     const std::string path = TextFile(

@@ -138,6 +138,15 @@ TEST_F(FileSetTest, FibreResultBesideFlowInputIsTakenUp) {
     EXPECT_EQ(output.Text(), Windows(PathTo("QNLIntermediateOutputTime.log")) + "\nisFlakeLightIntensity\n");
 }
 
+TEST_F(FileSetTest, TheFibreResultIsNamedAfterTheInputNotAfterTheResult) {
+    WriteLog("[EOF]\n");
+    TextFile("old.k4w_part1.k4o", "");
+    const CapturedOutput output;
+    Select(Windows(PathTo("old.k4w_part1.k4f")));
+    EXPECT_EQ(job_.m_szResultFile.View(), Windows(PathTo("old.k4w_part1.fzr.wzr")));
+    EXPECT_EQ(Flags(), "flow warp flake ");
+}
+
 TEST_F(FileSetTest, FibreResultBesidePackInputIsNotTakenUp) {
     WriteLog("[EOF]\n");
     TextFile("part1.k4o", "");

@@ -71,12 +71,14 @@ TEST_F(WarpBinary, DisplacementHasRoomForFileAndMesh) {
 
 TEST_F(WarpBinary, DisplacementIsZeroedAtEveryTime) {
     MakeStorage();
-    SetItem(1, 1, 9.0F);
+    Resize(3);
+    SetItem(1, 3, 9.0F);
     ReadWarpResults(job_, "p.k4w");
+    EXPECT_EQ(Displacement(0, 3), 9.0);
     const double* before = job_.m_pWarpDisplacement[0].get();
-    file_->items.erase(1);
+    Resize(2);
     ReadWarpResults(job_, "p.k4w");
-    EXPECT_EQ(Displacement(0, 1), 0.0);
+    EXPECT_EQ(Displacement(0, 3), 0.0) << "the second file does not reach this node";
     EXPECT_EQ(job_.m_pWarpDisplacement[0].get(), before);
 }
 
@@ -161,6 +163,26 @@ TEST_F(WarpAscii, AnotherLayoutIsLoggedOnceAndStoresNothing) {
     EXPECT_EQ(qnl::TakeFaults().size(), 1U);
 }
 
+TEST_F(WarpAscii, WithoutRecordsNothingIsSaidOfTheLayout) {
+    job_.m_nLogLevel = 1;
+    MakeStorage();
+    const CapturedOutput output;
+    EXPECT_EQ(ReadWarpResultsAscii(job_, File(0, 18, "").c_str()), 1);
+    EXPECT_EQ(output.Text(), "");
+    const std::vector<qnl::Fault> faults = qnl::TakeFaults();
+    ASSERT_EQ(faults.size(), 1U);
+    EXPECT_EQ(faults[0].object, "[RESULTS EOW]");
+}
+
+TEST_F(WarpAscii, CountsThatCannotBeReadKeepWhatAnEarlierHeaderGave) {
+    MakeStorage();
+    const std::string head = "[HEADER]\n1007 9104\nmesh\nmaterial\n.pro\n0\n";
+    const std::string path =
+        TextFile("p.k4w", head + "1 100 0\n14 7\n" + head + "none\n[RESULTS EOW]\n" + Record(2, 14, "2.5"));
+    EXPECT_EQ(ReadWarpResultsAscii(job_, path.c_str()), 1);
+    EXPECT_EQ(Data(1, 2), 2.5);
+}
+
 TEST_F(WarpAscii, AnotherLayoutIsSilentAtLogLevelZero) {
     MakeStorage();
     const std::string path = File(1, 0, "1\n");
@@ -199,11 +221,11 @@ TEST_F(WarpAscii, NothingIsStoredBeforeAFirstShrinkageWasRead) {
 
 TEST_F(WarpAscii, ScanningGoesOnBehindABadRecordAsFarAsItCan) {
     MakeStorage();
-    // The lone sign is consumed by the first failed scan; the next one starts at the digit.
-    const std::string path = File(3, 14, Record(1, 14, "2.5") + "--" + Record(2, 14, "4.5"));
+    // The lone sign is consumed by the first failed scan; the next one starts behind it.
+    const std::string path = File(3, 14, Record(1, 14, "2.5") + "- " + Record(2, 14, "4.5"));
     EXPECT_EQ(ReadWarpResultsAscii(job_, path.c_str()), 1);
     EXPECT_EQ(Data(1, 1), 2.5);
-    EXPECT_EQ(Data(1, 2), -7.0);
+    EXPECT_EQ(Data(1, 2), 4.5);
 }
 
 TEST_F(WarpAscii, HostileCountsEndWithTheFile) {

@@ -10,11 +10,6 @@
 
 namespace {
 
-std::string Value(std::string line) {
-    qnl::job::ExtractLineValue(line);
-    return line;
-}
-
 class CommandLine : public ::testing::Test {
 protected:
     /// Puts a run file where project "part", run 2 expects it.
@@ -42,18 +37,6 @@ constexpr const char* kRunFile =
     "[MESH]\nMeshCount = 1\nMesh1 = part.hdf\n[MATERIAL]\nMaterialCount = 1\nMaterial1 = abs.toml\n";
 
 }  // namespace
-
-TEST(LineValue, IsTheTextAfterTheEqualsSign) {
-    EXPECT_EQ(Value("Mesh1=a.hdf\n"), "a.hdf");
-    EXPECT_EQ(Value("Mesh1 = a.hdf\n"), "a.hdf");
-    EXPECT_EQ(Value("Mesh1 =  a.hdf\n"), " a.hdf");
-    EXPECT_EQ(Value("a.hdf\nrest"), "a.hdf");
-    EXPECT_EQ(Value("k=a=b\n"), "a=b");
-    EXPECT_EQ(Value("k="), "");
-    EXPECT_EQ(Value("Mesh1 = a.hdf\r\n"), "a.hdf");
-    EXPECT_EQ(Value("Mesh1 = a.hdf\r"), "a.hdf");
-    EXPECT_EQ(Value(""), "");
-}
 
 TEST_F(CommandLine, BuildsThePathsOfTheProject) {
     WriteRunFile(kRunFile);
@@ -151,6 +134,28 @@ TEST_F(CommandLine, HugeCountEndsAtTheEndOfTheFile) {
 TEST_F(CommandLine, MeshNameWithoutExtensionIsOutOfRange) {
     WriteRunFile("[MESH]\nMeshCount = 1\nMesh1 = mesh\n");
     EXPECT_THROW(HandleProject(), std::out_of_range);
+}
+
+TEST_F(CommandLine, OfTwoMeshSectionsTheSecondCountsWhateverTheFirstNames) {
+    WriteRunFile("[MESH]\nMeshCount = 1\nMesh1 = mesh\n[MESH]\nMeshCount = 1\nMesh1 = one.hdf\n");
+    ASSERT_EQ(HandleProject(), 1);
+    EXPECT_EQ(job_.m_szMeshFile.View(), Dir() + "\\Mesh\\one.hdf");
+    EXPECT_EQ(job_.m_szMeshBase.View(), Dir() + "\\Mesh\\one");
+}
+
+TEST_F(CommandLine, MeshNameWithoutExtensionIsReadAndItsMaterialToo) {
+    WriteRunFile("[MESH]\nMeshCount = 1\nMesh1 = mesh\n[MATERIAL]\nMaterialCount = 1\nM = a.toml\n");
+    EXPECT_THROW(HandleProject(), std::out_of_range);
+    EXPECT_EQ(job_.m_szMeshFile.View(), Dir() + "\\Mesh\\mesh");
+    EXPECT_EQ(job_.m_szMeshBase.View(), Dir() + "\\Mesh\\mesh");
+    EXPECT_EQ(job_.m_szMaterialFile.View(), Dir() + "\\Material\\a.toml");
+}
+
+TEST_F(CommandLine, TheKernelGetsTheLogLevelAndTheLogTool) {
+    WriteRunFile(kRunFile);
+    job_.m_nLogLevel = 3;
+    ASSERT_EQ(HandleProject(), 1);
+    EXPECT_EQ(job_.m_pOptKer->m_nLogLevel, 3);
 }
 
 TEST_F(CommandLine, TextsThatDoNotFitTheirBuffersAreRefused) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <stdexcept>
 #include <string>
 
@@ -56,4 +57,36 @@ TEST(RunSummary, OneThreadPrintsOneBlock) {
                                  "Total Analysis Time: "),
               0U);
     EXPECT_EQ(job.m_dTotalTime, job.m_dEndTime - job.m_dStartTime);
+}
+
+TEST(RunSummary, TellsEveryThreadsOwnFiguresAndTheTotalInSeconds) {
+    FrozenLayerJob job;
+    job.m_nThreads = 2;
+    job.m_pCom = std::make_unique<CQNLCom>();
+    job.m_dStartTime = job.m_pCom->Time() - 1000.0;
+    job.m_pThreadFindCount = std::make_unique<int[]>(2);
+    job.m_pThreadRecordCount = std::make_unique<int[]>(2);
+    job.m_pThreadFindTime = std::make_unique<double[]>(2);
+    for (int t = 0; t < 2; ++t) {
+        job.m_pThreadFindCount[t] = 12 + t;
+        job.m_pThreadRecordCount[t] = 345 + t;
+        job.m_pThreadFindTime[t] = 0.25 + t;
+    }
+    const CapturedOutput output;
+    qnl::job::MakeRunSummary(job);
+    EXPECT_GE(job.m_dTotalTime, 1000.0);
+    EXPECT_LT(job.m_dTotalTime, 1010.0);
+    std::ostringstream total;
+    total << job.m_dTotalTime;
+    EXPECT_EQ(output.Text(),
+              "CPUID: 0    -   \n"
+              "Record PassElems: 345    -   \n"
+              "Find PassElem Count: 12    -   \n"
+              "Find PassElem  Time: 0.25 seconds\n"
+              "CPUID: 1    -   \n"
+              "Record PassElems: 346    -   \n"
+              "Find PassElem Count: 13    -   \n"
+              "Find PassElem  Time: 1.25 seconds\n"
+              "Total Analysis Time: " +
+                  total.str() + " seconds\n");
 }

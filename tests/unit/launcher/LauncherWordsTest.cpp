@@ -73,6 +73,16 @@ TEST(LauncherWords, WrongOptionsAreUsageErrors) {
     }
 }
 
+TEST(LauncherWords, AWrongValueNamesTheValuesThatAreTaken) {
+    EXPECT_EQ(Parse({"program", "x.k4f", "--threads=4097"}).usageError,
+              "option \"--threads=4097\": a whole number from 1 to 4096 is expected after \"--threads=\"");
+    EXPECT_EQ(Parse({"program", "x.k4f", "--threads=4096"}).options.threads, 4096);
+    EXPECT_EQ(Parse({"program", "x.k4f", "--log-level=-1"}).usageError,
+              "option \"--log-level=-1\": a whole number of at least 0 is expected after \"--log-level=\"");
+    EXPECT_EQ(Parse({"program", "x.k4f", "--corrected=1"}).usageError,
+              "option \"--corrected=1\": it takes no value");
+}
+
 TEST(LauncherWords, TheFirstWrongOptionIsTheOneNamed) {
     EXPECT_EQ(Parse({"program", "x.k4f", "--one", "--two"}).usageError, "unknown option \"--one\"");
 }

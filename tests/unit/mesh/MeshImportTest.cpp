@@ -114,6 +114,21 @@ TEST_F(MeshImportTest, AMissingCellArrayStopsTheTakeOver) {
     EXPECT_EQ(job_.m_pIsPartNodeTemp, nullptr);
 }
 
+TEST_F(MeshImportTest, ConstantsAreTakenOverBeforeTheFirstMissingArray) {
+    job_.m_pOptKer->p_Node = nullptr;
+    EXPECT_EQ(qnl::mesh::TakeOverMeshData(job_), -1);
+    EXPECT_EQ(job_.m_nNodes, 2);
+    EXPECT_EQ(job_.m_nCells, 3);
+    EXPECT_EQ(job_.m_nSurfaces, 4);
+    EXPECT_EQ(job_.m_nMeshHeader0, 5);
+    EXPECT_EQ(job_.m_nMeshWord56, 1234567890123);
+    EXPECT_EQ(job_.m_bUseNodeLabel, 1);
+    EXPECT_EQ(job_.m_dBoxMax[0], 10.0);
+    EXPECT_EQ(job_.m_dBoxMin[2], 15.0);
+    EXPECT_EQ(job_.m_dMeshSize, 0.5);
+    EXPECT_EQ(job_.m_dGeomTolerance, 0.25);
+}
+
 TEST_F(MeshImportTest, EveryMissingArrayIsNamed) {
     job_.m_nLogLevel = 1;
     CQNLOptKer& kernel = *job_.m_pOptKer;
@@ -153,14 +168,6 @@ TEST_F(MeshImportTest, ThreadCountIsTheRuntimesOwn) {
         EXPECT_EQ(job_.m_pThreadRecordCount.get()[i], 0);
         EXPECT_EQ(job_.m_pThreadFindTime.get()[i], 0.0);
     }
-}
-
-TEST_F(MeshImportTest, TheCallersThreadCountWins) {
-    omp_set_num_threads(3);
-    job_.m_options.threads = 2;
-    qnl::mesh::SetUpThreads(job_);
-    EXPECT_EQ(job_.m_nThreads, 2);
-    EXPECT_EQ(fake::TheKernel().calls, (Calls{"InitialzeSearch 2"}));
 }
 
 }  // namespace
