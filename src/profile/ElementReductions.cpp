@@ -26,9 +26,13 @@ OneBased<const double> GatherVelocity(OneBased<const float, CellId> cells, const
     double* target = node.scratch.Doubles(ProfileScratch::kElementValueRow);
     const mesh::PassElementNumbering numbering = node.inputs.medium.mesh.Numbering();
     const auto elements = node.profile.elements.elements;
+    if (!cells) {
+        std::fill_n(target + 1, elements.Count(), 0.0);
+        return {target, elements.Count()};
+    }
     for (int j = 1; j <= elements.Count(); ++j) {
-        const bool none = !cells || numbering.IsFace(elements[j]);
-        target[j] = none ? 0.0 : static_cast<double>(cells[numbering.Cell(elements[j])]);
+        const PassElement element = elements[j];
+        target[j] = numbering.IsFace(element) ? 0.0 : static_cast<double>(cells[numbering.Cell(element)]);
     }
     return {target, elements.Count()};
 }
