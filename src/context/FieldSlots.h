@@ -7,7 +7,7 @@ enum FieldSlot : int {
     kTemperature,      ///< degC
     kVolumeShrinkage,  ///< percent
     kGasMarker,        ///< above 0.1 gas, below -0.1 polymer
-    kBulkWeight,       ///< speed, cm/s, at least 1e-8
+    kSpeed,            ///< cm/s, at least 1e-8; weight of the bulk temperature
     kCoolingTime,      ///< s
     kDensity,          ///< g/cm3
 };

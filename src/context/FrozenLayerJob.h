@@ -4,8 +4,10 @@
 #include <cstdio>
 #include <memory>
 #include <new>
+#include <vector>
 
 #include "base/FixedText.h"
+#include "base/Id.h"
 #include "base/OwnedArray.h"
 #include "base/RelaxedValue.h"
 #include "context/CSurfNodeSearch.h"
@@ -150,5 +152,6 @@ struct FrozenLayerJob {
     int m_nMaxLabel = 0;                           ///< largest node label; label arrays have one entry more
     int m_nWarpEntries = 0;                        ///< m_pWarpDisplacement is valid at 0..m_nWarpEntries
     qnl::OwnedArray<unsigned char> m_pHasProfile;  ///< by node: 1 when the last evaluation had a profile
+    std::vector<qnl::ListPosition> m_evaluationOrder;    ///< in which the nodes are evaluated fastest
     qnl::RunOptions m_options;
 };

@@ -67,7 +67,7 @@ void StoreNode(FrozenLayerJob& job, const NodeInputs& inputs, const FlowItems& i
     const float u = items.velocity[0][id];
     const float v = items.velocity[1][id];
     const float w = items.velocity[2][id];
-    inputs.data[kBulkWeight][local] = SpeedFromSquare(static_cast<double>(u * u + v * v + w * w));
+    inputs.data[kSpeed][local] = SpeedFromSquare(static_cast<double>(u * u + v * v + w * w));
     inputs.data[kCoolingTime][local] = static_cast<double>(items.coolingTime[id]);
     if (job.m_bHasFlow == 1) {
         inputs.vector[0][local] = u;

@@ -38,7 +38,7 @@ void StoreRecord(FrozenLayerJob& job, const NodeInputs& inputs, const FlowRecord
         job.m_dMaxValue = std::max(job.m_dMaxValue, column[9]);
     }
     const double square = column[6] * column[6] + column[7] * column[7] + column[8] * column[8];
-    inputs.data[kBulkWeight][local] = SpeedFromSquare(square);
+    inputs.data[kSpeed][local] = SpeedFromSquare(square);
     if (job.m_bHasFlow == 1) {
         inputs.vector[0][local] = static_cast<float>(column[6]);
         inputs.vector[1][local] = static_cast<float>(column[7]);

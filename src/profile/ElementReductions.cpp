@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstddef>
 
 #include "profile/Reductions.h"
@@ -21,16 +22,27 @@ double ShrinkLocation(const Reduced& node) {
                                node.inputs.maxShrinkage);
 }
 
-/// One velocity component by element; faces have none.
-OneBased<const double> GatherVelocity(OneBased<const float, CellId> cells, const Reduced& node) {
-    double* target = node.scratch.Doubles(ProfileScratch::kElementValueRow);
+constexpr std::size_t kComponents = 3;
+
+using Components = std::array<double*, kComponents>;
+
+Components VelocityRows(ProfileScratch& scratch) {
+    double* const first = scratch.Doubles(ProfileScratch::kVelocityRow);
+    double* const second = scratch.Doubles(ProfileScratch::kSecondVelocityRow);
+    return {first, second, scratch.Doubles(ProfileScratch::kThirdVelocityRow)};
+}
+
+/// Velocity components by element; faces have none.
+void GatherVelocity(const VelocityField& cells, const Reduced& node, const Components& target) {
     const mesh::PassElementNumbering numbering = node.inputs.medium.mesh.Numbering();
     const auto elements = node.profile.elements.elements;
     for (int j = 1; j <= elements.Count(); ++j) {
-        const bool none = !cells || numbering.IsFace(elements[j]);
-        target[j] = none ? 0.0 : static_cast<double>(cells[numbering.Cell(elements[j])]);
+        const bool isFace = numbering.IsFace(elements[j]);
+        const CellId cell = numbering.Cell(elements[j]);
+        for (std::size_t k = 0; k < kComponents; ++k) {
+            target[k][j] = isFace || !cells[k] ? 0.0 : static_cast<double>(cells[k][cell]);
+        }
     }
-    return {target, elements.Count()};
 }
 
 }  // namespace
@@ -44,7 +56,7 @@ void ReduceToSkin(Reduced& node) {
 void ReduceToMaxCoolingTime(Reduced& node) {
     const SortedElements& sorted = node.profile.elements;
     const auto times = Gather(node.inputs.coolingTime, sorted.elements,
-                              node.scratch.Doubles(ProfileScratch::kElementValueRow));
+                              node.scratch.Doubles(ProfileScratch::kCoolingTimeRow));
     node.result[kSlotMaxCoolingTime] = MaxFromZeroInWindow(sorted.depths, times, node.window);
 }
 
@@ -75,9 +87,10 @@ void ReduceToFlow(Reduced& node) {
     const auto depths = node.profile.elements.depths;
     int last = 1;
     node.result[kSlotMaxVolumeShrinkage] = MaxInWindow(depths, node.shrinkage, node.window, last);
-    for (std::size_t k = 0; k < node.inputs.velocity.size(); ++k) {
-        node.result[kSlots[k]] =
-            MeanNonZeroInWindow(depths, GatherVelocity(node.inputs.velocity[k], node), node.window);
+    const Components velocities = VelocityRows(node.scratch);
+    GatherVelocity(node.inputs.velocity, node, velocities);
+    for (std::size_t k = 0; k < kComponents; ++k) {
+        node.result[kSlots[k]] = MeanNonZeroInWindow(depths, {velocities[k], depths.Count()}, node.window);
     }
 }
 

@@ -91,13 +91,18 @@ NodeProfileResult EvaluateListedNode(FrozenLayerJob& job, ListPosition position,
     return result;
 }
 
-std::vector<ListPosition> EvaluationOrder(const FrozenLayerJob& job) {
-    if (!WindowChangesOnTheWay(job)) {
-        return NodeOrder(job);
-    }
+std::vector<ListPosition> OrderOfTheList(const FrozenLayerJob& job) {
     std::vector<ListPosition> order(static_cast<std::size_t>(job.m_nSurfaceNodes));
     std::iota(order.begin(), order.end(), ListPosition(1));
     return order;
+}
+
+/// Made once: every output time has the same list. Any order of all positions gives the same results.
+const std::vector<ListPosition>& KeptNodeOrder(FrozenLayerJob& job) {
+    if (job.m_evaluationOrder.size() != static_cast<std::size_t>(job.m_nSurfaceNodes)) {
+        job.m_evaluationOrder = NodeOrder(job);
+    }
+    return job.m_evaluationOrder;
 }
 
 /// The share of one thread in the loop.
@@ -130,7 +135,8 @@ void EvaluateSurfaceNodes(FrozenLayerJob& job) {
     ThreadFailure failure;
     Progress progress(job.m_options.observer, job.m_nSurfaceNodes);
     ShrinkageFaults faults;
-    const std::vector<ListPosition> order = EvaluationOrder(job);
+    const std::vector<ListPosition> order =
+        WindowChangesOnTheWay(job) ? OrderOfTheList(job) : KeptNodeOrder(job);
     omp_set_num_threads(job.m_nThreads);
 #pragma omp parallel
     {

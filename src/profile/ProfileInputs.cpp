@@ -40,7 +40,7 @@ ProfileInputs InputsOf(const FrozenLayerJob& job) {
             MediumOf(job),
             FieldOf(job, kVolumeShrinkage),
             FieldOf(job, kGasMarker),
-            FieldOf(job, kBulkWeight),
+            FieldOf(job, kSpeed),
             FieldOf(job, kCoolingTime),
             FieldOf(job, kDensity),
             ByCell(job, job.m_pCellVector),

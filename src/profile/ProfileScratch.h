@@ -18,7 +18,10 @@ public:
         kShrinkageRow,
         kGasMarkerRow,
         kDensityRow,
-        kElementValueRow,  ///< cooling time or one velocity component, as they are needed
+        kCoolingTimeRow,
+        kVelocityRow,
+        kSecondVelocityRow,
+        kThirdVelocityRow,
         kSampleDepthRow,
         kSampleTemperatureRow,
         kSampleValueRow,  ///< gas marker or speed

@@ -12,9 +12,11 @@ OneBased<const double> Gather(const PassElementField& field, OneBasedIds<PassEle
 
 SortedElements SortAlongRay(const RayDepth& depth, const CQNLOptKer& sorter, const FoundElements& found,
                             const ElementArrays& target) {
+    const RayDepth depthOf = depth;  // Of this function alone, so that no store can change it.
     for (int j = 1; j <= found.count; ++j) {
-        target.elements[j] = found.numbers[j - 1];
-        target.depths[j] = depth(PassElement(target.elements[j]));
+        const int number = found.numbers[j - 1];
+        target.elements[j] = number;
+        target.depths[j] = depthOf(PassElement(number));
     }
     sorter.shellSorting(found.count, target.depths, target.elements);
     return {{target.depths, found.count}, {target.elements, found.count}};

@@ -278,6 +278,19 @@ TEST(NodeLoop, TheListDecidesWhichNodeARecordBelongsTo) {
     EXPECT_EQ(nodes.job.m_pMaxTemperature[1], 150.0);
 }
 
+TEST(NodeLoop, KeepsTheOrderOfTheNodesFromTimeToTime) {
+    using qnl::ListPosition;
+    ManyNodes nodes(3);
+    std::vector<int> rays;
+    Script(nodes.job).beforeRay = [&rays](int ray) { rays.push_back(ray); };
+    nodes.job.m_evaluationOrder = {ListPosition(3), ListPosition(1), ListPosition(2)};
+    qnl::profile::EvaluateSurfaceNodes(nodes.job);
+    EXPECT_EQ(rays, (std::vector<int>{3, 1, 2}));
+    nodes.job.m_evaluationOrder.pop_back();
+    qnl::profile::EvaluateSurfaceNodes(nodes.job);
+    EXPECT_EQ(rays, (std::vector<int>{3, 1, 2, 1, 2, 3})) << "one of another size is made anew";
+}
+
 TEST(NodeLoop, ThreadCountDoesNotChangeABit) {
     constexpr int kNodes = 700;
     ManyNodes reference(kNodes);
