@@ -81,7 +81,7 @@ std::vector<int>& PrepareQuery(MeshKernelState& state, int slot) {
         entries.reserve(mesh.faces.records.size() + mesh.cells.records.size());
         AppendBoxes(mesh.faces.records, 0, entries);
         AppendBoxes(mesh.cells.records, static_cast<int>(mesh.faces.records.size()) - 1, entries);
-        state.tree.AddAll(std::move(entries));
+        state.tree.AddAll(entries);
         state.treeLacksMesh = false;
     }
     const std::size_t index = static_cast<std::size_t>(std::max(slot, 0));

@@ -122,6 +122,28 @@ TEST(BoxTree, NotANumberOverlapsNothing) {
     EXPECT_TRUE(found.empty());
 }
 
+TEST(BoxTree, ABoxTurnedInsideOutIsEmpty) {
+    BoxTree tree;
+    tree.Add(1, {{0, 1, 0}, {1, 0, 1}});
+    tree.AddAll({{{{0, 0, 1}, {1, 1, 0}}, 2}, {{{0, 0, 0}, {1, 1, 1}}, 3}});
+    std::vector<int> found;
+    tree.Find({{-1, -1, -1}, {2, 2, 2}}, found);
+    EXPECT_EQ(found, std::vector<int>{3});
+    tree.Find({{-1, 2, -1}, {2, -1, 2}}, found);
+    EXPECT_TRUE(found.empty());
+}
+
+TEST(BoxTree, TakesBoxesWithoutEnd) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    BoxTree tree;
+    for (int id = 1; id <= 100; ++id) {
+        tree.Add(id, {{-infinity, id * 1.0, -1e300}, {infinity, id + 0.5, 1e300}});
+    }
+    std::vector<int> found;
+    tree.Find({{7, 40.5, -infinity}, {8, 41, infinity}}, found);
+    EXPECT_EQ(found, (std::vector<int>{40, 41}));
+}
+
 TEST(BoxTree, ClearEmptiesIt) {
     BoxTree tree;
     for (int id = 1; id <= 130; ++id) {

@@ -290,6 +290,9 @@ TEST(MeshFile, NamesTheFirstLabelGivenTwice) {
     raw.labels = {{13, 12, 11, 14, 12, 30, 30, 12}};
     raw.Write(path);
     EXPECT_EQ(FaultOf(path), "Mesh file " + path + ": duplicate label 30 at the points 6 and 7");
+    raw.labels = {{13, 12, 11, 14, 30, 12, 12, 30}};
+    raw.Write(path);
+    EXPECT_EQ(FaultOf(path), "Mesh file " + path + ": duplicate label 12 at the points 6 and 7");
 }
 
 TEST(MeshFile, ReadsAnEmptyPiece) {
