@@ -9,6 +9,7 @@
 #include "base/WindowsPath.h"
 #include "context/Messages.h"
 #include "layout/MarkerLog.h"
+#include "layout/ProjectFolders.h"
 #include "platform/HostFiles.h"
 #include "platform/Stages.h"
 
@@ -65,10 +66,9 @@ void LookForFibreResult(FrozenLayerJob& job, const std::string& path, bool flow)
 
 int SelectResultFiles(FrozenLayerJob& job) {
     const std::string_view input = job.m_szInputResult != nullptr ? job.m_szInputResult : "";
-    std::string result = qnl::CutExtension(input);
+    const std::string result = qnl::layout::ComposedResultPath(input);
     for (std::size_t i = 0; i < qnl::kStages.size(); ++i) {
         if (qnl::Holds(input, qnl::kStages[i].pattern)) {
-            result += qnl::kStages[i].resultExtension;
             qnl::input::TakeStage(job, qnl::input::kStageRules[i]);
         }
     }

@@ -2,7 +2,9 @@
 
 #include <initializer_list>
 
+#include "base/Text.h"
 #include "base/WindowsPath.h"
+#include "platform/Stages.h"
 
 namespace qnl::layout {
 
@@ -41,6 +43,14 @@ std::string RunFolder(std::string_view project, std::string_view run) {
 std::string RunPath(std::string_view project, std::string_view name, std::string_view run,
                     std::string_view extension) {
     return Joined({RunFolder(project, run), "\\", name, run, extension});
+}
+
+std::string ComposedResultPath(std::string_view stageFile) {
+    std::string result = CutExtension(stageFile);
+    for (const Stage& stage : kStages) {
+        result += Holds(stageFile, stage.pattern) ? stage.resultExtension : "";
+    }
+    return result;
 }
 
 std::string SearchPath(std::string_view meshPath) {

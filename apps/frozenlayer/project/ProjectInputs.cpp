@@ -46,11 +46,7 @@ void RequireNamed(const std::string& named, const std::string& runFile, const st
 /// Where the evaluation of one output time writes. A path with the extensions of several stages gets all of
 /// their results' extensions, and the probe's name gets another ".csv" at every later time.
 std::string ResultPath(const StageFile& base, int index, bool fibreProbe) {
-    const std::string stage = base.Path();
-    std::string result = CutExtension(stage);
-    for (const input::StagePattern& pattern : input::kStagePatterns) {
-        result += stage.find(pattern.pattern) != std::string::npos ? pattern.resultExtension : "";
-    }
+    std::string result = layout::ComposedResultPath(base.Path());
     result += fibreProbe ? ".csv" : "";
     if (index == 0) {
         return result;
