@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "base/Text.h"
 #include "base/TokenReader.h"
 #include "base/WindowsPath.h"
 #include "layout/ProjectFolders.h"
@@ -48,8 +49,8 @@ void RequireNamed(const std::string& named, const std::string& runFile, const st
 std::string ResultPath(const StageFile& base, int index, bool fibreProbe) {
     const std::string stage = base.Path();
     std::string result = CutExtension(stage);
-    for (const input::StagePattern& pattern : input::kStagePatterns) {
-        result += stage.find(pattern.pattern) != std::string::npos ? pattern.resultExtension : "";
+    for (const Stage& known : kStages) {
+        result += Holds(stage, known.pattern) ? known.resultExtension : "";
     }
     result += fibreProbe ? ".csv" : "";
     if (index == 0) {
