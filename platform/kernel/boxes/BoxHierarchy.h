@@ -35,6 +35,10 @@ struct Segment {
 /// together. Held and tested in single precision around their common middle, grown by more than the
 /// rounding: queries never miss a box, and may give some that are off by a few millionths of the extent of
 /// all finite boxes.
+///
+/// Against the R-tree behind BoxTree, on 200,000 boxes of cells (benchmarks/SortsAndTrees, Hierarchy...
+/// against BoxTreeMake, BoxTreeAsk and LibraryAskByRay): 10 times as fast to make, 1.5 times as fast to ask
+/// by segment, 1.2 times by overlap.
 class BoxHierarchy {
 public:
     BoxHierarchy() = default;
