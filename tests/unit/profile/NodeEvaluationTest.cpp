@@ -301,6 +301,22 @@ TEST(NodeEvaluation, GasInACoolRunRestrictsTheRatio) {
     EXPECT_DOUBLE_EQ(wall.Evaluate()[qnl::kSlotFrozenRatio], 90.0);
 }
 
+TEST(NodeEvaluation, TheRatioInPolymerSetsTheWindowItself) {
+    Wall wall;
+    wall.job.m_bHasWarp = 1;
+    wall.job.m_bHasCool = 1;
+    wall.job.m_bGasInCool = 1;
+    EXPECT_DOUBLE_EQ(wall.Evaluate()[qnl::kSlotFrozenRatio], 90.0) << "nothing has set it before";
+}
+
+TEST(NodeEvaluation, FacesHaveNoVelocity) {
+    Wall wall;
+    wall.job.m_bHasFlow = 1;
+    wall.job.m_dGeomTolerance = 2.0;
+    wall.job.m_pCellVector[0][0] = 1000.0F;  // where a face would be looked for among the cells
+    EXPECT_EQ(wall.Evaluate()[qnl::kSlotAverageVelocityU], 1.0);
+}
+
 TEST(NodeEvaluation, FlowGivesShrinkageAndTheMeanVelocityOfMovingCells) {
     Wall wall;
     wall.job.m_bHasFlow = 1;
