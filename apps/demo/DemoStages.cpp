@@ -129,15 +129,15 @@ constexpr DemoItem kItems[] = {
 };
 
 struct StageTraits {
-    DemoStage stage;
     Stage files;
+    DemoStage stage;
     bool hasTimes;
 };
 constexpr StageTraits kStages[] = {
-    {DemoStage::Flow, kFlowStage, true},
-    {DemoStage::Pack, kPackStage, true},
-    {DemoStage::Cool, kCoolStage, false},
-    {DemoStage::Warp, kWarpStage, false},
+    {kFlowStage, DemoStage::Flow, true},
+    {kPackStage, DemoStage::Pack, true},
+    {kCoolStage, DemoStage::Cool, false},
+    {kWarpStage, DemoStage::Warp, false},
 };
 
 const StageTraits& Traits(DemoStage stage) {

@@ -138,7 +138,7 @@ struct AnalysisCode {
 };
 
 inline constexpr AnalysisCode kAnalysisCodes[] = {
-    {1, true, true, true}, {4, true, false, true},  {6, true, true, true},
+    {1, true, true, true}, {4, true, false, true}, {6, true, true, true},
     {7, true, true, true}, {8, true, true, false}, {9, true, false, true},
 };
 
