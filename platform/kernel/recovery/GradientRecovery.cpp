@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <deque>
 
 #include "base/ThreadFailure.h"
 #include "kernel/mesh/PointMath.h"
@@ -178,8 +179,10 @@ GradientReport GradientRecovery::Recover(const double* const* fields, int count,
     const Fields all{fields, static_cast<std::size_t>(count)};
     const std::size_t stride = 3 * all.count;
     std::fill_n(gradients, stride, 0.0);
-    std::vector<NodeRecovery> threads(static_cast<std::size_t>(omp_get_max_threads()),
-                                      NodeRecovery(mesh_, rows_));
+    std::deque<NodeRecovery> threads;
+    for (int thread = 0; thread < omp_get_max_threads(); ++thread) {
+        threads.emplace_back(mesh_, rows_);
+    }
     ThreadFailure failure;
 #pragma omp parallel for schedule(dynamic, 64)
     for (int node = 1; node <= mesh_.nodeCount; ++node) {
