@@ -23,7 +23,9 @@ ROOMS = {
     "src/profile/kernels": ["src/mesh"],
     "src/profile/rays": ["src/mesh", "src/profile/kernels"],
     "src/profile/search": ["src/context", "src/mesh"],
-    "src/profile": ["src/context", "src/mesh", "src/profile/kernels", "src/profile/rays", "src/profile/search"],
+    "src/profile/resolved": ["src/profile/kernels"],
+    "src/profile": ["src/context", "src/mesh", "src/profile/kernels", "src/profile/rays", "src/profile/search",
+                    "src/profile/resolved"],
     "src/output": ["src/context"],
     "src/probe": ["src/context", "src/mesh", "src/profile", "src/profile/rays", "src/profile/search"],
     "src/frozen": ["src/context", "src/layout", "src/mesh", "src/profile", "src/profile/search", "src/output", "src/probe"],
@@ -37,7 +39,9 @@ ROOMS = {
     "platform/kernel/topology": ["platform/kernel/mesh"],
     "platform/kernel/boxes": ["platform/kernel/mesh"],
     "platform/kernel/rays": ["platform/kernel/mesh", "platform/kernel/topology", "platform/kernel/boxes"],
-    "platform/kernel": ["platform/kernel/mesh", "platform/kernel/topology", "platform/kernel/boxes", "platform/kernel/rays"],
+    "platform/kernel/recovery": ["platform/kernel/mesh"],
+    "platform/kernel": ["platform/kernel/mesh", "platform/kernel/topology", "platform/kernel/boxes", "platform/kernel/rays",
+                        "platform/kernel/recovery"],
     "platform/thickness": ["platform/kernel/mesh", "platform/kernel/topology", "platform/kernel/rays", "platform/kernel",
                            "platform/results"],
     "interop": ["platform/host", "platform/kernel/mesh"],
@@ -71,8 +75,10 @@ ROOTS = ["include", "src", "platform", "apps/frozenlayer", "apps", "."]
 NAMESPACES = {
     "include/platform": "qnl", "src/base": "qnl", "src/context": "qnl",
     "src/profile/kernels": "qnl::profile", "src/profile/rays": "qnl::profile", "src/profile/search": "qnl::profile",
+    "src/profile/resolved": "qnl::profile",
     "platform/kernel/mesh": "qnl::kernel", "platform/kernel/topology": "qnl::kernel",
     "platform/kernel/boxes": "qnl::kernel", "platform/kernel/rays": "qnl::kernel",
+    "platform/kernel/recovery": "qnl::kernel",
 }
 # Sources of platform/host define what include/platform declares.
 DECLARED_ABOVE = {"platform/host": "qnl"}

@@ -4,6 +4,7 @@
 
 #include "platform/CQNLOptKer.h"
 #include "platform/CThickGen.h"
+#include "platform/FieldKernel.h"
 
 struct qnl::kernel::MeshKernelState {
     std::array<NodeRecord, 5> nodes{};
@@ -114,3 +115,7 @@ int* CQNLOptKer::SearchNearBlockID(double, double, double, double, double, doubl
 }
 
 CThickGen::CThickGen(const char*, const char*) : m_nStatus(1) {}
+
+std::unique_ptr<qnl::FieldKernel> qnl::MakeFieldKernel(CQNLOptKer&) {
+    return nullptr;
+}

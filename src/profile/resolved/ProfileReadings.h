@@ -1,0 +1,30 @@
+#pragma once
+
+#include "base/OneBased.h"
+
+/// Readings of a profile over samples of strictly ascending depth, mm, linear between them. The arrays of one
+/// call have the same count, at least 1.
+namespace qnl::profile {
+
+/// The frozen layers of a wall along the ray, mm.
+struct WallLayers {
+    double frozenHere = 0.0;  ///< depth at which the temperature first reaches the freeze temperature
+    double frozenFar = 0.0;   ///< the same from the far side
+    double moltenCore = 0.0;  ///< what lies between the two; 0 in a wall that is frozen through
+    double wall = 0.0;        ///< from the first to the last sample
+};
+
+/// A temperature at the freeze temperature is not frozen. In a wall that is frozen through both layers are as
+/// thick as the wall.
+WallLayers ReadWallLayers(OneBased<const double> depths, OneBased<const double> temperatures,
+                          double freezeTemperature);
+
+/// Largest value of the samples.
+double HighestValue(OneBased<const double> values);
+
+/// Mean of the values in the depth window (less than `window` mm below the first sample) whose magnitude is
+/// above 1e-8, each weighted by half the distance between its neighbours (half the distance to its one
+/// neighbour at the ends); 0 when there is none.
+double MeanNonZeroByLength(OneBased<const double> depths, OneBased<const double> values, double window);
+
+}  // namespace qnl::profile

@@ -1,0 +1,66 @@
+#include "profile/resolved/EdgeCurvature.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace qnl::profile {
+namespace {
+
+constexpr double kNothingKnown = -std::numeric_limits<double>::infinity();
+
+double ValueAt(double a, double b, double curvature, double s) {
+    return (1.0 - s) * a + s * b - 0.5 * s * (1.0 - s) * curvature;
+}
+
+TEST(EdgeCurvature, IsTheDifferenceOfTheSlopesWhereTheParabolaIsMonotone) {
+    EXPECT_EQ(LimitedCurvature({40.0, 50.0, 25.0, 5.0}, kNothingKnown), -20.0);
+    EXPECT_EQ(LimitedCurvature({40.0, 50.0, 25.0, 6.0}, kNothingKnown), -19.0);
+    EXPECT_EQ(LimitedCurvature({50.0, 40.0, -4.0, -16.0}, kNothingKnown), -12.0);
+    EXPECT_EQ(LimitedCurvature({40.0, 40.0, 0.0, 0.0}, kNothingKnown), 0.0);
+}
+
+// Slopes that belong to one parabola: rise is their mean. An extremum on the edge stays, however high.
+TEST(EdgeCurvature, LeavesEveryParabolaAsItIs) {
+    EXPECT_EQ(LimitedCurvature({200.0, 200.0, 40.0, -40.0}, kNothingKnown), -80.0);
+    EXPECT_EQ(LimitedCurvature({200.0, 200.0, -40.0, 40.0}, kNothingKnown), 80.0);
+    EXPECT_EQ(LimitedCurvature({200.0, 201.0, 41.0, -39.0}, kNothingKnown), -80.0);
+}
+
+// rise 0, slopes 0 and -c: departure (c/2)/c = 0.5, a front: nothing beyond the monotone parabola.
+TEST(EdgeCurvature, TakesAnOvershootAtAFrontBack) {
+    EXPECT_EQ(LimitedCurvature({230.0, 230.0, 0.0, -60.0}, kNothingKnown), 0.0);
+    EXPECT_EQ(LimitedCurvature({230.0, 225.0, 10.0, -60.0}, kNothingKnown), -10.0);
+}
+
+// Departure 0.08, half way between 0.04 and 0.12: half of the curvature of 100.
+TEST(EdgeCurvature, TakesBackByTheDepartureFromAParabola) {
+    EXPECT_NEAR(LimitedCurvature({200.0, 200.0, 58.0, -42.0}, kNothingKnown), -50.0, 1e-11);
+    EXPECT_NEAR(LimitedCurvature({200.0, 200.0, -42.0, 58.0}, kNothingKnown), 50.0, 1e-11);
+    EXPECT_EQ(LimitedCurvature({200.0, 200.0, 54.0, -46.0}, kNothingKnown), -100.0);
+    EXPECT_EQ(LimitedCurvature({200.0, 200.0, 62.0, -38.0}, kNothingKnown), 0.0);
+}
+
+// a = 42, b = 46 over a bound of 40: rise 4, room 2, so c = 2 (sqrt 6 + sqrt 2)^2 touches the bound.
+TEST(EdgeCurvature, KeepsAboveTheLowestValueKnown) {
+    const EdgeData edge{42.0, 46.0, -36.0, 44.0};
+    EXPECT_EQ(LimitedCurvature(edge, kNothingKnown), 80.0);
+    const double bounded = LimitedCurvature(edge, 40.0);
+    EXPECT_NEAR(bounded, 2.0 * std::pow(std::sqrt(6.0) + std::sqrt(2.0), 2.0), 1e-12);
+    double least = 1e9;
+    for (int i = 0; i <= 10000; ++i) {
+        least = std::fmin(least, ValueAt(edge.first, edge.second, bounded, i / 10000.0));
+    }
+    EXPECT_NEAR(least, 40.0, 1e-5);
+    EXPECT_EQ(LimitedCurvature(edge, 20.0), 80.0) << "a parabola that keeps above the bound";
+    EXPECT_EQ(LimitedCurvature(edge, 45.0), 8.0) << "an end below the bound: monotone";
+    EXPECT_EQ(LimitedCurvature({42.0, 42.0, 30.0, -30.0}, 40.0), -60.0) << "upwards it does not count";
+}
+
+TEST(EdgeCurvature, IsZeroWithoutSlopes) {
+    EXPECT_EQ(LimitedCurvature({40.0, 50.0, std::nan(""), 5.0}, kNothingKnown), 0.0);
+}
+
+}  // namespace
+}  // namespace qnl::profile
