@@ -6,7 +6,6 @@
 #include <iterator>
 #include <vector>
 
-#include "RecordingKernel.h"
 #include "frozen/NodeSelection.h"
 #include "frozen/ResultSmoothing.h"
 #include "frozen/SearchRecords.h"
@@ -17,6 +16,7 @@
 #include "frozen/VelocityThinning.h"
 #include "support/CapturedOutput.h"
 #include "support/ScratchFolder.h"
+#include "support/ScriptedKernel.h"
 
 namespace {
 
@@ -41,8 +41,8 @@ protected:
         job_.m_pNormalX = std::make_unique<double[]>(6);
         job_.m_pNormalY = std::make_unique<double[]>(6);
         job_.m_pNormalZ = std::make_unique<double[]>(6);
-        SmoothingCalls().clear();
-        SmoothingEffect() = nullptr;
+        fake::TheKernel().smoothings.clear();
+        fake::TheKernel().smoothingEffect = nullptr;
     }
 
     std::vector<int> List() const {
@@ -230,10 +230,11 @@ TEST_F(FrozenStage, SmoothingFollowsItsTable) {
         *array = std::make_unique<double[]>(6);
     }
     qnl::frozen::SmoothResults(job_);
-    ASSERT_EQ(SmoothingCalls().size(), expected.size());
+    ASSERT_EQ(fake::TheKernel().smoothings.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        EXPECT_EQ(SmoothingCalls()[i].first, expected[i]->get()) << i;
-        EXPECT_EQ(SmoothingCalls()[i].second, expected[i] == &job_.m_pSinkMarkWork ? 200 : 2) << i;
+        EXPECT_EQ(fake::TheKernel().smoothings[i].first, expected[i]->get()) << i;
+        EXPECT_EQ(fake::TheKernel().smoothings[i].second, expected[i] == &job_.m_pSinkMarkWork ? 200 : 2)
+            << i;
     }
 }
 
@@ -243,9 +244,9 @@ TEST_F(FrozenStage, CoolingSmoothsTheMouldDifferenceAndTheCoolingTime) {
     job_.m_pMoldTemperatureDiff = std::make_unique<double[]>(6);
     job_.m_pMaxCoolingTime = std::make_unique<double[]>(6);
     qnl::frozen::SmoothResults(job_);
-    ASSERT_EQ(SmoothingCalls().size(), 6U);
-    EXPECT_EQ(SmoothingCalls()[4].first, job_.m_pMoldTemperatureDiff.get());
-    EXPECT_EQ(SmoothingCalls()[5].first, job_.m_pMaxCoolingTime.get());
+    ASSERT_EQ(fake::TheKernel().smoothings.size(), 6U);
+    EXPECT_EQ(fake::TheKernel().smoothings[4].first, job_.m_pMoldTemperatureDiff.get());
+    EXPECT_EQ(fake::TheKernel().smoothings[5].first, job_.m_pMaxCoolingTime.get());
 }
 
 TEST_F(FrozenStage, NormalsAreZeroedBeforeTheKernelFillsThem) {
@@ -302,15 +303,15 @@ TEST_F(WarpSink, FixedNodesEndWithZeroAndFreeOnesWithTheirOwnLessTheReference) {
 TEST_F(WarpSink, SmoothsTwoHundredTimesByTwoSweeps) {
     std::vector<double> ratio(6, 0.3);
     qnl::frozen::ComputeSinkMarkDisplacement(job_, ratio.data());
-    ASSERT_EQ(SmoothingCalls().size(), 200U);
-    for (const auto& call : SmoothingCalls()) {
+    ASSERT_EQ(fake::TheKernel().smoothings.size(), 200U);
+    for (const auto& call : fake::TheKernel().smoothings) {
         EXPECT_EQ(call.second, 2);
     }
 }
 
 TEST_F(WarpSink, FixedNodesAreFixedAgainAfterEveryRound) {
     std::vector<double> ratio{0, 0.1, 0.3, 0.0, 0.3, 0};
-    SmoothingEffect() = [](double* reference) {
+    fake::TheKernel().smoothingEffect = [](double* reference) {
         reference[2] = reference[1];
         reference[1] = 7.0;
     };

@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <sstream>
 
 #include "platform/CQNL3DResultReader_Manipulator.h"
-#include "platform/CQNLOptKer.h"
 #include "platform/CThickGen.h"
+#include "support/CallText.h"
 
 namespace fake {
 
@@ -20,10 +19,7 @@ namespace {
 
 template <typename... Values>
 void Called(const char* name, const Values&... values) {
-    std::ostringstream text;
-    text << name;
-    ((text << ' ' << values), ...);
-    ThePlatform().calls.push_back(text.str());
+    ThePlatform().calls.push_back(CallText(name, values...));
 }
 
 }  // namespace
@@ -149,10 +145,3 @@ double QnlGetDensity(const QnlMaterial* /*material*/, double pressure, double te
 void QnlReleaseMaterial(QnlMaterial* /*material*/) {
     Called("QnlReleaseMaterial");
 }
-
-// The job owns a kernel; the readers ask nothing of it.
-CQNLOptKer::CQNLOptKer() : m_pState(nullptr), m_pLogTool(nullptr) {}
-CQNLOptKer::~CQNLOptKer() = default;
-void CQNLOptKer::SetADTreeRange(double /*xMax*/, double /*yMax*/, double /*zMax*/, double /*xMin*/,
-                                double /*yMin*/, double /*zMin*/, int /*kind*/, int /*blockSize*/,
-                                int /*blockCount*/) {}

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "support/CapturedOutput.h"
-#include "unit/mesh/FakeKernel.h"
+#include "support/ScriptedKernel.h"
 
 namespace {
 

@@ -8,7 +8,8 @@
 #include <vector>
 
 #include "support/CapturedOutput.h"
-#include "unit/mesh/FakeKernel.h"
+#include "support/ScriptedKernel.h"
+#include "unit/mesh/SetClock.h"
 
 namespace {
 
@@ -62,7 +63,7 @@ TEST_F(MeshImportTest, ReadMeshHandsTheStatusOn) {
 
 TEST_F(MeshImportTest, ReadMeshLogsItsTime) {
     job_.m_pCom = std::make_unique<CQNLCom>();
-    fake::TheKernel().step = 1.5;
+    fake::TheClock().step = 1.5;
     const CapturedOutput output;
     qnl::mesh::ReadMesh(job_);
     EXPECT_EQ(output.Text(), "");
