@@ -152,6 +152,6 @@ struct FrozenLayerJob {
     int m_nMaxLabel = 0;                           ///< largest node label; label arrays have one entry more
     int m_nWarpEntries = 0;                        ///< m_pWarpDisplacement is valid at 0..m_nWarpEntries
     qnl::OwnedArray<unsigned char> m_pHasProfile;  ///< by node: 1 when the last evaluation had a profile
-    std::vector<qnl::ListPosition> m_evaluationOrder;    ///< in which the nodes are evaluated fastest
+    std::vector<qnl::ListPosition> m_evaluationOrder;  ///< in which the nodes are evaluated fastest
     qnl::RunOptions m_options;
 };
