@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Checks that the rooms depend on each other in one direction only, and that namespaces follow the folders.
+"""Checks that the rooms depend on each other in one direction only, that namespaces follow the folders, and that C++
+files are named in one style.
 
 A room is a folder that ROOMS names; it may include itself and the rooms listed beside it. There are no exceptions. Every
 name of ours stands in a namespace that follows its folder: qnl for what everybody uses, qnl::<room> elsewhere.
@@ -130,6 +131,12 @@ def check_order():
         seen.add(room)
 
 
+def check_name(path):
+    """C++ files are named in words joined by capitals."""
+    if not re.fullmatch(r"[A-Z][A-Za-z0-9]*(_Manipulator)?", path.stem):
+        yield "is not named in words joined by capitals"
+
+
 def sources():
     for tree in ("include", "src", "platform", "interop", "apps"):
         for path in sorted((ROOT / tree).rglob("*")):
@@ -144,8 +151,12 @@ def main():
         if room is None:
             faults.append(f"{path.relative_to(ROOT)} stands in no room")
             continue
-        found = list(check_includes(path, room)) + list(check_namespaces(path, room))
+        found = [*check_includes(path, room), *check_namespaces(path, room), *check_name(path)]
         faults += [f"{path.relative_to(ROOT)}: {fault}" for fault in found]
+    for tree in ("tests", "benchmarks"):
+        for path in sorted((ROOT / tree).rglob("*.[hc]*")):
+            if path.suffix in (".h", ".cpp"):
+                faults += [f"{path.relative_to(ROOT)} {fault}" for fault in check_name(path)]
     for fault in faults:
         print(f"layer broken: {fault}")
     print(f"layers: {len(ROOMS)} rooms, {len(faults)} faults")
