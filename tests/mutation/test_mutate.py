@@ -128,7 +128,7 @@ class Mutation(unittest.TestCase):
     def test_tests_must_pass_without_a_mutant(self):
         broken = self.project.with_name("broken")
         shutil.copytree(self.project, broken)
-        test = broken / "tests" / "count_test.cpp"
+        test = broken / "tests" / "CountTest.cpp"
         test.write_text(test.read_text(encoding="utf-8").replace("== 3", "== 4"), encoding="utf-8")
         done, _ = run(broken, "src/count")
         self.assertEqual(done.returncode, 2)
@@ -136,7 +136,7 @@ class Mutation(unittest.TestCase):
 
     def test_wrong_arguments_are_refused(self):
         for arguments, expected in ((["src/nowhere"], "src/nowhere: no folder or file of"),
-                                    (["tests"], "tests/count_test.cpp: no test executable"),
+                                    (["tests"], "tests/CountTest.cpp: no test executable"),
                                     (["src/count", "--tests", "src/count=test_sum"], "test_sum: no executable"),
                                     (["src/count", "--tests", "test_count"], "--tests test_count: expected")):
             done, _ = run(self.project, *arguments)
