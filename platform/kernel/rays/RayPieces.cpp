@@ -12,22 +12,6 @@ namespace {
 
 constexpr int kMiddle = 0;  // vertex number of the corner average
 
-Point CornerMean(const RecordMesh& mesh, int cell) {
-    const int* corners = mesh.Corners(cell);
-    const int count = mesh.CornerCount(cell);
-    Point sum = mesh.Place(corners[0]);
-    for (int c = 1; c < count; ++c) {
-        const Point place = mesh.Place(corners[c]);
-        for (std::size_t a = 0; a < 3; ++a) {
-            sum[a] += place[a];
-        }
-    }
-    for (double& component : sum) {
-        component /= count;
-    }
-    return sum;
-}
-
 // Moving the planes of a tetra carries its ends outside; far outside when it is very flat. The coordinates
 // are held near the tetra then, so that no value is taken from beyond its vertices.
 std::array<double, 4> Barycentric(const Tetra& tetra, double sixVolumes, const Point& place) {
@@ -88,7 +72,8 @@ void PieceFinder::AddCell(Slot& pieces, const Ray& ray, int cell) const {
         AddTetra(pieces, ray, cell, {corners[0], corners[1], corners[2], corners[3]}, {});
         return;
     }
-    const Point middle = CornerMean(mesh_, cell);
+    const Point middle =
+        CornerAverage(mesh_.CornerCount(cell), [&](int c) { return mesh_.Place(corners[c]); });
     for (int face = 0; face < shape.faces; ++face) {
         const std::array<int, 4> nodes = FaceNodes(shape, corners, face);
         const FaceTriangles triangles =

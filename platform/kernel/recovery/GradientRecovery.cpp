@@ -7,7 +7,7 @@
 #include <deque>
 
 #include "base/ThreadFailure.h"
-#include "kernel/mesh/PointMath.h"
+#include "base/Vector3.h"
 #include "kernel/recovery/PatchFit.h"
 
 namespace qnl::kernel {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "kernel/mesh/PointMath.h"
+#include "base/Vector3.h"
 
 namespace qnl::kernel {
 namespace {

@@ -57,7 +57,7 @@ double HighestValue(OneBased<const double> values) {
 
 double MeanNonZeroByLength(OneBased<const double> depths, OneBased<const double> values, double window) {
     constexpr double kZero = 1e-8;
-    const int count = CountInWindow(depths, window);
+    const int count = CountWithin(depths, window);
     double sum = 0.0;
     double length = 0.0;
     for (int i = 1; i <= count; ++i) {

@@ -5,7 +5,7 @@
 #include "kernel/mesh/MeshFile.h"
 #include "platform/CQNLOptKer.h"
 #include "support/MeshBuilder.h"
-#include "support/TempFolder.h"
+#include "support/ScratchFolder.h"
 
 namespace {
 
@@ -13,8 +13,8 @@ TEST(FieldKernel, IsThereOnceAMeshWasRead) {
     CQNLOptKer kernel;
     EXPECT_EQ(qnl::MakeFieldKernel(kernel), nullptr);
 
-    const TempFolder folder;
-    std::string path = folder.Path("cell.hdf");
+    const ScratchFolder folder;
+    std::string path = folder.File("cell.hdf");
     qnl::kernel::WriteMeshFile(qnl::testing::SingleCell(qnl::kernel::CellType::Hexa), path);
     ASSERT_EQ(kernel.ReadMeshData(path.data(), 0), 1);
     kernel.InitialzeSearch(1);

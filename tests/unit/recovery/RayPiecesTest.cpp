@@ -8,7 +8,7 @@
 #include <random>
 #include <stdexcept>
 
-#include "kernel/mesh/PointMath.h"
+#include "base/Vector3.h"
 #include "support/BruteRay.h"
 #include "support/RecordedMesh.h"
 
@@ -23,7 +23,7 @@ using testing::RecordedMesh;
 using testing::RecordedRays;
 
 Point Unit(const Point& p) {
-    const double length = kernel::Length(p);
+    const double length = Length(p);
     return {p[0] / length, p[1] / length, p[2] / length};
 }
 
@@ -47,13 +47,13 @@ std::vector<Start> Starts(const kernel::MeshData& mesh, const BruteRay& brute) {
         const Point& place = mesh.points[static_cast<std::size_t>(node)];
         const Point& other = mesh.points[random() % mesh.points.size()];
         const Point inward = brute.InwardDirection(node);
-        if (kernel::Length(inward) > 0.5) {
+        if (Length(inward) > 0.5) {
             starts.push_back({place, inward});
         }
         starts.push_back({place, {0.0, 0.0, place[2] > 0.5 ? -1.0 : 1.0}});
         starts.push_back({place, Unit({number(), number(), number()})});
         if (other != place) {
-            starts.push_back({place, Unit(kernel::Minus(other, place))});
+            starts.push_back({place, Unit(Minus(other, place))});
         }
     }
     return starts;
@@ -121,10 +121,8 @@ void CheckRay(const RecordedMesh& mesh, RecordedRays& rays, const BruteRay& brut
         }
         const Point entry = PlaceOf(mesh, piece, piece.atFrom);
         const Point exit = PlaceOf(mesh, piece, piece.atTo);
-        EXPECT_LT(kernel::Length(kernel::Minus(entry, Along(start.origin, start.direction, piece.from))),
-                  1e-9 * h);
-        EXPECT_LT(kernel::Length(kernel::Minus(exit, Along(start.origin, start.direction, piece.to))),
-                  1e-9 * h);
+        EXPECT_LT(Length(Minus(entry, Along(start.origin, start.direction, piece.from))), 1e-9 * h);
+        EXPECT_LT(Length(Minus(exit, Along(start.origin, start.direction, piece.to))), 1e-9 * h);
         const double low = std::min(*std::min_element(piece.atFrom.begin(), piece.atFrom.end()),
                                     *std::min_element(piece.atTo.begin(), piece.atTo.end()));
         EXPECT_GT(low, -1e-5) << "outside its tetra";
@@ -224,7 +222,7 @@ TEST(RayPieces, EndWhereTheSolidIsLeft) {
         for (int j = 1; j < 20; ++j) {
             const Point origin{0.3 + 0.03 * i, 0.0, 0.9};
             const Point target{0.3 + 0.03 * j, 0.97, 0.1};
-            const Point direction = Unit(kernel::Minus(target, origin));
+            const Point direction = Unit(Minus(target, origin));
             const BruteRay::Result walk = brute.Find(origin, direction);
             if (walk.ids.empty() || walk.narrowest < 1e-6L) {
                 continue;
@@ -235,7 +233,7 @@ TEST(RayPieces, EndWhereTheSolidIsLeft) {
                 end = std::max(end, pieces.first[p].to);
             }
             EXPECT_NEAR(end, walk.insideEnd, 1e-6);
-            left = left || walk.insideEnd < 0.9 * kernel::Length(kernel::Minus(target, origin));
+            left = left || walk.insideEnd < 0.9 * Length(Minus(target, origin));
         }
     }
     EXPECT_TRUE(left);

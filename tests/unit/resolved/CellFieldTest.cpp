@@ -57,7 +57,7 @@ std::vector<Oblique> ObliqueRays() {
     std::vector<Oblique> rays;
     for (int i = 0; i < 40; ++i) {
         Point direction{number() - 0.5, number() - 0.5, 0.6};
-        const double length = kernel::Length(direction);
+        const double length = Length(direction);
         for (double& component : direction) {
             component /= length;
         }
