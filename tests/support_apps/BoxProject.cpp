@@ -1,4 +1,4 @@
-#include "BoxProject.h"
+#include "support_apps/BoxProject.h"
 
 #include <algorithm>
 #include <cmath>

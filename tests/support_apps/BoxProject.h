@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "series/ResultSeries.h"
+#include "series/SeriesFiles.h"
 #include "support/MeshBuilder.h"
 #include "support/ScratchFolder.h"
 
@@ -28,7 +28,7 @@ public:
     int Label(const qnl::kernel::Point& place) const;
     std::string Folder() const { return folder_.Path(); }
     std::string File(const std::string& name) const { return folder_.File("Analysis/Run1/" + name); }
-    qnl::series::SeriesWords Words() const { return {{Folder()}, false}; }
+    qnl::series::SeriesFiles Series() const { return qnl::series::FindSeriesFiles({{Folder()}, false}); }
 
 private:
     qnl::kernel::MeshData mesh_;

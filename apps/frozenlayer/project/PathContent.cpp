@@ -1,4 +1,4 @@
-#include "project/FileKind.h"
+#include "project/PathContent.h"
 
 #include <array>
 #include <string>
@@ -16,9 +16,9 @@ namespace {
 constexpr std::string_view kSearchVersion("\xE9\x03\x00\x00", 4);
 static_assert(0x3E9 == 1001);
 
-FileKind RecogniseHdf5(std::string_view path) {
+PathContent RecogniseHdf5(std::string_view path) {
     const hdf5::InputFile file(path);
-    return file.Exists("/VTKHDF") ? FileKind::Mesh : FileKind::Result;
+    return file.Exists("/VTKHDF") ? PathContent::Mesh : PathContent::Result;
 }
 
 std::string ReadStart(std::string_view path) {
@@ -35,27 +35,27 @@ std::string ReadStart(std::string_view path) {
     return start;
 }
 
-FileKind RecogniseStart(const std::string& start) {
+PathContent RecogniseStart(const std::string& start) {
     if (std::string_view(start).substr(0, kSearchVersion.size()) == kSearchVersion) {
-        return FileKind::Search;
+        return PathContent::Search;
     }
     if (Holds(start, std::string_view("\0", 1))) {
-        return FileKind::Unknown;
+        return PathContent::Unknown;
     }
     if (Holds(start, "[HEADER]")) {
-        return FileKind::AsciiResult;
+        return PathContent::AsciiResult;
     }
     if (Holds(start, "[MESH]") || Holds(start, "[MATERIAL]")) {
-        return FileKind::RunFile;
+        return PathContent::RunFile;
     }
-    return Holds(start, "kind") && Holds(start, "=") ? FileKind::Material : FileKind::Unknown;
+    return Holds(start, "kind") && Holds(start, "=") ? PathContent::Material : PathContent::Unknown;
 }
 
 }  // namespace
 
-FileKind RecogniseFile(std::string_view path) {
+PathContent RecognisePath(std::string_view path) {
     if (FolderExists(path)) {
-        return FileKind::Folder;
+        return PathContent::Folder;
     }
     if (!FileExists(path)) {
         throw InputProblem(NativePath(path) + " is missing");

@@ -5,9 +5,9 @@
 namespace qnl::project {
 
 /// What stands at a path, told by content.
-enum class FileKind { Folder, Mesh, Result, AsciiResult, Search, RunFile, Material, Unknown };
+enum class PathContent { Folder, Mesh, Result, AsciiResult, Search, RunFile, Material, Unknown };
 
 /// Raises InputProblem when nothing is there or it cannot be read.
-FileKind RecogniseFile(std::string_view path);
+PathContent RecognisePath(std::string_view path);
 
 }  // namespace qnl::project

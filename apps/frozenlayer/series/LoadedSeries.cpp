@@ -1,6 +1,7 @@
-#include "series/SeriesResults.h"
+#include "series/LoadedSeries.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/MortonOrder.h"
 
@@ -9,7 +10,7 @@ namespace qnl::series {
 namespace {
 
 /// At most `most` nodes with a profile, at equal steps along the curve.
-std::vector<int> SpreadNodes(const SeriesResults& loaded, std::size_t most) {
+std::vector<int> SpreadNodes(const LoadedSeries& loaded, std::size_t most) {
     std::vector<int> candidates;
     for (const int node : loaded.order) {
         if (HasProfile(loaded.project, loaded.surface, loaded.rays, static_cast<std::size_t>(node))) {
@@ -25,7 +26,7 @@ std::vector<int> SpreadNodes(const SeriesResults& loaded, std::size_t most) {
 }
 
 /// Empty when the temperatures of all output times can be read.
-std::string WhyNoHistory(const SeriesResults& loaded) {
+std::string WhyNoHistory(const LoadedSeries& loaded) {
     if (!loaded.project.HasTemperatures()) {
         return "The stage has no temperatures: there are no profiles and no times to freeze.";
     }
@@ -40,12 +41,20 @@ std::string WhyNoHistory(const SeriesResults& loaded) {
 
 }  // namespace
 
-SeriesResults LoadSeriesResults(const SeriesWords& words, std::size_t profileNodes) {
-    ResultSeries series = FindResultSeries(words);
+LoadedSeries LoadSeries(SeriesFiles series, std::size_t profileNodes) {
     OpenedProject project(series);
-    SeriesResults loaded{std::move(series), std::move(project), {}, {}, {}, {}, {}, {}, {}, {}};
+    const std::vector<results::ResultFileContent> contents = ReadResults(series);
+    if (!project.FreezeTemperature()) {
+        ForgivePackingIndexOfThermoset();
+    }
+    return LoadSeries(std::move(series), std::move(project), contents, profileNodes);
+}
+
+LoadedSeries LoadSeries(SeriesFiles series, OpenedProject project,
+                        const std::vector<results::ResultFileContent>& contents, std::size_t profileNodes) {
+    LoadedSeries loaded{std::move(series), std::move(project), {}, {}, {}, {}, {}, {}, {}, {}};
     loaded.surface = SurfaceOf(loaded.project);
-    loaded.results = ReadSurfaceSeries(loaded.series, loaded.project, loaded.surface);
+    loaded.results = ResultsOnSurface(loaded.series, contents, loaded.project, loaded.surface);
     loaded.rays = TraceSurfaceRays(loaded.project, loaded.surface);
     loaded.order = MortonOrder(loaded.surface.points);
     loaded.withoutHistory = WhyNoHistory(loaded);

@@ -1,8 +1,10 @@
-#include "series/ResultSeries.h"
+#include "series/SeriesFiles.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <optional>
+#include <utility>
 
 #include "project/FaultReport.h"
 #include "results/ResultFile.h"
@@ -97,7 +99,7 @@ double Decimal(double seconds) {
     return number;
 }
 
-void OrderTimes(ResultSeries& series) {
+void OrderTimes(SeriesFiles& series) {
     auto& times = series.times;
     series.realTimes = std::all_of(times.begin(), times.end(),
                                    [](const SeriesTime& time) { return time.time.seconds.has_value(); });
@@ -122,42 +124,49 @@ bool ComesFromSmoothedNormals(const std::string& resultFile) {
 }
 
 bool ComesFromSmoothedNormals(const std::vector<SeriesTime>& times) {
-    const bool first = ComesFromSmoothedNormals(times.front().resultFile);
+    std::optional<bool> first;
     for (const SeriesTime& time : times) {
-        if (ComesFromSmoothedNormals(time.resultFile) != first) {
+        const bool smoothed = ComesFromSmoothedNormals(time.resultFile);
+        if (smoothed != first.value_or(smoothed)) {
             throw project::InputProblem(
                 project::NativePath(time.resultFile) + " and " +
                 project::NativePath(times.front().resultFile) +
                 " are of different runs, of which one smoothed the normals and one did not:"
                 " make all results again with frozenlayer run");
         }
+        first = smoothed;
     }
-    return first;
+    return *first;
 }
 
 }  // namespace
 
-ResultSeries FindResultSeries(const SeriesWords& named) {
-    const std::vector<std::string>& words = named.words;
-    ResultSeries series;
+SeriesFiles OrderSeriesFiles(project::StageFile base, std::vector<SeriesTime> times, bool smoothedNormals) {
+    SeriesFiles series{std::move(base), std::move(times), false, smoothedNormals};
+    OrderTimes(series);
+    return series;
+}
+
+SeriesFiles FindSeriesFiles(const SeriesSelection& named) {
+    const std::vector<std::string>& words = named.paths;
     const std::string& first = words.front();
     const bool single = words.size() == 1 && !named.onlyThese;
     const project::StageFile file =
         single && project::FolderExists(first) ? StageFileOfFolder(first) : StageFileOfWord(first);
-    series.base = file.AtIndex(0);
+    const project::StageFile base = file.AtIndex(0);
     const std::set<int> indices =
-        single ? project::ExistingIndices(ResultOf(series.base)) : IndicesOfWords(series.base, words);
+        single ? project::ExistingIndices(ResultOf(base)) : IndicesOfWords(base, words);
     if (indices.empty()) {
-        RefuseWithoutResult(ResultOf(series.base).Path());
+        RefuseWithoutResult(ResultOf(base).Path());
     }
+    std::vector<SeriesTime> times;
     for (const int index : indices) {
-        const project::StageFile stage = series.base.AtIndex(index);
+        const project::StageFile stage = base.AtIndex(index);
         const project::StageSummary summary = project::ReadStageSummary(stage.Path());
-        series.times.push_back({{index, summary.seconds}, stage.Path(), ResultOf(stage).Path(), 0.0});
+        times.push_back({{index, summary.seconds}, stage.Path(), ResultOf(stage).Path(), 0.0});
     }
-    series.smoothedNormals = ComesFromSmoothedNormals(series.times);
-    OrderTimes(series);
-    return series;
+    const bool smoothed = ComesFromSmoothedNormals(times);
+    return OrderSeriesFiles(base, std::move(times), smoothed);
 }
 
 }  // namespace qnl::series

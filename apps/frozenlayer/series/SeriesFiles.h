@@ -16,8 +16,8 @@ struct SeriesTime {
     double axis = 0.0;  ///< place on the axis of the series: s, or the position from 1
 };
 
-/// The frozen-layer results of one stage of one run, in the order of time.
-struct ResultSeries {
+/// The files of the frozen-layer results of one stage of one run, in the order of time.
+struct SeriesFiles {
     project::StageFile base;  ///< stage file of the base time; it need not be there
     std::vector<SeriesTime> times;
     bool realTimes =
@@ -28,18 +28,21 @@ struct ResultSeries {
     const char* AxisUnit() const { return realTimes ? "s" : ""; }
 };
 
-/// Words that stand for a series. One word: a project folder (its latest run, the first stage that has
-/// results), or a result or stage file, which stands for all times of its series. Several words: files of one
+/// The paths that a user names a series by. One path: a project folder (its latest run, the first stage that
+/// has results), or a result or stage file, which stands for all times of its series. Several: files of one
 /// series, which stand for exactly those times.
-struct SeriesWords {
-    std::vector<std::string> words;
+struct SeriesSelection {
+    std::vector<std::string> paths;
     bool onlyThese = false;  ///< a single file stands for its own time only
 };
 
-/// The series that the words stand for. Raises InputProblem.
-ResultSeries FindResultSeries(const SeriesWords& named);
+/// A series of these times, put into their order, which also decides their places on the axis.
+SeriesFiles OrderSeriesFiles(project::StageFile base, std::vector<SeriesTime> times, bool smoothedNormals);
 
-/// Options of a command for people that takes such words.
+/// The series that is named. Raises InputProblem.
+SeriesFiles FindSeriesFiles(const SeriesSelection& named);
+
+/// What the help says of an argument that names a series.
 inline constexpr const char* kSeriesHelp =
     "Frozen-layer result (.fzr, .pzr, .czr, .hczr, .wzr), which stands for all output times beside it; "
     "several "

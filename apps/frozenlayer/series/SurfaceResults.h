@@ -4,8 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "results/ResultFile.h"
 #include "series/OpenedProject.h"
-#include "series/ResultSeries.h"
+#include "series/SeriesFiles.h"
 
 namespace qnl::series {
 
@@ -22,8 +23,8 @@ struct Surface {
 
 Surface SurfaceOf(const OpenedProject& project);
 
-/// One item of the results at all output times.
-struct SeriesItem {
+/// One item of the results of a series, at all its output times.
+struct ItemOverTime {
     int id = 0;
     std::string name;                        ///< as people say it
     std::string unit;                        ///< as people write it, "" for none
@@ -32,15 +33,23 @@ struct SeriesItem {
 };
 
 /// The results of a series by surface node.
-struct SurfaceSeries {
-    std::vector<SeriesItem> items;             ///< ascending by id
+struct SurfaceResults {
+    std::vector<ItemOverTime> items;           ///< ascending by id
     std::vector<std::vector<char>> hasResult;  ///< by time, then by surface node: 1 when the result names it
 };
 
-/// Reads every result of the series. Raises InputProblem for a result that cannot be read or names nodes that
-/// the surface does not have.
-SurfaceSeries ReadSurfaceSeries(const ResultSeries& series, const OpenedProject& project,
-                                const Surface& surface);
+/// What the result files of a series hold, by time. Raises InputProblem for one that cannot be read.
+std::vector<results::ResultFileContent> ReadResults(const SeriesFiles& series);
+
+/// Takes back the faults recorded on reading results about values of the packing index that are not finite:
+/// for a thermoset its formula divides by a freeze density of 0.
+void ForgivePackingIndexOfThermoset();
+
+/// Puts the results of a series on the surface; `contents` by time. Raises InputProblem for a result that
+/// names nodes that the surface does not have.
+SurfaceResults ResultsOnSurface(const SeriesFiles& series,
+                                const std::vector<results::ResultFileContent>& contents,
+                                const OpenedProject& project, const Surface& surface);
 
 /// Name and unit of an item for labels: "Frozen ratio [%]", the name alone without a unit.
 std::string Label(const std::string& name, const std::string& unit);

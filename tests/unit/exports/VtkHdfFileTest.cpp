@@ -58,13 +58,13 @@ TEST_P(HdfFileTest, HoldsTheArraysAndNumbers) {
     EXPECT_EQ(file.Read<double>("/VTKHDF/FieldData/TimeValue", kMost), std::vector<double>{0.1});
 }
 
-INSTANTIATE_TEST_SUITE_P(Storages, HdfFileTest, testing::Values(Storage::Plain, Storage::Compressed));
+INSTANTIATE_TEST_SUITE_P(Storages, HdfFileTest, testing::Values(Storage::Uncompressed, Storage::Compressed));
 
 TEST(WriteHdfSurface, AFileThatCannotBeWrittenIsAFault) {
     const ScratchFolder folder;
     qnl::TakeFaults();
     EXPECT_FALSE(qnl::exports::WriteHdfSurface(folder.File("none/x.hdf"), SampleSurface(), SampleFrame(),
-                                               Storage::Plain));
+                                               Storage::Uncompressed));
     EXPECT_EQ(qnl::TakeFaults().size(), 1U);
 }
 

@@ -55,7 +55,8 @@ Written WriteSurface(VtkKind kind, const ExportSurface& surface, const ExportFra
 }
 
 TEST(WriteVtkSurface, ArraysStandBehindEachOtherAfterTheirLengths) {
-    const Written file = WriteSurface(VtkKind::PolyData, SampleSurface(), SampleFrame(), Storage::Plain);
+    const Written file =
+        WriteSurface(VtkKind::PolyData, SampleSurface(), SampleFrame(), Storage::Uncompressed);
     EXPECT_TRUE(Holds(file.head, "<Piece NumberOfPoints=\"5\" NumberOfPolys=\"2\">"));
     EXPECT_TRUE(Holds(file.head, "Name=\"TimeValue\" NumberOfTuples=\"1\" format=\"ascii\">0.1<"));
     EXPECT_FALSE(Holds(file.head, "compressor"));
@@ -80,7 +81,7 @@ TEST(WriteVtkSurface, ArraysStandBehindEachOtherAfterTheirLengths) {
 }
 
 TEST(WriteVtkSurface, AGridTellsTheTypesOfItsCells) {
-    const Written file = WriteSurface(VtkKind::UnstructuredGrid, SampleSurface(), {}, Storage::Plain);
+    const Written file = WriteSurface(VtkKind::UnstructuredGrid, SampleSurface(), {}, Storage::Uncompressed);
     EXPECT_TRUE(Holds(file.head, "<Piece NumberOfPoints=\"5\" NumberOfCells=\"2\">"));
     EXPECT_TRUE(
         Holds(file.head, "Name=\"types\" NumberOfComponents=\"1\" format=\"appended\" offset=\"184\""));
@@ -90,7 +91,7 @@ TEST(WriteVtkSurface, AGridTellsTheTypesOfItsCells) {
 TEST(WriteVtkSurface, NamesAreSafeInXml) {
     ExportFrame frame;
     frame.arrays.push_back({"a<b & \"c\"", 1, std::vector<int>(5)});
-    EXPECT_TRUE(Holds(WriteSurface(VtkKind::PolyData, SampleSurface(), frame, Storage::Plain).head,
+    EXPECT_TRUE(Holds(WriteSurface(VtkKind::PolyData, SampleSurface(), frame, Storage::Uncompressed).head,
                       "Name=\"a&lt;b &amp; &quot;c&quot;\""));
 }
 
@@ -147,7 +148,7 @@ TEST(WriteVtkSurface, AFileThatCannotBeWrittenIsAFault) {
     const ScratchFolder folder;
     qnl::TakeFaults();
     EXPECT_FALSE(qnl::exports::WriteVtkSurface(folder.File("none/x.vtp"), VtkKind::PolyData, SampleSurface(),
-                                               {}, Storage::Plain));
+                                               {}, Storage::Uncompressed));
     EXPECT_EQ(qnl::TakeFaults().size(), 1U);
 }
 

@@ -8,10 +8,10 @@
 
 namespace {
 
+using qnl::page::Integers;
 using qnl::page::LevelOf;
 using qnl::page::Levels;
 using qnl::page::ValueRange;
-using qnl::page::Words;
 using Bytes = std::vector<unsigned char>;
 
 constexpr double kLastLevel = 65527.0;
@@ -65,12 +65,12 @@ std::vector<Number> Decode(const std::string& block, std::size_t count,
     return numbers;
 }
 
-TEST(RangeOf, LeavesOutWhatIsNoNumber) {
+TEST(FiniteRange, LeavesOutWhatIsNoNumber) {
     const float infinity = std::numeric_limits<float>::infinity();
-    const ValueRange range = qnl::page::RangeOf({{kNothing, 3.0F, -2.0F}, {}, {infinity, 7.5F}});
+    const ValueRange range = qnl::page::FiniteRange({{kNothing, 3.0F, -2.0F}, {}, {infinity, 7.5F}});
     EXPECT_EQ(range.min, -2.0);
     EXPECT_EQ(range.max, 7.5);
-    EXPECT_EQ(qnl::page::RangeOf({{kNothing}}).max, 0.0);
+    EXPECT_EQ(qnl::page::FiniteRange({{kNothing}}).max, 0.0);
 }
 
 TEST(LevelOf, SpreadsTheRangeOverTheLevels) {
@@ -116,13 +116,13 @@ TEST(EncodeBlock, LevelsComeBackWithEveryStepOfTheRange) {
 }
 
 TEST(EncodeBlock, WordsComeBack) {
-    const Words words{0U, 0xFFFFFFFFU, 0x80000000U, 1U, 0x7FFFFFFFU};
+    const Integers words{0U, 0xFFFFFFFFU, 0x80000000U, 1U, 0x7FFFFFFFU};
     EXPECT_EQ(Decode<std::uint32_t>(qnl::page::EncodeBlock(words), 5), words);
-    EXPECT_EQ(Decode<std::uint32_t>(qnl::page::EncodeBlock(Words{}), 0), Words{});
+    EXPECT_EQ(Decode<std::uint32_t>(qnl::page::EncodeBlock(Integers{}), 0), Integers{});
 }
 
 TEST(BitsOf, AreThoseOfSinglePrecision) {
-    EXPECT_EQ(qnl::page::BitsOf({1.0F, -2.0F}), (Words{0x3F800000U, 0xC0000000U}));
+    EXPECT_EQ(qnl::page::BitsOf({1.0F, -2.0F}), (Integers{0x3F800000U, 0xC0000000U}));
 }
 
 }  // namespace

@@ -6,9 +6,9 @@
 #include <cmath>
 #include <sstream>
 
-#include "BoxProject.h"
 #include "project/ProjectPaths.h"
 #include "support/CapturedOutput.h"
+#include "support_apps/BoxProject.h"
 
 namespace {
 
@@ -44,7 +44,7 @@ struct ProbeTest : testing::Test {
                 [](const Point& place) { return OnSurfaceOfCubes(place) ? 1.0 : std::nan(""); });
         }
     }
-    ProbeRequest Request() const { return {project.Words(), {}, {}, {}, false}; }
+    ProbeRequest Request() const { return {{{project.Folder()}, false}, {}, {}, {}, false}; }
 
     BoxProject project{Cubes()};
 };

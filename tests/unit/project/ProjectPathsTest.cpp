@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "Refusal.h"
 #include "project/ProjectInputs.h"
 #include "support/ScratchFolder.h"
+#include "support_apps/Refusal.h"
 
 namespace {
 

@@ -5,15 +5,15 @@
 #include <cmath>
 #include <limits>
 
-#include "BoxProject.h"
-#include "series/SeriesResults.h"
+#include "series/LoadedSeries.h"
+#include "support_apps/BoxProject.h"
 
 namespace {
 
 using qnl::kernel::Point;
 using qnl::series::FirstTimeBelow;
 using qnl::series::FreezeStatus;
-using qnl::series::SeriesResults;
+using qnl::series::LoadedSeries;
 
 constexpr double kFreeze = 130.0;
 constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
@@ -46,7 +46,7 @@ struct HistoryTest : testing::Test {
         project.AddTime(1, 1.0F, Along(first), Nothing);
         project.AddTime(0, 3.0F, Along(last), Nothing);
     }
-    static std::size_t Number(const BoxProject& project, const SeriesResults& loaded, const Point& place) {
+    static std::size_t Number(const BoxProject& project, const LoadedSeries& loaded, const Point& place) {
         const auto label = static_cast<std::size_t>(project.Label(place));
         return static_cast<std::size_t>(loaded.surface.numberOfNode[label]);
     }
@@ -55,7 +55,7 @@ struct HistoryTest : testing::Test {
 TEST_F(HistoryTest, NodesFreezeWithTheHottestElementOfTheirRay) {
     const BoxProject project(Cubes());
     AddTimes(project, 100.0, 80.0);
-    const SeriesResults loaded = qnl::series::LoadSeriesResults(project.Words(), 0);
+    const LoadedSeries loaded = qnl::series::LoadSeries(project.Series(), 0);
     const std::size_t early = Number(project, loaded, {2.0, 1.0, 2.0});
     const std::size_t late = Number(project, loaded, {3.0, 1.0, 2.0});
     EXPECT_NEAR(loaded.history->hottest[0][late], 135.0, 1e-9);
@@ -68,7 +68,7 @@ TEST_F(HistoryTest, NodesFreezeWithTheHottestElementOfTheirRay) {
 TEST_F(HistoryTest, NeverFrozenIsAStatusWithoutATime) {
     const BoxProject project(Cubes());
     AddTimes(project, 140.0, 100.0);
-    const SeriesResults loaded = qnl::series::LoadSeriesResults(project.Words(), 0);
+    const LoadedSeries loaded = qnl::series::LoadSeries(project.Series(), 0);
     const std::size_t hot = Number(project, loaded, {3.0, 1.0, 0.0});
     EXPECT_EQ(loaded.history->status[hot], FreezeStatus::NeverFrozen);
     EXPECT_TRUE(std::isnan(loaded.history->timeToFreeze[hot]));
@@ -77,7 +77,7 @@ TEST_F(HistoryTest, NeverFrozenIsAStatusWithoutATime) {
 TEST_F(HistoryTest, SharesAreThoseOfMeanCornerTemperatures) {
     const BoxProject project(Cubes());
     AddTimes(project, 100.0, 80.0);
-    const qnl::series::FreezeHistory history = *qnl::series::LoadSeriesResults(project.Words(), 0).history;
+    const qnl::series::FreezeHistory history = *qnl::series::LoadSeries(project.Series(), 0).history;
     ASSERT_EQ(history.frozenVolume.size(), 2U);
     EXPECT_NEAR(history.frozenVolume[0], 75.0, 1e-9);
     EXPECT_NEAR(history.frozenVolume[1], 100.0, 1e-9);
@@ -90,7 +90,7 @@ TEST_F(HistoryTest, TheRunnerCountsForNothing) {
     box.region = [](const Point& middle) { return middle[0] > 3.0 ? 1 : 0; };
     const BoxProject project(box);
     AddTimes(project, 110.0, 80.0);
-    const SeriesResults loaded = qnl::series::LoadSeriesResults(project.Words(), 0);
+    const LoadedSeries loaded = qnl::series::LoadSeries(project.Series(), 0);
     EXPECT_NEAR(loaded.history->frozenVolume[0], 100.0 * 8.0 / 12.0, 1e-9);
     EXPECT_NEAR(loaded.history->frozenSurface[0], 100.0 * 20.0 / 28.0, 1e-9);
     const std::size_t runner = Number(project, loaded, {4.0, 1.0, 1.0});
@@ -103,7 +103,7 @@ TEST_F(HistoryTest, WithoutAFreezeTemperatureNothingFreezes) {
     const BoxProject project(Cubes());
     project.MakeThermoset();
     AddTimes(project, 100.0, 80.0);
-    const qnl::series::FreezeHistory history = *qnl::series::LoadSeriesResults(project.Words(), 0).history;
+    const qnl::series::FreezeHistory history = *qnl::series::LoadSeries(project.Series(), 0).history;
     EXPECT_FALSE(history.Freezes());
     EXPECT_EQ(history.frozenVolume[1], 0.0);
     for (const FreezeStatus status : history.status) {
@@ -118,7 +118,7 @@ TEST_F(HistoryTest, ProfilesHoldOneSampleADepth) {
     };
     project.AddTime(1, 1.0F, downwards(100.0), Nothing);
     project.AddTime(0, 2.0F, downwards(90.0), Nothing);
-    SeriesResults loaded = qnl::series::LoadSeriesResults(project.Words(), 0);
+    LoadedSeries loaded = qnl::series::LoadSeries(project.Series(), 0);
     loaded.profiles = {};
     loaded.profiles.nodes = {static_cast<int>(Number(project, loaded, {2.0, 1.0, 2.0}))};
     qnl::series::ReadFreezeHistory(loaded.project, loaded.series, loaded.surface, loaded.rays,

@@ -6,7 +6,7 @@
 #include <limits>
 #include <memory>
 
-#include "BoxProject.h"
+#include "support_apps/BoxProject.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ struct RaysTest : testing::Test {
         project_.AddTime(
             0, 1.0F, [](const Point& place) { return 100.0 + 10.0 * place[2]; },
             [](const Point& place) { return OnSurfaceOfCubes(place) ? 1.0 : kNothing; }, normals);
-        series_ = qnl::series::FindResultSeries(project_.Words());
+        series_ = project_.Series();
         opened_ = std::make_unique<qnl::series::OpenedProject>(series_);
         surface_ = qnl::series::SurfaceOf(*opened_);
         rays_ = qnl::series::TraceSurfaceRays(*opened_, surface_);
@@ -34,7 +34,7 @@ struct RaysTest : testing::Test {
     }
 
     BoxProject project_{Cubes()};
-    qnl::series::ResultSeries series_;
+    qnl::series::SeriesFiles series_;
     std::unique_ptr<qnl::series::OpenedProject> opened_;
     qnl::series::Surface surface_;
     qnl::series::SurfaceRays rays_;
@@ -100,9 +100,9 @@ TEST_F(RaysTest, ResultsOfBothKindsInOneSeriesAreRefused) {
     Open(BoxProject::Normals::Smoothed);
     const auto one = [](const Point&) { return 1.0; };
     project_.AddTime(1, 0.5F, one, [](const Point& p) { return OnSurfaceOfCubes(p) ? 1.0 : kNothing; });
-    EXPECT_THROW(qnl::series::FindResultSeries(project_.Words()), qnl::project::InputProblem);
-    EXPECT_FALSE(qnl::series::FindResultSeries({{project_.File("box1_001.fzr")}, true}).smoothedNormals);
-    EXPECT_TRUE(qnl::series::FindResultSeries({{project_.File("box1.fzr")}, true}).smoothedNormals);
+    EXPECT_THROW(project_.Series(), qnl::project::InputProblem);
+    EXPECT_FALSE(qnl::series::FindSeriesFiles({{project_.File("box1_001.fzr")}, true}).smoothedNormals);
+    EXPECT_TRUE(qnl::series::FindSeriesFiles({{project_.File("box1.fzr")}, true}).smoothedNormals);
 }
 
 }  // namespace

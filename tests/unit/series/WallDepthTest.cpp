@@ -5,9 +5,9 @@
 #include <array>
 #include <cmath>
 
-#include "BoxProject.h"
 #include "job/EntryRoutine.h"
 #include "support/CapturedOutput.h"
+#include "support_apps/BoxProject.h"
 
 namespace {
 

@@ -1,14 +1,11 @@
+#include "text/ProgressBar.h"
+
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-#include "project/WrittenFiles.h"
-#include "support/ScratchFolder.h"
-#include "text/ProgressBar.h"
-
 namespace {
 
-using qnl::project::WrittenFiles;
 using qnl::text::ProgressBar;
 
 TEST(ProgressBar, IsRedrawnInPlaceOnATerminal) {
@@ -51,17 +48,6 @@ TEST(ProgressBar, ElsewhereOnlyLinesAppearAtFirst) {
     bar.Show(0.5, "now");
     bar.Line("done");
     EXPECT_EQ(out.str(), "done\n");
-}
-
-TEST(WrittenFiles, AreTheNewAndChangedOnes) {
-    const ScratchFolder folder;
-    folder.Write("a/same.txt", "1");
-    folder.Write("a/changed.txt", "1");
-    const WrittenFiles written({folder.Path() + "\\a", folder.Path() + "\\missing"});
-    folder.Write("a/changed.txt", "12");
-    folder.Write("a/new.txt", "");
-    EXPECT_EQ(written.List(),
-              (std::vector<std::string>{folder.Path() + "/a/changed.txt", folder.Path() + "/a/new.txt"}));
 }
 
 }  // namespace
