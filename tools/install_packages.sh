@@ -4,7 +4,8 @@
 #   tools/install_packages.sh build|import|test|page|mutation|openfoam ...
 set -euo pipefail
 
-build_packages=(g++ cmake ninja-build libhdf5-dev libcli11-dev libtomlplusplus-dev libboost-dev libeigen3-dev zlib1g-dev git ca-certificates)
+build_packages=(g++ cmake ninja-build libhdf5-dev libcli11-dev libtomlplusplus-dev libboost-dev libeigen3-dev
+                nlohmann-json3-dev zlib1g-dev git ca-certificates)
 import_packages=(libvtk9-dev)
 test_packages=(clang clang-format clang-tidy libomp-dev libgtest-dev libbenchmark-dev python3-h5py python3-numpy)
 # The page's tests; Node.js may as well come from elsewhere than Debian.

@@ -93,6 +93,17 @@ std::vector<int>& PrepareQuery(MeshKernelState& state, int slot) {
 
 }  // namespace
 
+KernelMesh TakeMesh(CQNLOptKer& kernel) {
+    return std::move(kernel.m_pState->mesh);
+}
+
+void AdoptMesh(CQNLOptKer& kernel, KernelMesh mesh) {
+    kernel.m_pState->mesh = std::move(mesh);
+    kernel.m_pState->tree.Clear();
+    kernel.m_pState->treeLacksMesh = true;
+    Publish(kernel.m_pState->mesh, kernel);
+}
+
 }  // namespace qnl::kernel
 
 CQNLOptKer::CQNLOptKer() : m_pState(std::make_unique<qnl::kernel::MeshKernelState>().release()) {}
@@ -127,8 +138,7 @@ void CQNLOptKer::getMsgPtr(CQNLKNLogErrMsgTool* logTool) {
 
 int CQNLOptKer::ReadMeshData(char* path, int) {
     try {
-        qnl::kernel::KernelMesh mesh = qnl::kernel::LoadKernelMesh(path);
-        m_pState->mesh = std::move(mesh);
+        qnl::kernel::AdoptMesh(*this, qnl::kernel::LoadKernelMesh(path));
     } catch (const qnl::kernel::MeshFault& fault) {
         return qnl::kernel::ReportUnreadable(path, fault.what());
     } catch (const std::bad_alloc&) {
@@ -138,9 +148,6 @@ int CQNLOptKer::ReadMeshData(char* path, int) {
     } catch (const std::exception& error) {
         return qnl::kernel::ReportUnreadable(path, qnl::kernel::WithFile(path, error.what()).what());
     }
-    m_pState->tree.Clear();
-    m_pState->treeLacksMesh = true;
-    qnl::kernel::Publish(m_pState->mesh, *this);
     if (m_nLogLevel > 0) {
         qnl::kernel::ReportCounts(m_pState->mesh);
     }

@@ -71,7 +71,7 @@ KernelMesh DeriveKernelMesh(MeshData mesh) {
     CheckSizes(kernel);
     kernel.box = BoundingBox(mesh.points);
     kernel.epsilon = RayEpsilon(kernel.meshSize, mesh.singlePrecision);
-    volumes = {};
+    kernel.cellVolumes = std::move(volumes);
     kernel.rays =
         std::make_unique<RayWalker>(std::move(faces.topology), kernel.meshSize, mesh.singlePrecision);
     TakeEntities(mesh, faces.boundary, kernel);

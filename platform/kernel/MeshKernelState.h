@@ -18,6 +18,7 @@ struct KernelMesh {
     std::vector<NodeRecord> nodes;
     EntityRecords faces;
     EntityRecords cells;
+    std::vector<double> cellVolumes;  ///< mm3, 0-based, in the order of the file
     LabelArrays byLabel;
     std::vector<int> runnerCells;
     bool hasLabels = false;
@@ -33,6 +34,19 @@ struct KernelMesh {
 
 /// Reads a mesh file and derives everything from it. Raises qnl::MeshFault with a line that names the file.
 KernelMesh LoadKernelMesh(const char* path);
+
+}  // namespace qnl::kernel
+
+class CQNLOptKer;
+
+namespace qnl::kernel {
+
+/// Takes the mesh out of a kernel that is not used any more, for another one to adopt. What points into the
+/// mesh's arrays stays valid as long as the mesh lives.
+KernelMesh TakeMesh(CQNLOptKer& kernel);
+
+/// Gives a kernel a mesh as if it had read it.
+void AdoptMesh(CQNLOptKer& kernel, KernelMesh mesh);
 
 /// What a kernel owns.
 struct MeshKernelState {

@@ -193,8 +193,25 @@ class ExportTest(unittest.TestCase):
         self.assertEqual([time for time, _ in read_collection(project.root / "numbered.pvd")], [1, 2, 3])
         (project.root / "Material/pp.toml").write_text('kind = "thermoset"\n')
         noted = run("export", project.root, "--out", project.root / "thermoset")
+        self.assertEqual(noted.returncode, 0, noted.stderr)
         self.assertIn("The material has no freeze temperature: there are no times to freeze.\n", noted.stderr)
         self.assertNotIn("Freeze status", VtkFile(project.root / "thermoset_static.vtp").arrays)
+
+    def test_a_thermoset_is_no_fault(self):
+        """Its packing index is infinite everywhere, and nothing else is wrong."""
+        project = cooling_box(self)
+        (project.root / "Material/pp.toml").write_text('kind = "thermoset"\n')
+        done = run("run", project.root, "--export", project.root / "run")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        with h5py.File(project.file("box1.fzr")) as file:
+            self.assertFalse(numpy.isfinite(file["items/11"][()]).any())
+        self.assertNotIn("fault", export(self, project).stderr)
+        with h5py.File(project.file("box1.fzr"), "a") as file:
+            file["items/2"][0] = numpy.nan
+        told = run("export", project.root, "--out", project.root / "out", "--force")
+        self.assertEqual(told.returncode, 1)
+        self.assertIn("1 fault:", told.stderr)
+        self.assertIn("item 2: finite values expected", told.stderr)
 
     def test_names_without_a_file_are_refused(self):
         project = cooling_box(self)
@@ -205,6 +222,7 @@ class ExportTest(unittest.TestCase):
             with self.subTest(words=words):
                 result = run(*words)
                 self.assertEqual((result.returncode, result.stdout), (1, ""))
+                self.assertIn("--out: ", result.stderr)
                 self.assertIn("names no file", result.stderr)
         self.assertEqual(list(project.root.glob(".*")), [])
 

@@ -294,11 +294,30 @@ class RunTest(unittest.TestCase):
         os.close(master)
         return text.decode()
 
+    def test_a_missing_marker_log_is_told_once(self):
+        project = SmallProject(self, marker=False)
+        result = run("run", project.root)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(result.stderr.count("QNLIntermediateOutputTime.log"), 1, result.stderr)
+        self.assertIn(f"{project.file('QNLIntermediateOutputTime.log')} is missing: the normals are not smoothed",
+                      result.stderr)
+        for name in ("box1.k4c", "box1.k4w"):
+            self.assertNotIn("QNLIntermediateOutputTime.log", run("run", project.file(name)).stderr)
+
+    def test_the_name_of_an_export_is_looked_at_before_the_run(self):
+        project = SmallProject(self)
+        for name, text in ((f"{project.root}/", "names no file"), (project.root / "none/x", "none is no folder")):
+            with self.subTest(name=name):
+                result = run("run", project.root, "--export", name)
+                self.check_fails(result, "--export: ", text)
+                self.assertFalse(project.file("box1.fzr").exists())
+
     def test_full_standard_output_is_a_failure(self):
         if not pathlib.Path("/dev/full").exists():
             self.skipTest("no /dev/full here")
         project = SmallProject(self)
-        for words in (["run", project.root], ["info", project.root], ["probe", project.root, "--node", "1"]):
+        for words in (["run", project.root], ["info", project.root], ["probe", project.root, "--node", "1"],
+                      ["demo", project.root / "demo", "--cells", 2500, "--shape", "plate"], ["--help"]):
             with self.subTest(words[0]), open("/dev/full", "w", encoding="utf-8") as full:
                 result = subprocess.run([FROZENLAYER, *map(str, words)], stdout=full, stderr=subprocess.PIPE,
                                         encoding="utf-8", timeout=300, check=False)

@@ -28,7 +28,7 @@ class ShowTest(unittest.TestCase):
     def test_temporary_project_goes(self):
         result = self.show(*self.names)
         self.assertEqual(result.returncode, 0, result.stderr)
-        self.assertIn(f"Page: {self.page}", result.stdout)
+        self.assertIn(f"Page written:\n  {self.page}\n", result.stdout)
         self.assertIn("Output time 2 s", result.stdout)
         self.assertIn("The project was temporary; --keep FOLDER keeps its files", result.stdout)
         self.assertIn("<html", self.page.read_text()[:1000])

@@ -23,7 +23,7 @@ const std::map<std::string, demo::DemoStage> kStages{{"flow", demo::DemoStage::F
                                                      {"cool", demo::DemoStage::Cool},
                                                      {"warp", demo::DemoStage::Warp}};
 
-struct DemoWords {
+struct DemoChoice {
     std::string folder;
     std::string shape = "cover";
     std::string stage = "flow";
@@ -32,7 +32,7 @@ struct DemoWords {
     bool force = false;
 };
 
-void CheckTarget(const DemoWords& words) {
+void CheckTarget(const DemoChoice& words) {
     std::error_code unknown;
     const std::filesystem::file_status status = std::filesystem::symlink_status(words.folder, unknown);
     if (!std::filesystem::exists(status)) {
@@ -67,7 +67,7 @@ private:
     bool remove_;
 };
 
-int WriteDemo(const DemoWords& words) {
+bool WriteDemo(const DemoChoice& words) {
     CheckTarget(words);
     NewFolder folder(words.folder);
     demo::DemoRequest request;
@@ -82,7 +82,7 @@ int WriteDemo(const DemoWords& words) {
                      text::CountText(written.nodes, "node") + " with " +
                      text::CountText(written.times, "output time") + " of the " + words.stage +
                      " stage.\nEvaluate it with: frozenlayer run " + written.stageFile + "\n";
-    return 0;
+    return true;
 }
 
 template <typename Value>
@@ -95,7 +95,7 @@ std::vector<std::string> NamesOf(const std::map<std::string, Value>& table) {
     return names;
 }
 
-void AddOptions(Subcommand& command, DemoWords& words) {
+void AddOptions(Subcommand& command, DemoChoice& words) {
     command.Add("DIR", words.folder, "Folder of the project; it must not exist yet, see --force")
         .Type("PATH")
         .Required();
@@ -124,7 +124,7 @@ void AddOptions(Subcommand& command, DemoWords& words) {
 }  // namespace
 
 void AddDemoCommand(Program& program) {
-    auto words = std::make_shared<DemoWords>();
+    auto words = std::make_shared<DemoChoice>();
     Subcommand command = program.AddSubcommand(
         {"demo",
          "write a project with a generated part and an analytic cooling history",

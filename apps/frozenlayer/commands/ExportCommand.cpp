@@ -2,42 +2,49 @@
 
 #include <iostream>
 #include <memory>
+#include <utility>
 
 #include "exports/ResultExport.h"
-#include "project/FaultReport.h"
 #include "runs/RunReport.h"
-#include "series/ResultSeries.h"
+#include "series/SeriesFiles.h"
 
 namespace qnl::commands {
 
 namespace {
 
-int Export(const exports::ExportRequest& request) {
-    runs::PrintWrittenFiles(exports::ExportResults(request), std::cout);
-    std::cout.flush();
-    const std::vector<Fault> faults = TakeFaults();
-    project::PrintFaults(faults, std::cerr);
-    return faults.empty() ? 0 : 1;
+struct ExportChoice {
+    series::SeriesSelection results;
+    exports::ExportRequest request;
+};
+
+bool Export(const ExportChoice& choice) {
+    series::SeriesFiles files = series::FindSeriesFiles(choice.results);
+    exports::CheckExport(choice.request, files.times.size());
+    const series::LoadedSeries loaded = series::LoadSeries(std::move(files), 0);
+    runs::PrintWrittenFiles(exports::ExportSeries(loaded, choice.request), std::cout);
+    return true;
 }
 
 }  // namespace
 
 void AddExportCommand(Program& program) {
-    auto request = std::make_shared<exports::ExportRequest>();
+    auto choice = std::make_shared<ExportChoice>();
+    exports::ExportRequest* request = &choice->request;
     Subcommand command = program.AddSubcommand(
         {"export",
          "write the surface with all items for other programs",
          "Reads the frozen-layer results of a run and writes the surface of the part with all items at all "
          "output times, and with wall thickness and time to freeze.",
          {"frozenlayer run examples/stepped-plate", "frozenlayer export examples/stepped-plate --out plate"}},
-        [request] { return Export(*request); });
-    command.Add("RESULT", request->results.words, series::kSeriesHelp).Type("PATH").Required();
+        [choice] { return Export(*choice); });
+    command.Add("RESULT", choice->results.paths, series::kSeriesHelp).Type("PATH").Required();
     command
         .Add("--out", request->out,
              "Name that the files begin with: NAME_0001 and so on by time, NAME_static with "
              "wall thickness and time to freeze, and NAME.pvd (NAME.hdf.series, "
              "NAME_times.csv), which lists them by time")
         .Type("NAME")
+        .Check(exports::CheckExportName)
         .Required();
     command
         .Add("--to", request->format,

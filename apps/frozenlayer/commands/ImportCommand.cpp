@@ -146,7 +146,7 @@ void AddImportCommand(Program& program) {
           "frozenlayer run plate"}},
         [request] {
             ImportProject(*request);
-            return 0;
+            return true;
         });
     AddImportOptions(command, *request);
     command.Add("--out", request->folder, "Project folder to make").Type("FOLDER").Required();

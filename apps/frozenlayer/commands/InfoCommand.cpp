@@ -4,10 +4,11 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "info/FactReaders.h"
 #include "project/FaultReport.h"
-#include "project/FileKind.h"
+#include "project/PathContent.h"
 #include "project/ProjectPaths.h"
 
 namespace qnl::commands {
@@ -21,23 +22,23 @@ struct InfoRequest {
 
 /// Kind, what it is called, and who tells about it.
 struct KindReader {
-    project::FileKind kind;
+    project::PathContent kind;
     const char* name;
     info::FileFacts (*read)(const std::string& path);
 };
 
 constexpr std::array<KindReader, 7> kKindReaders{{
-    {project::FileKind::Folder, "project folder", info::ReadProjectFacts},
-    {project::FileKind::Mesh, "mesh", info::ReadMeshFacts},
-    {project::FileKind::Result, "result", info::ReadResultFacts},
-    {project::FileKind::AsciiResult, "ASCII stage result", info::ReadAsciiResultFacts},
-    {project::FileKind::Search, "search file", info::ReadSearchFacts},
-    {project::FileKind::RunFile, "run file", info::ReadRunFileFacts},
-    {project::FileKind::Material, "material", info::ReadMaterialFacts},
+    {project::PathContent::Folder, "project folder", info::ReadProjectFacts},
+    {project::PathContent::Mesh, "mesh", info::ReadMeshFacts},
+    {project::PathContent::Result, "result", info::ReadResultFacts},
+    {project::PathContent::AsciiResult, "ASCII stage result", info::ReadAsciiResultFacts},
+    {project::PathContent::Search, "search file", info::ReadSearchFacts},
+    {project::PathContent::RunFile, "run file", info::ReadRunFileFacts},
+    {project::PathContent::Material, "material", info::ReadMaterialFacts},
 }};
 
 info::FileFacts ReadFacts(const std::string& path) {
-    const project::FileKind kind = project::RecogniseFile(path);
+    const project::PathContent kind = project::RecognisePath(path);
     for (const KindReader& reader : kKindReaders) {
         if (reader.kind == kind) {
             info::FileFacts facts = reader.read(path);
@@ -52,16 +53,14 @@ info::FileFacts ReadFacts(const std::string& path) {
         "frozenlayer import makes a project from a mesh with results of another program");
 }
 
-int Inform(const InfoRequest& request) {
+bool Inform(const InfoRequest& request) {
     info::FileFacts facts = ReadFacts(request.path);
-    const std::vector<Fault> faults = TakeFaults();
-    for (const Fault& fault : faults) {
+    for (Fault& fault : TakeFaults()) {
         facts.faults.push_back(project::FaultSentence(fault));
+        RecordFault(std::move(fault));
     }
     (request.json ? info::PrintJson : info::PrintText)(facts, std::cout);
-    std::cout.flush();
-    project::PrintFaults(faults, std::cerr);
-    return faults.empty() ? 0 : 1;
+    return true;
 }
 
 }  // namespace

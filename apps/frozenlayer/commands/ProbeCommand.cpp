@@ -7,16 +7,15 @@
 #include <optional>
 
 #include "profiles/RayProbeReport.h"
-#include "project/FaultReport.h"
 #include "project/ProjectPaths.h"
 #include "runs/RunReport.h"
-#include "series/ResultSeries.h"
+#include "series/SeriesFiles.h"
 
 namespace qnl::commands {
 
 namespace {
 
-struct ProbeWords {
+struct ProbeChoice {
     profiles::ProbeRequest request;
     std::vector<std::string> points;
 };
@@ -45,7 +44,7 @@ std::string CheckPoint(const std::string& text) {
                : "\"" + text + "\" is no point: three numbers in mm are expected, such as 10,5,2.5";
 }
 
-int ProbeNodes(const ProbeWords& words) {
+bool ProbeNodes(const ProbeChoice& words) {
     profiles::ProbeRequest request = words.request;
     for (const std::string& text : words.points) {
         request.points.push_back(*ParsePoint(text));
@@ -58,16 +57,13 @@ int ProbeNodes(const ProbeWords& words) {
     if (!request.out.empty()) {
         runs::PrintWrittenFiles(written, std::cout);
     }
-    std::cout.flush();
-    const std::vector<Fault> faults = TakeFaults();
-    project::PrintFaults(faults, std::cerr);
-    return faults.empty() ? 0 : 1;
+    return true;
 }
 
 }  // namespace
 
 void AddProbeCommand(Program& program) {
-    auto words = std::make_shared<ProbeWords>();
+    auto words = std::make_shared<ProbeChoice>();
     Subcommand command = program.AddSubcommand(
         {"probe",
          "tell the temperatures over depth below surface nodes",
@@ -76,7 +72,7 @@ void AddProbeCommand(Program& program) {
          {"frozenlayer run examples/stepped-plate",
           "frozenlayer probe examples/stepped-plate --point 10,15,0"}},
         [words] { return ProbeNodes(*words); });
-    command.Add("RESULT", words->request.results.words, series::kSeriesHelp).Type("PATH").Required();
+    command.Add("RESULT", words->request.results.paths, series::kSeriesHelp).Type("PATH").Required();
     command.Add("--node", words->request.labels, "Labels of surface nodes").Type("LABEL");
     command.Add("--point", words->points, "Places in mm; each stands for the surface node nearest to it")
         .Type("x,y,z")
@@ -85,7 +81,8 @@ void AddProbeCommand(Program& program) {
         .Add("--out", words->request.out,
              "Write NAME.csv and NAME.vtp, polylines with the same numbers; without it the rows "
              "go to standard output")
-        .Type("NAME");
+        .Type("NAME")
+        .Check(profiles::CheckProbeName);
     command.AddFlag("--force", words->request.force, "Replace files of these names");
 }
 

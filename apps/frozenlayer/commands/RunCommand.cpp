@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "commands/ViewCommand.h"
 #include "exports/ResultExport.h"
@@ -14,11 +15,13 @@
 #include "job/EntryRoutine.h"
 #include "layout/ProjectFolders.h"
 #include "page/ReportPage.h"
-#include "project/FaultReport.h"
 #include "project/ProjectInputs.h"
 #include "project/WrittenFiles.h"
+#include "runs/MarkerNote.h"
 #include "runs/RunProgress.h"
 #include "runs/RunReport.h"
+#include "series/LoadedSeries.h"
+#include "text/LineFilter.h"
 #include "text/NumberText.h"
 #include "text/StreamRedirection.h"
 
@@ -69,9 +72,13 @@ job::ExitCode Evaluate(const RunRequest& request, const project::StageFile& base
     for (std::size_t i = 0; i < words.size(); ++i) {
         pointers[i] = words[i].data();
     }
+    text::LineFilter filter(std::cerr, [&](const std::string& line) {
+        return request.logLevel == 0 && runs::IsMarkerComplaint(line) ? "" : line + "\n";
+    });
+    const std::ostream messages(&filter);
     std::optional<text::StreamRedirection> redirection;
     if (!request.fibreProbe) {
-        redirection.emplace(std::cout, std::cerr);
+        redirection.emplace(std::cout, messages);
     }
     return static_cast<job::ExitCode>(
         job::RunFrozenLayer(static_cast<int>(words.size()), pointers.data(), options));
@@ -82,8 +89,8 @@ void AnnounceRun(const RunRequest& request, const project::StageFile& base, int 
                      project::StageTitle(base.extension) + ", run " + base.run + ", base time and " +
                      text::CountText(intermediateTimes, "intermediate time") + ", " +
                      (request.classic ? "classic" : "corrected") + " mode\n";
-    if (const std::string note = project::StagesNote(base); !note.empty()) {
-        std::cerr << "Warning: " + note + ".\n";
+    for (const std::string& note : {project::StagesNote(base), runs::MarkerNote(base)}) {
+        std::cerr << (note.empty() ? "" : "Warning: " + note + ".\n");
     }
 }
 
@@ -109,52 +116,76 @@ bool Succeeded(job::ExitCode code, const std::vector<runs::EvaluatedTime>& times
                        [](const runs::EvaluatedTime& time) { return time.evaluated; });
 }
 
-/// Shows the results that this run wrote, as asked; gives whether that could be done.
-bool ShowResults(const RunRequest& request, const std::vector<runs::EvaluatedTime>& times) {
-    series::SeriesWords results{{}, true};
-    for (const runs::EvaluatedTime& time : times) {
-        results.words.push_back(time.resultFile);
-    }
+/// What a run leaves for those who look at its results.
+struct RunOutcome {
+    project::StageFile base;
+    std::vector<runs::EvaluatedTime> times;
+    bool smoothedNormals = false;
+    std::optional<kernel::KernelMesh> mesh;
+};
+
+bool IsShown(const RunRequest& request) {
+    return !request.view.empty() || !request.exportName.empty();
+}
+
+/// The results of this run alone, with the profiles that a page needs.
+series::LoadedSeries LoadOutcome(const RunRequest& request, RunOutcome outcome) {
+    std::vector<results::ResultFileContent> contents;
+    series::SeriesFiles files =
+        runs::SeriesOfRun(outcome.base, std::move(outcome.times), outcome.smoothedNormals, contents);
+    series::OpenedProject project(files, std::move(*outcome.mesh));
+    return series::LoadSeries(std::move(files), std::move(project), contents,
+                              request.view.empty() ? 0 : page::kPageProfiles);
+}
+
+/// Shows the results as asked; gives whether that could be done.
+bool ShowResults(const RunRequest& request, const page::PageTemplate& frame, RunOutcome outcome) {
+    const series::LoadedSeries loaded = LoadOutcome(request, std::move(outcome));
     bool shown = true;
     if (!request.view.empty()) {
-        shown = page::WriteReportPage({results, request.view});
+        shown = page::WriteReportPage(frame, loaded, request.view);
         std::cout << (shown ? "Page written:\n  " + request.view + "\n" : "");
     }
     if (!request.exportName.empty()) {
-        runs::PrintWrittenFiles(exports::ExportResults({results, request.exportName, "pvd", true}),
-                                std::cout);
+        runs::PrintWrittenFiles(exports::ExportSeries(loaded, {request.exportName, "pvd", true}), std::cout);
     }
     return shown;
 }
 
-int Run(const RunRequest& request) {
-    if (request.fibreProbe && (!request.view.empty() || !request.exportName.empty())) {
+bool Run(const RunRequest& request) {
+    if (request.fibreProbe && IsShown(request)) {
         throw project::InputProblem("--fibre-probe writes no results that --view or --export could show");
     }
     const project::StageFile base = project::ChooseStageFile(request.target, request.fibreProbe);
     const int intermediateTimes = ChooseIntermediateTimes(request, base);
     project::CheckInputs(base, intermediateTimes, request.fibreProbe);
+    const page::PageTemplate frame = request.view.empty() ? page::PageTemplate{} : page::ReadPageTemplate();
     AnnounceRun(request, base, intermediateTimes);
     const project::WrittenFiles written({base.RunFolder(), layout::MeshFolder(base.directory)});
 
     text::ProgressBar bar(std::cerr, host::ErrorIsTerminal() && request.logLevel == 0 && !request.fibreProbe);
     const Stage* stage = FindStage(base.extension);
     const bool readsMaps = stage != nullptr && stage->kind == StageKind::Cool;
-    runs::RunProgress progress(bar, !readsMaps);
+    runs::RunProgress progress(bar, {!readsMaps, IsShown(request)});
     const job::ExitCode code = Evaluate(request, base, MakeOptions(request, intermediateTimes, progress));
     bar.Clear();
+    runs::PrintDeepWalls(progress.Walls(), std::cerr);
 
-    bool succeeded = Succeeded(code, progress.Times());
+    std::vector<runs::EvaluatedTime> times = progress.TakeTimes();
+    bool succeeded = Succeeded(code, times);
     if (!request.fibreProbe) {
-        succeeded = runs::PrintResultTables(progress.Times(), std::cout) && succeeded;
+        succeeded = runs::ReadResults(times) && succeeded;
+        if (progress.IsThermoset()) {
+            series::ForgivePackingIndexOfThermoset();
+        }
+        runs::PrintResultTables(times, std::cout);
     }
     runs::PrintWrittenFiles(written.List(), std::cout);
-    succeeded = succeeded && ShowResults(request, progress.Times());
-    std::cout.flush();
-    runs::PrintDeepWalls(progress.Walls(), std::cerr);
-    const std::vector<Fault> faults = TakeFaults();
-    project::PrintFaults(faults, std::cerr);
-    return succeeded && faults.empty() ? 0 : 1;
+    if (!succeeded || !IsShown(request)) {
+        return succeeded;
+    }
+    return ShowResults(request, frame,
+                       {base, std::move(times), progress.SmoothedNormals(), progress.TakeMesh()});
 }
 
 std::string CheckIntermediateTimes(const std::string& text) {
@@ -205,7 +236,8 @@ void AddOptions(Subcommand& command, RunRequest& request) {
         .Add("--export", request.exportName,
              "Write the surface with all items as NAME.pvd and .vtp files; files of these names "
              "are replaced")
-        .Type("NAME");
+        .Type("NAME")
+        .Check(exports::CheckExportName);
     command.AddFlag("--classic", request.classic,
                     "Carry state from one output time to the next (see docs/modes.md); without it "
                     "each output time is evaluated on its own");
@@ -213,9 +245,10 @@ void AddOptions(Subcommand& command, RunRequest& request) {
 
 }  // namespace
 
-int RunStage(const std::string& stageFile) {
+bool RunStage(const std::string& stageFile, const std::string& page) {
     RunRequest request;
     request.target = stageFile;
+    request.view = page;
     return Run(request);
 }
 

@@ -6,8 +6,9 @@
 
 namespace qnl::commands {
 
-/// Evaluates a stage at all its output times as "run" does without options. Gives the exit code.
-int RunStage(const std::string& stageFile);
+/// Evaluates a stage at all its output times as "run" does with `--view page` and no other option. Gives
+/// whether every output time was evaluated and the page written.
+bool RunStage(const std::string& stageFile, const std::string& page);
 
 /// "run": evaluates a stage of a project.
 void AddRunCommand(Program& program);

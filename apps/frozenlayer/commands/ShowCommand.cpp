@@ -9,9 +9,6 @@
 #include "commands/ImportCommand.h"
 #include "commands/RunCommand.h"
 #include "commands/ViewCommand.h"
-#include "page/ReportPage.h"
-#include "project/FaultReport.h"
-#include "series/ResultSeries.h"
 
 namespace qnl::commands {
 
@@ -46,29 +43,21 @@ private:
     fs::path path_;
 };
 
-int ShowProject(const ShowRequest& request) {
+bool ShowProject(const ShowRequest& request) {
     const std::string stageFile = ImportProject(request.import);
     std::cout << "\n";
-    if (RunStage(stageFile) != 0) {
-        return 1;
-    }
-    const bool written = page::WriteReportPage({series::SeriesWords{{request.import.folder}}, request.page});
-    std::cout << (written ? "\nPage: " + request.page + "\n" : "");
-    std::cout.flush();
-    const std::vector<Fault> faults = TakeFaults();
-    project::PrintFaults(faults, std::cerr);
-    return written && faults.empty() ? 0 : 1;
+    return RunStage(stageFile, request.page);
 }
 
-int Show(ShowRequest request) {
+bool Show(ShowRequest request) {
     if (!request.import.folder.empty()) {
         return ShowProject(request);
     }
     const TemporaryFolder folder;
     request.import.folder = (folder.Path() / fs::path(request.import.files.front()).stem()).string();
-    const int exitCode = ShowProject(request);
+    const bool shown = ShowProject(request);
     std::cout << "The project was temporary; --keep FOLDER keeps its files.\n";
-    return exitCode;
+    return shown;
 }
 
 }  // namespace

@@ -1,12 +1,14 @@
 #include "commands/Subcommand.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <utility>
 
+#include "project/FaultReport.h"
 #include "text/ManualPage.h"
 #include "text/NumberText.h"
 
@@ -20,19 +22,52 @@ constexpr const char* kExitCodes =
     "  end, -1000 material, -2000 mesh, -5000 exception (a POSIX shell shows 24, 48,\n"
     "  120), 2 wrong usage.";
 
-int PerformGuarded(const std::function<int()>& perform) {
+/// What ended a subcommand early, in words; nothing for one that came to its end. `succeeded` receives what
+/// it gave.
+std::string PerformGuarded(const std::function<bool()>& perform, bool& succeeded) {
     try {
-        const int exitCode = perform();
-        if (std::cout.flush()) {
-            return exitCode;
-        }
-        std::cerr << "frozenlayer: standard output cannot be written: free space, or send it elsewhere\n";
+        succeeded = perform();
+        return {};
     } catch (const std::bad_alloc&) {
-        std::cerr << "frozenlayer: out of memory\n";
+        return "out of memory";
     } catch (const std::exception& failure) {
-        std::cerr << std::string("frozenlayer: ") + failure.what() + "\n";
+        return failure.what();
     }
-    return 1;
+}
+
+void Complain(const std::string& sentence) {
+    std::cerr << "frozenlayer: " + sentence + "\n";
+}
+
+bool FlushOutput() {
+    const bool flushed = static_cast<bool>(std::cout.flush());
+    if (!flushed) {
+        Complain("standard output cannot be written: free space, or send it elsewhere");
+    }
+    return flushed;
+}
+
+/// The faults that `complaint` does not tell already.
+std::vector<Fault> FaultsBeside(const std::string& complaint) {
+    std::vector<Fault> faults = TakeFaults();
+    const auto told = [&](const Fault& fault) {
+        return !fault.found.empty() && complaint.find(fault.found) != std::string::npos;
+    };
+    faults.erase(std::remove_if(faults.begin(), faults.end(), told), faults.end());
+    return faults;
+}
+
+/// The one end of every subcommand.
+int PerformToItsEnd(const std::function<bool()>& perform) {
+    bool succeeded = false;
+    const std::string complaint = PerformGuarded(perform, succeeded);
+    const bool flushed = FlushOutput();
+    if (!complaint.empty()) {
+        Complain(complaint);
+    }
+    const std::vector<Fault> faults = FaultsBeside(complaint);
+    project::PrintFaults(faults, std::cerr);
+    return succeeded && flushed && faults.empty() ? 0 : 1;
 }
 
 /// Names the word that is no subcommand, which the parser leaves over.
@@ -140,10 +175,10 @@ Program::Program()
 
 Program::~Program() = default;
 
-Subcommand Program::AddSubcommand(const SubcommandTexts& texts, std::function<int()> perform) {
+Subcommand Program::AddSubcommand(const SubcommandTexts& texts, std::function<bool()> perform) {
     CLI::App& subcommand = *app_->add_subcommand(texts.name, texts.purpose + "\n" + texts.description);
     subcommand.footer("EXAMPLE\n  " + CLI::detail::join(texts.example, "\n  ") + "\n\n" + kExitCodes);
-    subcommand.callback([this, perform = std::move(perform)] { exitCode_ = PerformGuarded(perform); });
+    subcommand.callback([this, perform = std::move(perform)] { chosen_ = perform; });
     return Subcommand(subcommand);
 }
 
@@ -151,9 +186,10 @@ int Program::Perform(int argc, const char* const* argv) {
     try {
         app_->parse(argc, argv);
     } catch (const CLI::ParseError& end) {
-        return app_->exit(end) == 0 ? 0 : 1;
+        const bool isHelp = app_->exit(end) == 0;
+        return FlushOutput() && isHelp ? 0 : 1;
     }
-    return exitCode_;
+    return PerformToItsEnd(chosen_);
 }
 
 }  // namespace qnl::commands

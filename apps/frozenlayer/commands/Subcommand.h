@@ -72,17 +72,19 @@ public:
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    /// Makes a subcommand whose help closes with the worked example and the exit codes. When it is chosen,
-    /// the exit code is what `perform` gives; an exception out of it is told on standard error in one
-    /// sentence and gives 1.
-    Subcommand AddSubcommand(const SubcommandTexts& texts, std::function<int()> perform);
+    /// Makes a subcommand whose help closes with the worked example and the exit codes. `perform` gives
+    /// whether it did what it was asked for, and leaves the telling of faults to the program.
+    Subcommand AddSubcommand(const SubcommandTexts& texts, std::function<bool()> perform);
 
-    /// Performs the chosen subcommand; gives the exit code, 1 after a word that cannot be understood.
+    /// Performs the chosen subcommand. An exception out of it and the faults recorded meanwhile are told on
+    /// standard error, after what stands on standard output. Gives the exit code: 0 when it did what it was
+    /// asked for, without a fault, and all of its output could be written; else 1, also after a word that
+    /// cannot be understood.
     int Perform(int argc, const char* const* argv);
 
 private:
     std::unique_ptr<CLI::App> app_;
-    int exitCode_ = 0;
+    std::function<bool()> chosen_;
 };
 
 }  // namespace qnl::commands

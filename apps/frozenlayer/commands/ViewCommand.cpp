@@ -5,22 +5,27 @@
 #include <memory>
 
 #include "page/ReportPage.h"
-#include "project/FaultReport.h"
 #include "project/ProjectPaths.h"
-#include "series/ResultSeries.h"
+#include "series/SeriesFiles.h"
 
 namespace qnl::commands {
 
 namespace {
 
-int View(const page::ReportRequest& request) {
-    const bool written = page::WriteReportPage(request);
+struct ViewRequest {
+    series::SeriesSelection results;
+    std::string page;
+};
+
+bool View(const ViewRequest& request) {
+    const page::PageTemplate frame = page::ReadPageTemplate();
+    const series::LoadedSeries loaded =
+        series::LoadSeries(series::FindSeriesFiles(request.results), page::kPageProfiles);
+    const bool written = page::WriteReportPage(frame, loaded, request.page);
     if (written) {
-        std::cout << request.out << std::endl;
+        std::cout << request.page + "\n";
     }
-    const std::vector<Fault> faults = TakeFaults();
-    project::PrintFaults(faults, std::cerr);
-    return written && faults.empty() ? 0 : 1;
+    return written;
 }
 
 }  // namespace
@@ -38,7 +43,7 @@ std::string CheckPageName(const std::string& name) {
 }
 
 void AddViewCommand(Program& program) {
-    auto request = std::make_shared<page::ReportRequest>();
+    auto request = std::make_shared<ViewRequest>();
     Subcommand command = program.AddSubcommand(
         {"view",
          "write a page that shows results in a browser",
@@ -47,9 +52,9 @@ void AddViewCommand(Program& program) {
          {"frozenlayer run examples/stepped-plate",
           "frozenlayer view examples/stepped-plate --out report.html"}},
         [request] { return View(*request); });
-    command.Add("RESULT", request->results.words, series::kSeriesHelp).Type("PATH").Required();
+    command.Add("RESULT", request->results.paths, series::kSeriesHelp).Type("PATH").Required();
     command
-        .Add("--out", request->out, "The page, one file that needs no network; one of that name is replaced")
+        .Add("--out", request->page, "The page, one file that needs no network; one of that name is replaced")
         .Type("FILE.html")
         .Check(CheckPageName)
         .Required();

@@ -22,7 +22,7 @@ ExportArray ResultStatus(const std::vector<char>& hasResult) {
 }
 
 /// The way inside from each node: its length, its direction, and where it ends.
-void AddWalls(const series::SeriesResults& loaded, ExportFrame& frame) {
+void AddWalls(const series::LoadedSeries& loaded, ExportFrame& frame) {
     std::vector<float> walls;
     std::vector<float> directions;
     std::vector<float> ends;
@@ -45,7 +45,7 @@ void AddWalls(const series::SeriesResults& loaded, ExportFrame& frame) {
     frame.arrays.push_back({"Opposite hit point [mm]", 3, std::move(ends)});
 }
 
-void AddFreezing(const series::SeriesResults& loaded, ExportFrame& frame) {
+void AddFreezing(const series::LoadedSeries& loaded, ExportFrame& frame) {
     const series::FreezeHistory& history = *loaded.history;
     std::vector<int> status;
     for (const series::FreezeStatus value : history.status) {
@@ -78,7 +78,7 @@ std::vector<std::uint8_t> VtkCellTypes(const ExportSurface& surface) {
     return types;
 }
 
-ExportSurface SurfaceForExport(const series::SeriesResults& loaded) {
+ExportSurface SurfaceForExport(const series::LoadedSeries& loaded) {
     const FrozenLayerJob& job = loaded.project.Job();
     ExportSurface surface{loaded.surface.labels, loaded.surface.points, {}, {}};
     for (int f = 1; f <= job.m_nSurfaces; ++f) {
@@ -91,11 +91,11 @@ ExportSurface SurfaceForExport(const series::SeriesResults& loaded) {
     return surface;
 }
 
-ExportFrame TimeFrame(const series::SeriesResults& loaded, std::size_t time) {
+ExportFrame TimeFrame(const series::LoadedSeries& loaded, std::size_t time) {
     ExportFrame frame;
     frame.numbers.push_back({"TimeValue", loaded.series.times[time].axis});
     frame.arrays.push_back(ResultStatus(loaded.results.hasResult[time]));
-    for (const series::SeriesItem& item : loaded.results.items) {
+    for (const series::ItemOverTime& item : loaded.results.items) {
         const std::vector<float>& values = item.values[time];
         frame.arrays.push_back(
             {series::Label(item.name, item.unit), 1,
@@ -104,7 +104,7 @@ ExportFrame TimeFrame(const series::SeriesResults& loaded, std::size_t time) {
     return frame;
 }
 
-ExportFrame StaticFrame(const series::SeriesResults& loaded) {
+ExportFrame StaticFrame(const series::LoadedSeries& loaded) {
     ExportFrame frame;
     AddWalls(loaded, frame);
     if (loaded.history && loaded.history->Freezes()) {

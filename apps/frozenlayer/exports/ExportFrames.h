@@ -6,7 +6,7 @@
 #include <variant>
 #include <vector>
 
-#include "series/SeriesResults.h"
+#include "series/LoadedSeries.h"
 
 namespace qnl::exports {
 
@@ -38,7 +38,7 @@ struct ExportSurface {
 };
 
 /// How the arrays of a file are stored.
-enum class Storage { Plain, Compressed };
+enum class Storage { Uncompressed, Compressed };
 
 /// Endings of the names of files: "_0001" for the first output time, and that of what does not depend on
 /// time.
@@ -48,13 +48,13 @@ inline constexpr const char* kStaticSuffix = "_static";
 /// The type number of each face as VTK counts types: 5 triangle, 9 quad.
 std::vector<std::uint8_t> VtkCellTypes(const ExportSurface& surface);
 
-ExportSurface SurfaceForExport(const series::SeriesResults& loaded);
+ExportSurface SurfaceForExport(const series::LoadedSeries& loaded);
 
 /// The items of one output time; a value that a node does not have is not a number, and its status tells so.
-ExportFrame TimeFrame(const series::SeriesResults& loaded, std::size_t time);
+ExportFrame TimeFrame(const series::LoadedSeries& loaded, std::size_t time);
 
 /// What does not depend on time: wall, inward direction, opposite point, time to freeze, last regions to
 /// freeze.
-ExportFrame StaticFrame(const series::SeriesResults& loaded);
+ExportFrame StaticFrame(const series::LoadedSeries& loaded);
 
 }  // namespace qnl::exports

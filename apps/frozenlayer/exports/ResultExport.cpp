@@ -9,7 +9,6 @@
 #include "exports/VtkHdfFile.h"
 #include "exports/VtkXmlFile.h"
 #include "project/OutputNames.h"
-#include "series/SeriesResults.h"
 
 namespace qnl::exports {
 
@@ -47,6 +46,11 @@ bool WriteUnlabelledList(const std::string& path, const std::string& /*timeLabel
     return write(path, entries);
 }
 
+/// What the name of an export may end in and loses.
+std::vector<std::string_view> NameEndings() {
+    return {".hdf.series", ".pvd", ".vtp", ".vtu", ".hdf", ".csv"};
+}
+
 constexpr std::array<Format, 4> kFormats{{
     {"pvd", ".vtp", WriteVtkFrame<VtkKind::PolyData>, ".pvd", WriteUnlabelledList<WriteCollection>, true},
     {"vtu", ".vtu", WriteVtkFrame<VtkKind::UnstructuredGrid>, ".pvd", WriteUnlabelledList<WriteCollection>,
@@ -69,7 +73,9 @@ std::string FileName(const std::string& path) {
 }
 
 /// Paths of the files by time, then of the static one and of the list.
-std::vector<std::string> PathsOf(const Format& format, const std::string& stem, std::size_t times) {
+std::vector<std::string> PathsOf(const ExportRequest& request, std::size_t times) {
+    const Format& format = FormatOf(request.format);
+    const std::string stem = project::NameOfOutput(request.out, NameEndings());
     std::vector<std::string> paths;
     for (std::size_t t = 0; t < times; ++t) {
         paths.push_back(stem + TimeSuffix(t) + format.frameExtension);
@@ -79,7 +85,7 @@ std::vector<std::string> PathsOf(const Format& format, const std::string& stem, 
     return paths;
 }
 
-void PrintWhatIsMissing(const series::SeriesResults& loaded) {
+void PrintWhatIsMissing(const series::LoadedSeries& loaded) {
     if (!loaded.series.realTimes) {
         std::cerr << "Not every stage file tells its time: output times are numbered from 1.\n";
     }
@@ -92,7 +98,7 @@ void PrintWhatIsMissing(const series::SeriesResults& loaded) {
 
 /// Stops at the first file that cannot be written.
 std::vector<std::string> WriteAll(const Format& format, const std::vector<std::string>& paths,
-                                  const series::SeriesResults& loaded, Storage storage) {
+                                  const series::LoadedSeries& loaded, Storage storage) {
     const ExportSurface surface = SurfaceForExport(loaded);
     const std::size_t times = loaded.series.times.size();
     std::vector<std::string> written;
@@ -125,22 +131,28 @@ std::vector<std::string> ExportFormats() {
     return names;
 }
 
-std::vector<std::string> ExportResults(const ExportRequest& request) {
+std::string CheckExportName(const std::string& name) {
+    return project::ProblemOfOutputName(name, NameEndings());
+}
+
+void CheckExport(const ExportRequest& request, std::size_t times) {
     const Format& format = FormatOf(request.format);
     if (request.compress && !format.compresses) {
         throw project::InputProblem("--compress has no meaning with --to " + request.format +
                                     ", whose files are text: leave it out, or choose another format");
     }
-    const std::size_t times = series::FindResultSeries(request.results).times.size();
-    const std::string stem =
-        project::NameOfOutput(request.out, {".hdf.series", ".pvd", ".vtp", ".vtu", ".hdf", ".csv"});
-    const std::vector<std::string> paths = PathsOf(format, stem, times);
+    const std::vector<std::string> paths = PathsOf(request, times);
     if (!request.force) {
         project::RefuseExisting(paths);
     }
-    const series::SeriesResults loaded = series::LoadSeriesResults(request.results, 0);
+}
+
+std::vector<std::string> ExportSeries(const series::LoadedSeries& loaded, const ExportRequest& request) {
+    const std::size_t times = loaded.series.times.size();
+    CheckExport(request, times);
     PrintWhatIsMissing(loaded);
-    return WriteAll(format, paths, loaded, request.compress ? Storage::Compressed : Storage::Plain);
+    return WriteAll(FormatOf(request.format), PathsOf(request, times), loaded,
+                    request.compress ? Storage::Compressed : Storage::Uncompressed);
 }
 
 }  // namespace qnl::exports

@@ -3,13 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "series/ResultSeries.h"
+#include "series/LoadedSeries.h"
 
 namespace qnl::exports {
 
 /// Files to be written.
 struct ExportRequest {
-    series::SeriesWords results;
     std::string out;             ///< path that every file's name begins with
     std::string format = "pvd";  ///< one of ExportFormats()
     bool force = false;          ///< files of these names may be replaced
@@ -18,9 +17,16 @@ struct ExportRequest {
 
 std::vector<std::string> ExportFormats();
 
+/// Empty for a name that exported files may begin with, else what is wrong with it.
+std::string CheckExportName(const std::string& name);
+
+/// Raises InputProblem for an export of `times` output times that cannot be made: of an unknown format, with
+/// options that do not go together, or over files that are there already.
+void CheckExport(const ExportRequest& request, std::size_t times);
+
 /// Writes one file per output time, one with what does not depend on time, and a list of the files by time;
-/// gives their paths. Notes for people go to standard error. Raises InputProblem, also for a file that is
-/// there already; what could not be written is left out and recorded as a fault.
-std::vector<std::string> ExportResults(const ExportRequest& request);
+/// gives their paths. Notes for people go to standard error. Raises InputProblem as CheckExport does; what
+/// could not be written is left out and recorded as a fault.
+std::vector<std::string> ExportSeries(const series::LoadedSeries& loaded, const ExportRequest& request);
 
 }  // namespace qnl::exports

@@ -1,12 +1,14 @@
 #include "exports/VtkHdfFile.h"
 
 #include <cstdint>
+#include <nlohmann/json.hpp>
+#include <utility>
 
 #include "hdf5/Hdf5.h"
 #include "platform/Faults.h"
 #include "project/ProjectPaths.h"
 #include "text/Deflate.h"
-#include "text/JsonWriter.h"
+#include "text/Json.h"
 #include "text/TextFile.h"
 
 namespace qnl::exports {
@@ -108,24 +110,13 @@ bool WriteHdfSurface(const std::string& path, const ExportSurface& surface, cons
 }
 
 bool WriteFileSeries(const std::string& path, const std::vector<CollectionEntry>& entries) {
-    text::JsonWriter json;
-    json.BeginObject();
-    json.Key("file-series-version");
-    json.Value("1.0");
-    json.Key("files");
-    json.BeginArray();
+    text::Json files = text::Json::array();
     for (const CollectionEntry& entry : entries) {
-        json.BeginObject();
-        json.Key("name");
-        json.Value(entry.file);
-        json.Key("time");
-        json.Value(entry.time);
-        json.EndObject();
+        files.push_back({{"name", entry.file}, {"time", entry.time}});
     }
-    json.EndArray();
-    json.EndObject();
+    const text::Json list{{"file-series-version", "1.0"}, {"files", std::move(files)}};
     ReplacedFile file(path, "wb");
-    text::Append(file, json.Text());
+    text::Append(file, text::JsonText(list));
     return file.Commit();
 }
 

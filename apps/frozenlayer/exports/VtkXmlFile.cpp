@@ -175,12 +175,12 @@ bool WriteVtkSurface(const std::string& path, VtkKind kind, const ExportSurface&
 }
 
 bool WriteVtkLines(const std::string& path, const ExportSurface& lines, const ExportFrame& frame) {
-    return WriteFile(path, kPolylines, lines, frame, Storage::Plain);
+    return WriteFile(path, kPolylines, lines, frame, Storage::Uncompressed);
 }
 
 bool WriteCollection(const std::string& path, const std::vector<CollectionEntry>& entries) {
     ReplacedFile file(path, "wb");
-    text::Append(file, Head("Collection", "0.1", Storage::Plain) + "<Collection>\n");
+    text::Append(file, Head("Collection", "0.1", Storage::Uncompressed) + "<Collection>\n");
     for (const CollectionEntry& entry : entries) {
         text::Append(file, "<DataSet timestep=\"" + text::ExactText(entry.time) +
                                "\" group=\"\" part=\"0\" file=\"" + text::XmlText(entry.file) + "\"/>\n");

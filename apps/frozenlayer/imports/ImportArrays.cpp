@@ -8,7 +8,7 @@ namespace qnl::imports {
 
 namespace {
 
-std::string Plain(std::string_view name) {
+std::string WithoutPunctuation(std::string_view name) {
     std::string plain;
     for (const char c : name) {
         if (std::isalnum(static_cast<unsigned char>(c)) != 0) {
@@ -70,7 +70,7 @@ std::string ListArrays(const interop::ForeignSnapshot& snapshot, const std::stri
         arrays.push_back(&array);
     }
     const auto distance = [&](const interop::ForeignArray* array) {
-        return EditDistance(Plain(array->name), Plain(wanted));
+        return EditDistance(WithoutPunctuation(array->name), WithoutPunctuation(wanted));
     };
     std::stable_sort(arrays.begin(), arrays.end(),
                      [&](const interop::ForeignArray* a, const interop::ForeignArray* b) {
@@ -92,7 +92,8 @@ ChosenArray ChooseArray(const QuantityRule& rule, const ImportRequest& request,
     }
     for (const std::string_view name : rule.names) {
         for (const interop::ForeignArray& array : snapshot.arrays) {
-            if (!name.empty() && Plain(array.name) == name && array.components == rule.components) {
+            if (!name.empty() && WithoutPunctuation(array.name) == name &&
+                array.components == rule.components) {
                 return {ChosenBy::Name, array.name, FindArray(snapshot, array.name)->onCells};
             }
         }

@@ -67,7 +67,7 @@ void PrintArrays(const ImportedCase& imported, std::ostream& out) {
         if (chosen.by == ChosenBy::Nothing) {
             continue;
         }
-        const auto [low, high] = RangeOf(imported, rule.quantity);
+        const auto [low, high] = QuantityRange(imported, rule.quantity);
         table.AddRow({rule.name, chosen.name, chosen.onCells ? "cells, weighted by volume" : "points",
                       chosen.by == ChosenBy::Option ? rule.option : "its name",
                       text::NumberText(static_cast<double>(low)), text::NumberText(static_cast<double>(high)),

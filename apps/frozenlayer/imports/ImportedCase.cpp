@@ -192,7 +192,7 @@ private:
     void WarnOfTemperatures() {
         constexpr float kColdestKelvin = 270.0F;
         constexpr float kColdestMould = -100.0F;
-        const auto [low, high] = RangeOf(case_, Quantity::Temperature);
+        const auto [low, high] = QuantityRange(case_, Quantity::Temperature);
         const bool isKelvin = request_.temperatureUnit == "K";
         if (low > high) {
             return;
@@ -223,7 +223,7 @@ ImportedCase ReadForeignCase(const ImportRequest& request) {
     return CaseReader(request).Read();
 }
 
-std::array<float, 2> RangeOf(const ImportedCase& imported, Quantity quantity) {
+std::array<float, 2> QuantityRange(const ImportedCase& imported, Quantity quantity) {
     std::array<float, 2> range{std::numeric_limits<float>::max(), std::numeric_limits<float>::lowest()};
     for (const ImportedTime& time : imported.times) {
         for (const std::vector<float>& values : time.values[static_cast<std::size_t>(quantity)]) {

@@ -37,6 +37,6 @@ ImportedCase ReadForeignCase(const ImportRequest& request);
 
 /// Smallest and largest value of a quantity over all times and components; the first is larger when there is
 /// none.
-std::array<float, 2> RangeOf(const ImportedCase& imported, Quantity quantity);
+std::array<float, 2> QuantityRange(const ImportedCase& imported, Quantity quantity);
 
 }  // namespace qnl::imports

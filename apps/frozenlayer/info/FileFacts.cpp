@@ -1,8 +1,9 @@
 #include "info/FileFacts.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
-#include "text/JsonWriter.h"
+#include "text/Json.h"
 #include "text/NumberText.h"
 #include "text/TextTable.h"
 
@@ -45,22 +46,19 @@ void PrintTable(const FactTable& source, std::ostream& out) {
     table.Print(out);
 }
 
-void WriteValue(text::JsonWriter& json, const FactValue& value) {
-    std::visit([&](const auto& plain) { json.Value(plain); }, value);
+text::Json JsonValue(const FactValue& value) {
+    return std::visit([](const auto& alternative) { return text::Json(alternative); }, value);
 }
 
-void WriteTable(text::JsonWriter& json, const FactTable& table) {
-    json.Key(table.key);
-    json.BeginArray();
+text::Json JsonTable(const FactTable& table) {
+    text::Json rows = text::Json::array();
     for (const std::vector<FactValue>& row : table.rows) {
-        json.BeginObject();
+        text::Json& object = rows.emplace_back(text::Json::object());
         for (std::size_t c = 0; c < row.size(); ++c) {
-            json.Key(table.columns[c].key);
-            WriteValue(json, row[c]);
+            object[table.columns[c].key] = JsonValue(row[c]);
         }
-        json.EndObject();
     }
-    json.EndArray();
+    return rows;
 }
 
 }  // namespace
@@ -83,27 +81,15 @@ void PrintText(const FileFacts& file, std::ostream& out) {
 }
 
 void PrintJson(const FileFacts& file, std::ostream& out) {
-    text::JsonWriter json;
-    json.BeginObject();
-    json.Key("file");
-    json.Value(file.path);
-    json.Key("kind");
-    json.Value(file.kind);
+    text::Json json{{"file", file.path}, {"kind", file.kind}};
     for (const Fact& fact : file.facts) {
-        json.Key(fact.key);
-        WriteValue(json, fact.value);
+        json[fact.key] = JsonValue(fact.value);
     }
     for (const FactTable& table : file.tables) {
-        WriteTable(json, table);
+        json[table.key] = JsonTable(table);
     }
-    json.Key("faults");
-    json.BeginArray();
-    for (const std::string& fault : file.faults) {
-        json.Value(fault);
-    }
-    json.EndArray();
-    json.EndObject();
-    out << json.Text();
+    json["faults"] = file.faults;
+    out << text::JsonText(json);
 }
 
 }  // namespace qnl::info

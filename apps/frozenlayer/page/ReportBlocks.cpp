@@ -59,7 +59,7 @@ std::string Packed(const Bytes& planes) {
 
 }  // namespace
 
-ValueRange RangeOf(const std::vector<std::vector<float>>& values) {
+ValueRange FiniteRange(const std::vector<std::vector<float>>& values) {
     ValueRange range;
     bool any = false;
     for (const std::vector<float>& list : values) {
@@ -84,8 +84,8 @@ std::uint16_t LevelOf(double value, const ValueRange& range) {
     return static_cast<std::uint16_t>(std::clamp(level, 0.0, static_cast<double>(kMaxLevel)));
 }
 
-Words BitsOf(const std::vector<float>& values) {
-    Words words(values.size());
+Integers BitsOf(const std::vector<float>& values) {
+    Integers words(values.size());
     static_assert(sizeof(float) == sizeof(std::uint32_t));
     if (!values.empty()) {
         std::memcpy(words.data(), values.data(), values.size() * sizeof(float));
@@ -97,7 +97,7 @@ std::string EncodeBlock(const Levels& numbers, const Levels* base) {
     return Packed(DifferencePlanes(numbers, base));
 }
 
-std::string EncodeBlock(const Words& numbers) {
+std::string EncodeBlock(const Integers& numbers) {
     return Packed(DifferencePlanes<std::uint32_t>(numbers, nullptr));
 }
 

@@ -4,12 +4,12 @@
 #include <vector>
 
 #include "page/ReportItems.h"
-#include "series/SeriesResults.h"
+#include "series/LoadedSeries.h"
 
 namespace qnl::page {
 
 /// The header of the results page as JSON, safe to stand in an HTML element.
-std::string ReportHeader(const series::SeriesResults& loaded, const std::vector<ReportItem>& items,
+std::string ReportHeader(const series::LoadedSeries& loaded, const std::vector<ReportItem>& items,
                          const ValueRange& profileRange);
 
 }  // namespace qnl::page

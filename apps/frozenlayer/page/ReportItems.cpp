@@ -14,11 +14,11 @@ constexpr int kTimeToFreezeItem = 101;
 constexpr int kWallThicknessItem = 102;
 constexpr int kNeverFrozenStatus = 1;
 
-ReportItem ItemOfResults(const series::SeriesItem& item) {
+ReportItem ItemOfResults(const series::ItemOverTime& item) {
     return {item.id, item.name, item.unit, "", false, item.values, false, {}};
 }
 
-ReportItem TimeToFreeze(const series::SeriesResults& loaded) {
+ReportItem TimeToFreeze(const series::LoadedSeries& loaded) {
     const std::string note = "When the highest temperature along the inward ray falls below " +
                              text::NumberText(loaded.history->freezeTemperature) +
                              " °C; frozen at the first output time counts as that time";
@@ -32,7 +32,7 @@ ReportItem TimeToFreeze(const series::SeriesResults& loaded) {
             {}};
 }
 
-ReportItem WallThickness(const series::SeriesResults& loaded) {
+ReportItem WallThickness(const series::LoadedSeries& loaded) {
     std::vector<float> walls;
     for (const double wall : loaded.rays.wall) {
         walls.push_back(wall > 0.0 ? static_cast<float>(wall) : std::numeric_limits<float>::quiet_NaN());
@@ -53,9 +53,9 @@ std::string ReportItem::BlockName(std::size_t time) const {
     return "item-" + std::to_string(id) + "-" + std::to_string(time);
 }
 
-std::vector<ReportItem> ReportItems(const series::SeriesResults& loaded) {
+std::vector<ReportItem> ReportItems(const series::LoadedSeries& loaded) {
     std::vector<ReportItem> items;
-    for (const series::SeriesItem& item : loaded.results.items) {
+    for (const series::ItemOverTime& item : loaded.results.items) {
         items.push_back(ItemOfResults(item));
     }
     if (loaded.history && loaded.history->Freezes()) {
@@ -63,12 +63,12 @@ std::vector<ReportItem> ReportItems(const series::SeriesResults& loaded) {
     }
     items.push_back(WallThickness(loaded));
     for (ReportItem& item : items) {
-        item.range = RangeOf(item.values);
+        item.range = FiniteRange(item.values);
     }
     return items;
 }
 
-Levels ItemLevels(const ReportItem& item, std::size_t time, const series::SeriesResults& loaded) {
+Levels ItemLevels(const ReportItem& item, std::size_t time, const series::LoadedSeries& loaded) {
     Levels levels;
     levels.reserve(loaded.order.size());
     for (const int node : loaded.order) {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "page/ReportBlocks.h"
-#include "series/SeriesResults.h"
+#include "series/LoadedSeries.h"
 
 namespace qnl::page {
 
@@ -23,12 +23,12 @@ struct ReportItem {
 };
 
 /// The items of the results, then time to freeze and wall thickness.
-std::vector<ReportItem> ReportItems(const series::SeriesResults& loaded);
+std::vector<ReportItem> ReportItems(const series::LoadedSeries& loaded);
 
 /// What a missing value of the page may mean, by status.
 inline constexpr const char* kMissingValues[] = {"no result", "never frozen"};
 
 /// Levels of an item at one time, nodes in the order of the page.
-Levels ItemLevels(const ReportItem& item, std::size_t time, const series::SeriesResults& loaded);
+Levels ItemLevels(const ReportItem& item, std::size_t time, const series::LoadedSeries& loaded);
 
 }  // namespace qnl::page

@@ -4,19 +4,15 @@
 #include <iostream>
 #include <numeric>
 
-#include "page/PageTemplate.h"
 #include "page/ReportBlocks.h"
 #include "page/ReportHeader.h"
 #include "page/ReportItems.h"
 #include "platform/HostFiles.h"
-#include "series/SeriesResults.h"
 #include "text/NumberText.h"
 
 namespace qnl::page {
 
 namespace {
-
-constexpr std::size_t kProfileNodes = 2000;
 
 /// Writes the elements of the page; what goes wrong shows when the file is committed.
 class PageFile {
@@ -42,7 +38,7 @@ std::vector<int> PageNumbers(const std::vector<int>& order) {
     return numbers;
 }
 
-Words Positions(const series::SeriesResults& loaded) {
+Integers Positions(const series::LoadedSeries& loaded) {
     std::vector<float> coordinates;
     for (std::size_t axis = 0; axis < 3; ++axis) {
         for (const int node : loaded.order) {
@@ -53,7 +49,7 @@ Words Positions(const series::SeriesResults& loaded) {
 }
 
 /// Triangles in page numbers, by ascending smallest node.
-Words Triangles(const series::SeriesResults& loaded, const std::vector<int>& numbers) {
+Integers Triangles(const series::LoadedSeries& loaded, const std::vector<int>& numbers) {
     std::vector<std::array<int, 3>> triangles = loaded.surface.triangles;
     for (std::array<int, 3>& triangle : triangles) {
         for (int& node : triangle) {
@@ -63,7 +59,7 @@ Words Triangles(const series::SeriesResults& loaded, const std::vector<int>& num
     const auto smallest = [](const std::array<int, 3>& t) { return std::min({t[0], t[1], t[2]}); };
     std::stable_sort(triangles.begin(), triangles.end(),
                      [&](const auto& a, const auto& b) { return smallest(a) < smallest(b); });
-    Words words;
+    Integers words;
     for (std::size_t corner = 0; corner < 3; ++corner) {
         for (const std::array<int, 3>& triangle : triangles) {
             words.push_back(static_cast<std::uint32_t>(triangle[corner]));
@@ -72,22 +68,22 @@ Words Triangles(const series::SeriesResults& loaded, const std::vector<int>& num
     return words;
 }
 
-Words Labels(const series::SeriesResults& loaded) {
-    Words labels;
+Integers Labels(const series::LoadedSeries& loaded) {
+    Integers labels;
     for (const int node : loaded.order) {
         labels.push_back(static_cast<std::uint32_t>(loaded.surface.labels[static_cast<std::size_t>(node)]));
     }
     return labels;
 }
 
-void WriteSurface(const series::SeriesResults& loaded, const std::vector<int>& numbers, PageFile& page) {
+void WriteSurface(const series::LoadedSeries& loaded, const std::vector<int>& numbers, PageFile& page) {
     page.Block("positions", EncodeBlock(Positions(loaded)));
     page.Block("triangles", EncodeBlock(Triangles(loaded, numbers)));
     page.Block("labels", EncodeBlock(Labels(loaded)));
 }
 
 /// Every block is written against the one of the time before, if there is one.
-void WriteItemBlocks(const ReportItem& item, const series::SeriesResults& loaded, PageFile& page) {
+void WriteItemBlocks(const ReportItem& item, const series::LoadedSeries& loaded, PageFile& page) {
     Levels before;
     for (std::size_t t = 0; t < item.values.size(); ++t) {
         if (item.values[t].empty()) {
@@ -102,12 +98,12 @@ void WriteItemBlocks(const ReportItem& item, const series::SeriesResults& loaded
 
 void WriteProfileBlocks(const series::DepthProfiles& profiles, const ValueRange& range,
                         const std::vector<int>& numbers, PageFile& page) {
-    Words nodes;
+    Integers nodes;
     for (const int node : profiles.nodes) {
         nodes.push_back(static_cast<std::uint32_t>(numbers[static_cast<std::size_t>(node)]));
     }
     page.Block("profile-nodes", EncodeBlock(nodes));
-    page.Block("profile-counts", EncodeBlock(Words(profiles.counts.begin(), profiles.counts.end())));
+    page.Block("profile-counts", EncodeBlock(Integers(profiles.counts.begin(), profiles.counts.end())));
     page.Block("profile-depths", EncodeBlock(BitsOf(profiles.depths)));
     Levels before;
     for (std::size_t t = 0; t < profiles.temperatures.size(); ++t) {
@@ -120,9 +116,9 @@ void WriteProfileBlocks(const series::DepthProfiles& profiles, const ValueRange&
     }
 }
 
-void WriteData(const series::SeriesResults& loaded, PageFile& page) {
+void WriteData(const series::LoadedSeries& loaded, PageFile& page) {
     const std::vector<ReportItem> items = ReportItems(loaded);
-    const ValueRange profileRange = RangeOf(loaded.profiles.temperatures);
+    const ValueRange profileRange = FiniteRange(loaded.profiles.temperatures);
     const std::vector<int> numbers = PageNumbers(loaded.order);
     page.Text("<script type=\"application/json\" id=\"qnl-header\">" +
               ReportHeader(loaded, items, profileRange) + "</script>\n");
@@ -137,13 +133,11 @@ void WriteData(const series::SeriesResults& loaded, PageFile& page) {
 
 }  // namespace
 
-bool WriteReportPage(const ReportRequest& request) {
-    const PageTemplate frame = ReadPageTemplate();
-    const series::SeriesResults loaded = series::LoadSeriesResults(request.results, kProfileNodes);
+bool WriteReportPage(const PageTemplate& frame, const series::LoadedSeries& loaded, const std::string& path) {
     if (!loaded.withoutHistory.empty()) {
         std::cerr << loaded.withoutHistory + "\n";
     }
-    ReplacedFile file(request.out, "wb");
+    ReplacedFile file(path, "wb");
     if (!file) {
         return false;
     }

@@ -2,19 +2,17 @@
 
 #include <string>
 
-#include "series/ResultSeries.h"
+#include "page/PageTemplate.h"
+#include "series/LoadedSeries.h"
 
 namespace qnl::page {
 
-/// A page to be written.
-struct ReportRequest {
-    series::SeriesWords results;
-    std::string out;  ///< path of the page
-};
+/// Nodes whose profiles a page can show.
+inline constexpr std::size_t kPageProfiles = 2000;
 
-/// Writes one self-contained page that shows the results of a series; a file of that name is replaced. Notes
-/// for people go to standard error. Raises InputProblem; false, with a fault recorded, when the page cannot
-/// be written.
-[[nodiscard]] bool WriteReportPage(const ReportRequest& request);
+/// Writes one self-contained page that shows a series; a file of that name is replaced. Notes for people go
+/// to standard error. False, with a fault recorded, when the page cannot be written.
+[[nodiscard]] bool WriteReportPage(const PageTemplate& frame, const series::LoadedSeries& loaded,
+                                   const std::string& path);
 
 }  // namespace qnl::page

@@ -8,13 +8,18 @@
 #include "exports/CsvFile.h"
 #include "exports/VtkXmlFile.h"
 #include "project/OutputNames.h"
-#include "series/SeriesResults.h"
+#include "series/LoadedSeries.h"
 #include "text/NumberText.h"
 #include "text/TextFile.h"
 
 namespace qnl::profiles {
 
 namespace {
+
+/// What the name of the files may end in and loses.
+std::vector<std::string_view> NameEndings() {
+    return {".csv", ".vtp"};
+}
 
 /// One probed node: its pass elements by depth and their temperatures by time.
 struct ProbedRay {
@@ -25,7 +30,7 @@ struct ProbedRay {
 
 /// What the rays are probed in.
 struct Probe {
-    series::ResultSeries series;
+    series::SeriesFiles series;
     series::OpenedProject project;
     series::Surface surface;
     series::SurfaceRays traced;
@@ -103,7 +108,7 @@ void ReadTemperatures(Probe& probe) {
 }
 
 Probe MakeProbe(const ProbeRequest& request) {
-    series::ResultSeries series = series::FindResultSeries(request.results);
+    series::SeriesFiles series = series::FindSeriesFiles(request.results);
     series::OpenedProject project(series);
     if (!project.HasTemperatures()) {
         throw project::InputProblem(project::NativePath(series.base.Path()) +
@@ -149,7 +154,7 @@ std::string Row(const Probe& probe, const ProbedRay& ray, std::size_t time, std:
     return row + "\n";
 }
 
-std::string Rows(const Probe& probe) {
+std::string TableText(const Probe& probe) {
     std::string text =
         "Node label," + exports::CsvField(series::Label(probe.series.AxisName(), probe.series.AxisUnit())) +
         ",Depth [mm],Temperature [°C],Frozen,Element kind,Element number,x [mm],y [mm],z [mm]\n";
@@ -221,12 +226,16 @@ bool WriteRows(const std::string& rows, const std::string& path) {
 
 }  // namespace
 
+std::string CheckProbeName(const std::string& name) {
+    return project::ProblemOfOutputName(name, NameEndings());
+}
+
 std::vector<std::string> ProbeRays(const ProbeRequest& request) {
     if (request.out.empty()) {
-        std::cout << Rows(MakeProbe(request));
+        std::cout << TableText(MakeProbe(request));
         return {};
     }
-    const std::string name = project::NameOfOutput(request.out, {".csv", ".vtp"});
+    const std::string name = project::NameOfOutput(request.out, NameEndings());
     const std::string table = name + ".csv";
     const std::string lines = name + ".vtp";
     if (!request.force) {
@@ -234,7 +243,7 @@ std::vector<std::string> ProbeRays(const ProbeRequest& request) {
     }
     const Probe probe = MakeProbe(request);
     std::vector<std::string> written;
-    if (WriteRows(Rows(probe), table)) {
+    if (WriteRows(TableText(probe), table)) {
         written.push_back(project::NativePath(table));
         if (WriteLines(probe, lines)) {
             written.push_back(project::NativePath(lines));

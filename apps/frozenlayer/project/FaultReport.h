@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/Faults.h"
+#include "project/OutputTime.h"
 
 namespace qnl::project {
 
@@ -16,6 +17,6 @@ std::string FaultSentence(const Fault& fault);
 void PrintFaults(const std::vector<Fault>& faults, std::ostream& out);
 
 /// Records a fault when a result that is read densely by node label carries a map of node ids.
-void RecordNodeIdMisuse(std::string_view resultFile);
+void RecordNodeIdMisuse(std::string_view resultFile, const StageSummary& summary);
 
 }  // namespace qnl::project

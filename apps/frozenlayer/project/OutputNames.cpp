@@ -9,7 +9,7 @@ namespace qnl::project {
 
 namespace {
 
-std::string WithoutEnding(const std::string& out, std::initializer_list<std::string_view> endings) {
+std::string WithoutEnding(const std::string& out, const std::vector<std::string_view>& endings) {
     for (const std::string_view ending : endings) {
         const std::size_t begin = out.size() - std::min(out.size(), ending.size());
         if (std::string_view(out).substr(begin) == ending) {
@@ -21,18 +21,27 @@ std::string WithoutEnding(const std::string& out, std::initializer_list<std::str
 
 }  // namespace
 
-std::string NameOfOutput(const std::string& out, std::initializer_list<std::string_view> endings) {
+std::string NameOfOutput(const std::string& out, const std::vector<std::string_view>& endings) {
     std::string name = WithoutEnding(out, endings);
     const std::filesystem::path path(NativePath(name));
     if (path.filename().empty()) {
-        throw InputProblem("\"" + out + "\" names no file: give --out a name, such as --out part");
+        throw InputProblem("\"" + out + "\" names no file: give a name, such as part");
     }
     std::error_code failed;
     if (path.has_parent_path() && !std::filesystem::is_directory(path.parent_path(), failed)) {
         throw InputProblem(path.parent_path().string() +
-                           " is no folder: make it first, or choose another --out");
+                           " is no folder: make it first, or name another place");
     }
     return name;
+}
+
+std::string ProblemOfOutputName(const std::string& out, const std::vector<std::string_view>& endings) {
+    try {
+        NameOfOutput(out, endings);
+        return {};
+    } catch (const InputProblem& problem) {
+        return problem.what();
+    }
 }
 
 void RefuseExisting(const std::vector<std::string>& paths) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,7 +8,10 @@ namespace qnl::project {
 
 /// The path that the names of several written files begin with: `out` without the first of the endings that
 /// it has. Raises InputProblem when its folder is not there or nothing is left as a name.
-std::string NameOfOutput(const std::string& out, std::initializer_list<std::string_view> endings);
+std::string NameOfOutput(const std::string& out, const std::vector<std::string_view>& endings);
+
+/// What NameOfOutput would raise; empty for a name that it takes.
+std::string ProblemOfOutputName(const std::string& out, const std::vector<std::string_view>& endings);
 
 /// Raises InputProblem for the first of the files that is there already.
 void RefuseExisting(const std::vector<std::string>& paths);

@@ -9,13 +9,21 @@
 
 namespace qnl::runs {
 
+namespace {
+
+void RecordNodeIdMisuse(const std::string& resultFile) {
+    project::RecordNodeIdMisuse(resultFile, project::ReadStageSummary(resultFile));
+}
+
+}  // namespace
+
 void RunProgress::TimeBegins(int index, int intermediateTimes, const char* stageFile) {
     begin_ = Clock::now();
     timeCount_ = intermediateTimes + 1;
     const project::StageSummary summary = project::ReadStageSummary(stageFile);
-    times_.push_back({{index, summary.seconds}, stageFile, "", false});
-    if (checkNodeIds_) {
-        project::RecordNodeIdMisuse(stageFile);
+    times_.push_back({{index, summary.seconds}, stageFile, "", false, {}});
+    if (wishes_.checkNodeIds) {
+        project::RecordNodeIdMisuse(stageFile, summary);
     }
     ShowShare(0.0);
 }
@@ -45,6 +53,11 @@ void RunProgress::RunEnds(const FrozenLayerJob& job) {
     if (job.m_bKernelFlag != 1) {
         walls_ = series::CountDeepWalls(job);
     }
+    smoothedNormals_ = job.m_bHasIntermediateTimes == 1;
+    isThermoset_ = job.m_bIsThermoset != 0;
+    if (wishes_.keepMesh) {
+        mesh_ = kernel::TakeMesh(*job.m_pOptKer);
+    }
     bar_.Clear();
 }
 
@@ -60,10 +73,10 @@ void RunProgress::ShowShare(double shareOfTime) {
 
 void RunProgress::CheckCompanions(const FrozenLayerJob& job) const {
     if (job.m_bIsFlakeLightIntensity == 1) {
-        project::RecordNodeIdMisuse(ReplaceExtension(times_.back().stageFile, kFibreExtension));
+        RecordNodeIdMisuse(ReplaceExtension(times_.back().stageFile, kFibreExtension));
     }
     if (job.m_bIsGasIn == 1) {
-        project::RecordNodeIdMisuse(ReplaceExtension(job.m_szMeshFile.View(), kThicknessExtension));
+        RecordNodeIdMisuse(ReplaceExtension(job.m_szMeshFile.View(), kThicknessExtension));
     }
 }
 

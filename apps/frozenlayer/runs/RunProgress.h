@@ -1,11 +1,15 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "context/RunOptions.h"
+#include "kernel/MeshKernelState.h"
 #include "project/OutputTime.h"
+#include "results/ResultFile.h"
 #include "series/WallDepth.h"
 #include "text/ProgressBar.h"
 
@@ -17,20 +21,30 @@ struct EvaluatedTime {
     std::string stageFile;
     std::string resultFile;
     bool evaluated = false;
+    std::optional<results::ResultFileContent> content;  ///< of the result file, once it is read
+};
+
+/// What a run is followed for beyond its progress.
+struct RunWishes {
+    bool checkNodeIds = true;  ///< a map of node ids in a stage file is misuse and recorded as a fault
+    bool keepMesh = false;     ///< the mesh is wanted after the run
 };
 
 /// Follows a run: shows its progress and keeps what the report needs.
 class RunProgress : public RunObserver {
 public:
-    /// `checkNodeIds`: a map of node ids in a stage file is misuse and recorded as a fault.
-    RunProgress(text::ProgressBar& bar, bool checkNodeIds) : bar_(bar), checkNodeIds_(checkNodeIds) {}
+    RunProgress(text::ProgressBar& bar, const RunWishes& wishes) : bar_(bar), wishes_(wishes) {}
 
     void TimeBegins(int index, int intermediateTimes, const char* stageFile) override;
     void NodesEvaluated(int done, int total) override;
     void TimeEnds(int index, bool evaluated, const FrozenLayerJob& job) override;
     void RunEnds(const FrozenLayerJob& job) override;
 
-    const std::vector<EvaluatedTime>& Times() const { return times_; }
+    std::vector<EvaluatedTime> TakeTimes() { return std::move(times_); }
+    bool SmoothedNormals() const { return smoothedNormals_; }
+    bool IsThermoset() const { return isThermoset_; }
+    /// The mesh of a run that came to its end, when it was wished for; once.
+    std::optional<kernel::KernelMesh> TakeMesh() { return std::exchange(mesh_, std::nullopt); }
     const series::DeepWalls& Walls() const { return walls_; }
 
 private:
@@ -41,11 +55,14 @@ private:
     void CheckCompanions(const FrozenLayerJob& job) const;
 
     text::ProgressBar& bar_;
-    bool checkNodeIds_;
+    RunWishes wishes_;
     int timeCount_ = 1;
     Clock::time_point begin_;
     std::vector<EvaluatedTime> times_;
     series::DeepWalls walls_;
+    bool smoothedNormals_ = false;
+    bool isThermoset_ = false;
+    std::optional<kernel::KernelMesh> mesh_;
 };
 
 }  // namespace qnl::runs

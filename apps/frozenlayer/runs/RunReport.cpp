@@ -1,6 +1,7 @@
 #include "runs/RunReport.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "project/ProjectPaths.h"
 #include "results/ResultFile.h"
@@ -34,7 +35,7 @@ text::TextTable ItemTable(const results::ResultFileContent& content, bool isWarp
 }
 
 void PrintResult(const EvaluatedTime& time, std::ostream& out) {
-    const results::ResultFileContent content = results::ReadResultFile(time.resultFile);
+    const results::ResultFileContent& content = *time.content;
     out << "Output time " << time.time.Text() << ", " << project::NativePath(time.resultFile) << "\n";
     if (content.maxNode == 0) {
         out << "  no node has a result\n\n";
@@ -44,33 +45,62 @@ void PrintResult(const EvaluatedTime& time, std::ostream& out) {
     out << "\n";
 }
 
-void SortByRealTime(std::vector<EvaluatedTime>& times) {
+void SortByRealTime(std::vector<const EvaluatedTime*>& times) {
     const bool allKnown = std::all_of(
-        times.begin(), times.end(), [](const EvaluatedTime& time) { return time.time.seconds.has_value(); });
+        times.begin(), times.end(), [](const EvaluatedTime* time) { return time->time.seconds.has_value(); });
     if (allKnown) {
-        std::stable_sort(times.begin(), times.end(), [](const EvaluatedTime& a, const EvaluatedTime& b) {
-            return *a.time.seconds < *b.time.seconds;
+        std::stable_sort(times.begin(), times.end(), [](const EvaluatedTime* a, const EvaluatedTime* b) {
+            return *a->time.seconds < *b->time.seconds;
         });
     }
 }
 
 }  // namespace
 
-bool PrintResultTables(std::vector<EvaluatedTime> times, std::ostream& out) {
-    SortByRealTime(times);
+bool ReadResults(std::vector<EvaluatedTime>& times) {
     bool allRead = true;
-    for (const EvaluatedTime& time : times) {
+    for (EvaluatedTime& time : times) {
         if (!time.evaluated) {
             continue;
         }
         try {
-            PrintResult(time, out);
+            time.content = results::ReadResultFile(time.resultFile);
         } catch (const results::ResultFileError& error) {
             RecordFault(error.What());
             allRead = false;
         }
     }
     return allRead;
+}
+
+void PrintResultTables(const std::vector<EvaluatedTime>& times, std::ostream& out) {
+    std::vector<const EvaluatedTime*> ordered;
+    for (const EvaluatedTime& time : times) {
+        ordered.push_back(&time);
+    }
+    SortByRealTime(ordered);
+    for (const EvaluatedTime* time : ordered) {
+        if (time->content) {
+            PrintResult(*time, out);
+        }
+    }
+}
+
+series::SeriesFiles SeriesOfRun(const project::StageFile& base, std::vector<EvaluatedTime> times,
+                                bool smoothedNormals, std::vector<results::ResultFileContent>& contents) {
+    std::vector<series::SeriesTime> seriesTimes;
+    for (const EvaluatedTime& time : times) {
+        seriesTimes.push_back({time.time, time.stageFile, time.resultFile, 0.0});
+    }
+    series::SeriesFiles files = series::OrderSeriesFiles(base, std::move(seriesTimes), smoothedNormals);
+    contents.clear();
+    for (const series::SeriesTime& ordered : files.times) {
+        const auto own = std::find_if(times.begin(), times.end(), [&](const EvaluatedTime& time) {
+            return time.time.index == ordered.time.index;
+        });
+        contents.push_back(std::move(*own->content));
+    }
+    return files;
 }
 
 void PrintWrittenFiles(const std::vector<std::string>& paths, std::ostream& out) {

@@ -5,8 +5,6 @@
 #include <cstdint>
 #include <limits>
 
-#include "kernel/mesh/CellVolumes.h"
-#include "kernel/mesh/MeshFile.h"
 #include "kernel/mesh/MeshSizes.h"
 #include "mesh/MeshNodes.h"
 
@@ -35,7 +33,11 @@ kernel::BoundaryFace FaceOf(const SurfaceRecord& record) {
 }
 
 /// Boundary faces stand in the order of their owning cells.
-std::vector<double> PartFaceAreas(const FrozenLayerJob& job, const kernel::MeshData& mesh) {
+std::vector<double> PartFaceAreas(const FrozenLayerJob& job) {
+    std::vector<kernel::Point> points;
+    for (int n = 1; n <= job.m_nNodes; ++n) {
+        points.push_back({job.p_Node[n].x, job.p_Node[n].y, job.p_Node[n].z});
+    }
     std::vector<double> areas(static_cast<std::size_t>(job.m_nSurfaces) + 1);
     int cell = 1;
     for (int f = 1; f <= job.m_nSurfaces; ++f) {
@@ -43,8 +45,7 @@ std::vector<double> PartFaceAreas(const FrozenLayerJob& job, const kernel::MeshD
             ++cell;
         }
         const bool isPart = job.m_pIsRunnerCell[cell] == 0;
-        areas[static_cast<std::size_t>(f)] =
-            isPart ? kernel::FaceArea(mesh.points, FaceOf(job.p_Surfce[f])) : 0.0;
+        areas[static_cast<std::size_t>(f)] = isPart ? kernel::FaceArea(points, FaceOf(job.p_Surfce[f])) : 0.0;
     }
     return areas;
 }
@@ -80,7 +81,7 @@ std::vector<double> HottestAlongRays(const OpenedProject& project, const Surface
     return hottest;
 }
 
-void SettleFreezing(const ResultSeries& series, FreezeHistory& history) {
+void SettleFreezing(const SeriesFiles& series, FreezeHistory& history) {
     std::vector<double> times;
     for (const SeriesTime& time : series.times) {
         times.push_back(time.axis);
@@ -144,19 +145,18 @@ bool FreezeHistory::Freezes() const {
 }
 
 PartMeasure MeasurePart(const OpenedProject& project) {
-    kernel::MeshData mesh = kernel::ReadMeshFile(project.MeshFile());
-    std::vector<double> volumes;
-    kernel::TurnNegativeCells(mesh, volumes);
+    const FrozenLayerJob& job = project.Job();
     PartMeasure measure;
-    measure.faceAreas = PartFaceAreas(project.Job(), mesh);
+    measure.faceAreas = PartFaceAreas(job);
     measure.cellVolumes.push_back(0.0);
-    for (std::size_t cell = 0; cell < volumes.size(); ++cell) {
-        measure.cellVolumes.push_back(mesh.regions[cell] == 0 ? volumes[cell] : 0.0);
+    for (const double volume : project.Mesh().cellVolumes) {
+        const bool isPart = job.m_pIsRunnerCell[measure.cellVolumes.size()] == 0;
+        measure.cellVolumes.push_back(isPart ? volume : 0.0);
     }
     return measure;
 }
 
-FreezeHistory ReadFreezeHistory(OpenedProject& project, const ResultSeries& series, const Surface& surface,
+FreezeHistory ReadFreezeHistory(OpenedProject& project, const SeriesFiles& series, const Surface& surface,
                                 const SurfaceRays& rays, DepthProfiles& profiles) {
     FreezeHistory history;
     history.freezeTemperature = project.FreezeTemperature().value_or(kNothing);

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "series/OpenedProject.h"
-#include "series/ResultSeries.h"
+#include "series/SeriesFiles.h"
 #include "series/SurfaceRays.h"
 
 namespace qnl::series {
@@ -50,7 +50,7 @@ PartMeasure MeasurePart(const OpenedProject& project);
 /// temperature along its whole ray, beyond the depth window too, is below the freeze temperature, linear
 /// between output times; frozen at the first output time counts as that time. `profiles` comes with its nodes
 /// and receives their profiles. Raises InputProblem for a stage file that cannot be used.
-FreezeHistory ReadFreezeHistory(OpenedProject& project, const ResultSeries& series, const Surface& surface,
+FreezeHistory ReadFreezeHistory(OpenedProject& project, const SeriesFiles& series, const Surface& surface,
                                 const SurfaceRays& rays, DepthProfiles& profiles);
 
 /// The time at which the values first fall below the limit, linear between times; the first time when they

@@ -2,6 +2,7 @@
 
 #include <iostream>
 #include <sstream>
+#include <utility>
 
 #include "job/OutputTimes.h"
 #include "job/RunSequence.h"
@@ -48,30 +49,42 @@ std::string FirstLine(const std::string& text) {
 
 }  // namespace
 
-OpenedProject::OpenedProject(const ResultSeries& series) : job_(std::make_unique<FrozenLayerJob>()) {
-    const project::StageFile& base = series.base;
-    project::CheckProjectFiles(base);
-    const project::ProjectInputs inputs = project::ReadProjectInputs(base);
-    meshFile_ = inputs.meshFile;
-    materialFile_ = inputs.materialFile;
-    job_->m_options.corrected = true;
-    const std::string stageFile = base.Path();
-    job_->m_szInputResult = stageFile.c_str();
-    job_->m_szLogFile.Set(base.Sibling(".lgz"));
-    job_->m_szMeshFile.Set(meshFile_);
-    job_->m_szMaterialFile.Set(materialFile_);
-    OpenInputs();
-    job_->m_bHasIntermediateTimes = series.smoothedNormals ? 1 : 0;
-    job_->m_szInputResult = nullptr;
+OpenedProject::OpenedProject(const SeriesFiles& series) : job_(std::make_unique<FrozenLayerJob>()) {
+    NameInputs(series);
+    OpenInputs(series, RunStep::ResultFiles, RunStep::MeshData);
+}
+
+OpenedProject::OpenedProject(const SeriesFiles& series, kernel::KernelMesh mesh)
+    : job_(std::make_unique<FrozenLayerJob>()) {
+    NameInputs(series);
+    OpenInputs(series, RunStep::ResultFiles, RunStep::Material);
+    kernel::AdoptMesh(*job_->m_pOptKer, std::move(mesh));
+    OpenInputs(series, RunStep::Threads, RunStep::MeshData);
 }
 
 std::optional<double> OpenedProject::FreezeTemperature() const {
     return job_->m_bIsThermoset != 0 ? std::nullopt : std::optional<double>(job_->m_dFreezeTemp);
 }
 
-void OpenedProject::OpenInputs() {
+void OpenedProject::NameInputs(const SeriesFiles& series) {
+    const project::StageFile& base = series.base;
+    project::CheckProjectFiles(base);
+    const project::ProjectInputs inputs = project::ReadProjectInputs(base);
+    meshFile_ = inputs.meshFile;
+    materialFile_ = inputs.materialFile;
+    job_->m_options.corrected = true;
+    job_->m_szLogFile.Set(base.Sibling(".lgz"));
+    job_->m_szMeshFile.Set(meshFile_);
+    job_->m_szMaterialFile.Set(materialFile_);
+}
+
+void OpenedProject::OpenInputs(const SeriesFiles& series, RunStep first, RunStep last) {
     const Overhearing overhearing(*job_);
-    const job::SequenceEnd end = job::RunSteps(*job_, RunStep::ResultFiles, RunStep::MeshData);
+    const std::string stageFile = series.base.Path();
+    job_->m_szInputResult = stageFile.c_str();
+    const job::SequenceEnd end = job::RunSteps(*job_, first, last);
+    job_->m_szInputResult = nullptr;
+    job_->m_bHasIntermediateTimes = series.smoothedNormals ? 1 : 0;
     if (end.code == job::ExitCode::MaterialFailed) {
         Refuse(FirstLine(overhearing.Text()), materialFile_, "the material");
     }

@@ -7,17 +7,19 @@
 #include "context/FrozenLayerJob.h"
 #include "kernel/MeshKernelState.h"
 #include "profile/JobViews.h"
-#include "series/ResultSeries.h"
+#include "series/SeriesFiles.h"
 
 namespace qnl::series {
 
-/// The mesh and the material of a stage of a project, opened to look at its results, and the temperatures of
-/// its output times as the corrected mode reads them.
+/// The mesh and the material of a stage of a project, opened to look at its results, and the temperatures
+/// of its output times as the corrected mode reads them.
 class OpenedProject {
 public:
-    /// Raises InputProblem when the run file, the mesh or the material of the series' project is missing or
-    /// cannot be used.
-    explicit OpenedProject(const ResultSeries& series);
+    /// Raises InputProblem when the run file, the mesh or the material of the series' project is missing
+    /// or cannot be used.
+    explicit OpenedProject(const SeriesFiles& series);
+    /// The same with the mesh that a run of the project has read.
+    OpenedProject(const SeriesFiles& series, kernel::KernelMesh mesh);
 
     const kernel::KernelMesh& Mesh() const { return job_->m_pOptKer->m_pState->mesh; }
     const FrozenLayerJob& Job() const { return *job_; }
@@ -37,7 +39,8 @@ public:
     profile::PassElementMesh Elements() const { return profile::MeshOf(*job_); }
 
 private:
-    void OpenInputs();
+    void NameInputs(const SeriesFiles& series);
+    void OpenInputs(const SeriesFiles& series, RunStep first, RunStep last);
 
     std::string meshFile_;
     std::string materialFile_;

@@ -24,9 +24,8 @@ void TraceRay(const OpenedProject& project, const Vector3& place, std::size_t i,
     const kernel::Point direction{inward.x, inward.y, inward.z};
     const int slot = omp_get_thread_num();
     int count = 0;
-    const int* found = walker.Find(count, origin, direction, slot);
+    const int* found = walker.Find(count, rays.wall[i], origin, direction, slot);
     rays.elements[i].assign(found, found + count);
-    rays.wall[i] = walker.InsideEnd(origin, direction, slot);
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 #include "base/Vector3.h"
 #include "series/OpenedProject.h"
-#include "series/SurfaceSeries.h"
+#include "series/SurfaceResults.h"
 
 namespace qnl::series {
 

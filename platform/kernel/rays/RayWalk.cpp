@@ -128,12 +128,19 @@ const BoxHierarchy& RayWalker::CellBoxes() {
 }
 
 int* RayWalker::Find(int& count, const Point& origin, const Point& direction, int slot) {
+    double insideEnd = 0.0;
+    return Find(count, insideEnd, origin, direction, slot);
+}
+
+int* RayWalker::Find(int& count, double& insideEnd, const Point& origin, const Point& direction, int slot) {
     RaySlot& own = SlotOf(slot);
     own.ids.clear();
+    insideEnd = 0.0;
     const std::optional<Point> unit = UnitVector(direction);
     if (unit && IsFinite(origin)) {
         const Ray ray(origin, *unit);
         if (Trace(own, ray) && CollectCells(own)) {
+            insideEnd = own.reached;
             CollectFaces(own);
             SortAscending(own.ids, own.sorting);
         }

@@ -64,6 +64,9 @@ public:
     /// on the spot. Origins other than boundary nodes need a further tree, made by the first of them.
     int* Find(int& count, const Point& origin, const Point& direction, int slot);
 
+    /// The same; `insideEnd` receives the length t_e inside the solid, 0 when no cell is passed.
+    int* Find(int& count, double& insideEnd, const Point& origin, const Point& direction, int slot);
+
     /// The length t_e inside the solid, 0 when no cell is passed.
     double InsideEnd(const Point& origin, const Point& direction, int slot);
 

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "series/FreezeHistory.h"
+#include "series/FreezingRegions.h"
+#include "series/OpenedProject.h"
+#include "series/SeriesFiles.h"
+#include "series/SurfaceRays.h"
+#include "series/SurfaceResults.h"
+
+namespace qnl::series {
+
+/// Everything that people look at in the results of one stage: the surface, its items over time, and what is
+/// derived from the temperatures along the inward rays.
+struct LoadedSeries {
+    SeriesFiles series;
+    OpenedProject project;
+    Surface surface;
+    SurfaceResults results;
+    SurfaceRays rays;
+    std::vector<int> order;                ///< surface nodes along a space-filling curve
+    std::optional<FreezeHistory> history;  ///< none for a stage without temperatures, or when stage files are
+                                           ///< missing
+    DepthProfiles profiles;                ///< filled with the history
+    FreezingRegions regions;               ///< filled with the history
+    std::string withoutHistory;            ///< why there is none, one sentence
+};
+
+/// Loads a series from its files, with the profiles of at most `profileNodes` nodes spread over the part.
+/// Raises InputProblem.
+LoadedSeries LoadSeries(SeriesFiles series, std::size_t profileNodes);
+
+/// The same from an opened project and from what the result files hold, by time.
+LoadedSeries LoadSeries(SeriesFiles series, OpenedProject project,
+                        const std::vector<results::ResultFileContent>& contents, std::size_t profileNodes);
+
+}  // namespace qnl::series

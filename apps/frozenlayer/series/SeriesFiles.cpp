@@ -1,0 +1,172 @@
+#include "series/SeriesFiles.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <utility>
+
+#include "project/FaultReport.h"
+#include "results/ResultFile.h"
+
+namespace qnl::series {
+
+namespace {
+
+std::string ResultExtension(const std::string& stageExtension) {
+    const Stage* stage = FindStage(stageExtension);
+    return stage != nullptr ? std::string(stage->resultExtension) : std::string();
+}
+
+std::string StageExtension(const std::string& extension) {
+    for (const Stage& stage : kStages) {
+        if (stage.pattern == extension || stage.resultExtension == extension) {
+            return std::string(stage.pattern);
+        }
+    }
+    return {};
+}
+
+project::StageFile ResultOf(project::StageFile stageFile) {
+    stageFile.extension = ResultExtension(stageFile.extension);
+    return stageFile;
+}
+
+/// The stage file that belongs to a result or stage file of any time.
+project::StageFile StageFileOfWord(const std::string& word) {
+    project::StageFile file = project::SplitRunPath(word);
+    const std::string extension = StageExtension(file.extension);
+    if (extension.empty()) {
+        throw project::InputProblem(project::NativePath(word) +
+                                    ": neither a frozen-layer result (.fzr flow, .pzr pack, .czr cool, .hczr"
+                                    " heating-cooling, .wzr warp) nor the stage file of one");
+    }
+    file.extension = extension;
+    return file;
+}
+
+[[noreturn]] void RefuseWithoutResult(const std::string& path) {
+    throw project::InputProblem(project::NativePath(path) +
+                                ": no frozen-layer result is there; make it first with frozenlayer run");
+}
+
+project::StageFile StageFileOfFolder(const std::string& folder) {
+    const std::vector<project::StageFile> files = project::FindBaseStageFiles(folder);
+    const auto found = std::find_if(files.begin(), files.end(), [](const project::StageFile& file) {
+        return file.extension != kFibreExtension && !project::ExistingIndices(ResultOf(file)).empty();
+    });
+    if (found == files.end()) {
+        RefuseWithoutResult(folder);
+    }
+    return *found;
+}
+
+bool SameSeries(const project::StageFile& a, const project::StageFile& b) {
+    return a.AtIndex(0).Path() == b.AtIndex(0).Path();
+}
+
+std::set<int> IndicesOfWords(const project::StageFile& base, const std::vector<std::string>& words) {
+    std::set<int> indices;
+    for (const std::string& word : words) {
+        const project::StageFile file = StageFileOfWord(word);
+        if (!SameSeries(file, base)) {
+            throw project::InputProblem(project::NativePath(word) + " belongs to another run or stage than " +
+                                        project::NativePath(words.front()) + ": name results of one series");
+        }
+        if (!project::FileExists(ResultOf(file).Path())) {
+            RefuseWithoutResult(ResultOf(file).Path());
+        }
+        indices.insert(file.index);
+    }
+    return indices;
+}
+
+/// The base time is the last where times are not known.
+bool ComesEarlier(const SeriesTime& a, const SeriesTime& b, bool realTimes) {
+    if (realTimes) {
+        return *a.time.seconds < *b.time.seconds;
+    }
+    return (a.time.index == 0) != (b.time.index == 0) ? b.time.index == 0 : a.time.index < b.time.index;
+}
+
+/// The decimal number that a time in single precision was written as: 6.4, not 6.40000009536743.
+double Decimal(double seconds) {
+    std::array<char, 32> digits{};
+    const auto written =
+        std::to_chars(digits.data(), digits.data() + digits.size(), static_cast<float>(seconds));
+    double number = seconds;
+    std::from_chars(digits.data(), written.ptr, number);
+    return number;
+}
+
+void OrderTimes(SeriesFiles& series) {
+    auto& times = series.times;
+    series.realTimes = std::all_of(times.begin(), times.end(),
+                                   [](const SeriesTime& time) { return time.time.seconds.has_value(); });
+    std::stable_sort(times.begin(), times.end(), [&](const SeriesTime& a, const SeriesTime& b) {
+        return ComesEarlier(a, b, series.realTimes);
+    });
+    for (std::size_t i = 0; i < times.size(); ++i) {
+        times[i].axis = series.realTimes ? Decimal(*times[i].time.seconds) : static_cast<double>(i + 1);
+    }
+}
+
+/// Runs that smooth their normals write the packing index, and no others do.
+bool ComesFromSmoothedNormals(const std::string& resultFile) {
+    constexpr int kPackingIndex = 11;
+    try {
+        const results::ResultFileContent content = results::ReadResultSummary(resultFile);
+        return std::any_of(content.items.begin(), content.items.end(),
+                           [](const results::ResultItem& item) { return item.id == kPackingIndex; });
+    } catch (const results::ResultFileError& error) {
+        throw project::InputProblem(project::FaultSentence(error.What()));
+    }
+}
+
+bool ComesFromSmoothedNormals(const std::vector<SeriesTime>& times) {
+    std::optional<bool> first;
+    for (const SeriesTime& time : times) {
+        const bool smoothed = ComesFromSmoothedNormals(time.resultFile);
+        if (smoothed != first.value_or(smoothed)) {
+            throw project::InputProblem(
+                project::NativePath(time.resultFile) + " and " +
+                project::NativePath(times.front().resultFile) +
+                " are of different runs, of which one smoothed the normals and one did not:"
+                " make all results again with frozenlayer run");
+        }
+        first = smoothed;
+    }
+    return *first;
+}
+
+}  // namespace
+
+SeriesFiles OrderSeriesFiles(project::StageFile base, std::vector<SeriesTime> times, bool smoothedNormals) {
+    SeriesFiles series{std::move(base), std::move(times), false, smoothedNormals};
+    OrderTimes(series);
+    return series;
+}
+
+SeriesFiles FindSeriesFiles(const SeriesSelection& named) {
+    const std::vector<std::string>& words = named.paths;
+    const std::string& first = words.front();
+    const bool single = words.size() == 1 && !named.onlyThese;
+    const project::StageFile file =
+        single && project::FolderExists(first) ? StageFileOfFolder(first) : StageFileOfWord(first);
+    const project::StageFile base = file.AtIndex(0);
+    const std::set<int> indices =
+        single ? project::ExistingIndices(ResultOf(base)) : IndicesOfWords(base, words);
+    if (indices.empty()) {
+        RefuseWithoutResult(ResultOf(base).Path());
+    }
+    std::vector<SeriesTime> times;
+    for (const int index : indices) {
+        const project::StageFile stage = base.AtIndex(index);
+        const project::StageSummary summary = project::ReadStageSummary(stage.Path());
+        times.push_back({{index, summary.seconds}, stage.Path(), ResultOf(stage).Path(), 0.0});
+    }
+    const bool smoothed = ComesFromSmoothedNormals(times);
+    return OrderSeriesFiles(base, std::move(times), smoothed);
+}
+
+}  // namespace qnl::series

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "project/OutputTime.h"
+#include "project/ProjectPaths.h"
+
+namespace qnl::series {
+
+/// One output time of a series, Windows-style paths.
+struct SeriesTime {
+    project::OutputTime time;
+    std::string stageFile;
+    std::string resultFile;
+    double axis = 0.0;  ///< place on the axis of the series: s, or the position from 1
+};
+
+/// The files of the frozen-layer results of one stage of one run, in the order of time.
+struct SeriesFiles {
+    project::StageFile base;  ///< stage file of the base time; it need not be there
+    std::vector<SeriesTime> times;
+    bool realTimes =
+        false;  ///< every stage file tells its time; else intermediate times come first, by index
+    bool smoothedNormals = false;  ///< the run smoothed the normals that it looked along
+
+    const char* AxisName() const { return realTimes ? "Time" : "Output index"; }
+    const char* AxisUnit() const { return realTimes ? "s" : ""; }
+};
+
+/// The paths that a user names a series by. One path: a project folder (its latest run, the first stage that
+/// has results), or a result or stage file, which stands for all times of its series. Several: files of one
+/// series, which stand for exactly those times.
+struct SeriesSelection {
+    std::vector<std::string> paths;
+    bool onlyThese = false;  ///< a single file stands for its own time only
+};
+
+/// A series of these times, put into their order, which also decides their places on the axis.
+SeriesFiles OrderSeriesFiles(project::StageFile base, std::vector<SeriesTime> times, bool smoothedNormals);
+
+/// The series that is named. Raises InputProblem.
+SeriesFiles FindSeriesFiles(const SeriesSelection& named);
+
+/// What the help says of an argument that names a series.
+inline constexpr const char* kSeriesHelp =
+    "Frozen-layer result (.fzr, .pzr, .czr, .hczr, .wzr), which stands for all output times beside it; "
+    "several "
+    "of them for just those times; or a project folder: its latest run, the first stage with results";
+
+}  // namespace qnl::series
