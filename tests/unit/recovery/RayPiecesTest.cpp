@@ -239,6 +239,21 @@ TEST(RayPieces, EndWhereTheSolidIsLeft) {
     EXPECT_TRUE(left);
 }
 
+// Cells too short to be passed leave gaps, however many follow each other.
+TEST(RayPieces, GoOnBehindAGapAsLongAsFurtherCellsArePassed) {
+    testing::BoxMesh box;
+    box.fill = Fill::Hexa;
+    box.blocks = {1, 1, 3};
+    const RecordedMesh mesh(testing::BuildBox(box));
+    RecordedRays rays(mesh, 1.0);
+    const int boundary = rays.walker.BoundaryFaces();
+    const int ids[] = {boundary + 1, boundary + 3};
+    const RayPieces pieces = rays.finder.Find({0.4, 0.3, 0.0}, {0.0, 0.0, 1.0}, ids, 2, 0);
+    ASSERT_GT(pieces.count, 0);
+    EXPECT_EQ(pieces.first[pieces.count - 1].cell, 3);
+    EXPECT_NEAR(pieces.first[pieces.count - 1].to, 1.0, 1e-7);
+}
+
 TEST(RayPieces, RefuseASlotThatWasNotPrepared) {
     const RecordedMesh mesh(testing::SingleCell(kernel::CellType::Tetra));
     RecordedRays rays(mesh, 1.0);

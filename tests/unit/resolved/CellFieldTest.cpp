@@ -187,6 +187,39 @@ TEST(CellField, GivesTheAverageOfAHexaTheValueOfTheField) {
     EXPECT_EQ(tetra.At({0.25, 0.0, 0.25, 0.5}), 1.0 + 0.5 * (4.0 * 0.125 * 2.0)) << "8 z (1 - z) at z = 1/4";
 }
 
+// The cells at an edge list its ends in either order.
+TEST(CellField, HasTheSameBitsOnBothSidesOfAFace) {
+    std::mt19937 random(9);
+    const auto number = [&] { return static_cast<double>(random()) / 4294967296.0; };
+    const std::array<int, 5> upwards{0, 1, 2, 3, 4};
+    const std::array<int, 5> downwards{0, 4, 3, 2, 1};
+    std::array<NodeRecord, 5> nodes{};
+    std::array<CellRecord, 3> cells{};
+    cells[1] = {4, 0, upwards.data(), {}, {}, 0.0};
+    cells[2] = {4, 0, downwards.data(), {}, {}, 0.0};
+    RayPiece piece{};
+    piece.vertex = {1, 2, 3, 4};
+    for (int trial = 0; trial < 2000; ++trial) {
+        std::vector<double> values{0.0};
+        std::vector<double> gradients(3, 0.0);
+        for (std::size_t node = 1; node <= 4; ++node) {
+            nodes[node] = {number(), number(), number(), 0, 0};
+            values.push_back(40.0 + number());
+            for (int a = 0; a < 3; ++a) {
+                gradients.push_back(20.0 * (number() - 0.5));
+            }
+        }
+        CellField cell;
+        const NodalField field{values.data(), gradients.data(), 3, 40.0};
+        cell.Take({nodes.data(), cells.data()}, field, 1);
+        const TetraField first = cell.In(piece);
+        cell.Take({nodes.data(), cells.data()}, field, 2);
+        const TetraField second = cell.In(piece);
+        ASSERT_EQ(first.curvature, second.curvature);
+        ASSERT_EQ(first.value, second.value);
+    }
+}
+
 TEST(CellField, TakesNewValuesAfterForget) {
     const RecordedMesh mesh(testing::SingleCell(kernel::CellType::Tetra));
     std::vector<double> values(5, 1.0);
