@@ -2,8 +2,8 @@
 """Checks that the rooms depend on each other in one direction only, that namespaces follow the folders, and that C++
 files are named in one style.
 
-A room is a folder that ROOMS names; it may include itself and the rooms listed beside it. There are no exceptions. Every
-name of ours stands in a namespace that follows its folder: qnl for what everybody uses, qnl::<room> elsewhere.
+A room is a folder that ROOMS names; it may include itself and the rooms listed beside it. There are no exceptions.
+Every name of ours stands in a namespace that follows its folder: qnl for what everybody uses, qnl::<room> elsewhere.
 """
 import pathlib
 import re
@@ -25,11 +25,25 @@ ROOMS = {
     "src/profile/rays": ["src/mesh", "src/profile/kernels"],
     "src/profile/search": ["src/context", "src/mesh"],
     "src/profile/resolved": ["src/profile/kernels"],
-    "src/profile": ["src/context", "src/mesh", "src/profile/kernels", "src/profile/rays", "src/profile/search",
-                    "src/profile/resolved"],
+    "src/profile": [
+        "src/context",
+        "src/mesh",
+        "src/profile/kernels",
+        "src/profile/rays",
+        "src/profile/search",
+        "src/profile/resolved",
+    ],
     "src/output": ["src/context"],
     "src/probe": ["src/context", "src/mesh", "src/profile", "src/profile/rays", "src/profile/search"],
-    "src/frozen": ["src/context", "src/layout", "src/mesh", "src/profile", "src/profile/search", "src/output", "src/probe"],
+    "src/frozen": [
+        "src/context",
+        "src/layout",
+        "src/mesh",
+        "src/profile",
+        "src/profile/search",
+        "src/output",
+        "src/probe",
+    ],
     "src/job": ["src/context", "src/layout", "src/mesh", "src/input", "src/profile/search", "src/frozen"],
     "platform/host": [],
     "platform/hdf5": ["platform/host"],
@@ -41,45 +55,117 @@ ROOMS = {
     "platform/kernel/boxes": ["platform/kernel/mesh"],
     "platform/kernel/rays": ["platform/kernel/mesh", "platform/kernel/topology", "platform/kernel/boxes"],
     "platform/kernel/recovery": ["platform/kernel/mesh"],
-    "platform/kernel": ["platform/kernel/mesh", "platform/kernel/topology", "platform/kernel/boxes", "platform/kernel/rays",
-                        "platform/kernel/recovery"],
-    "platform/thickness": ["platform/kernel/mesh", "platform/kernel/topology", "platform/kernel/rays", "platform/kernel",
-                           "platform/results"],
+    "platform/kernel": [
+        "platform/kernel/mesh",
+        "platform/kernel/topology",
+        "platform/kernel/boxes",
+        "platform/kernel/rays",
+        "platform/kernel/recovery",
+    ],
+    "platform/thickness": [
+        "platform/kernel/mesh",
+        "platform/kernel/topology",
+        "platform/kernel/rays",
+        "platform/kernel",
+        "platform/results",
+    ],
     "interop": ["platform/host", "platform/kernel/mesh"],
     "apps/demo": ["src/layout", "platform/kernel/mesh", "platform/results", "platform/material"],
     "apps/launcher": ["src/context", "src/job"],
     "apps/frozenlayer/text": [],
     "apps/frozenlayer/project": ["apps/frozenlayer/text", "src/layout", "platform/hdf5", "platform/results"],
-    "apps/frozenlayer/series": ["apps/frozenlayer/text", "apps/frozenlayer/project", "src/context", "src/mesh", "src/input",
-                                "src/profile", "src/profile/rays", "src/profile/search", "src/frozen", "src/job",
-                                "platform/results",
-                                "platform/kernel", "platform/kernel/mesh", "platform/kernel/topology"],
-    "apps/frozenlayer/page": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series", "platform/host"],
-    "apps/frozenlayer/exports": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series",
-                                 "platform/hdf5"],
-    "apps/frozenlayer/info": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series",
-                              "src/layout", "platform/results"],
-    "apps/frozenlayer/imports": ["apps/frozenlayer/text", "apps/frozenlayer/project", "src/layout", "interop", "platform/hdf5",
-                                 "platform/results", "platform/material", "platform/kernel/mesh"],
-    "apps/frozenlayer/runs": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series", "src/context",
-                              "src/layout", "platform/results", "platform/kernel"],
-    "apps/frozenlayer/profiles": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series",
-                                  "apps/frozenlayer/exports"],
-    "apps/frozenlayer/commands": ["apps/frozenlayer/text", "apps/frozenlayer/project", "apps/frozenlayer/series",
-                                  "apps/frozenlayer/page", "apps/frozenlayer/exports", "apps/frozenlayer/info",
-                                  "apps/frozenlayer/imports", "apps/frozenlayer/runs", "apps/frozenlayer/profiles", "apps/demo",
-                                  "src/layout", "src/job", "platform/host"],
+    "apps/frozenlayer/series": [
+        "apps/frozenlayer/text",
+        "apps/frozenlayer/project",
+        "src/context",
+        "src/mesh",
+        "src/input",
+        "src/profile",
+        "src/profile/rays",
+        "src/profile/search",
+        "src/frozen",
+        "src/job",
+        "platform/results",
+        "platform/kernel",
+        "platform/kernel/mesh",
+        "platform/kernel/topology",
+    ],
+    "apps/frozenlayer/page": [
+        "apps/frozenlayer/text",
+        "apps/frozenlayer/project",
+        "apps/frozenlayer/series",
+        "platform/host",
+    ],
+    "apps/frozenlayer/exports": [
+        "apps/frozenlayer/text",
+        "apps/frozenlayer/project",
+        "apps/frozenlayer/series",
+        "platform/hdf5",
+    ],
+    "apps/frozenlayer/info": [
+        "apps/frozenlayer/text",
+        "apps/frozenlayer/project",
+        "apps/frozenlayer/series",
+        "src/layout",
+        "platform/results",
+    ],
+    "apps/frozenlayer/imports": [
+        "apps/frozenlayer/text",
+        "apps/frozenlayer/project",
+        "src/layout",
+        "interop",
+        "platform/hdf5",
+        "platform/results",
+        "platform/material",
+        "platform/kernel/mesh",
+    ],
+    "apps/frozenlayer/runs": [
+        "apps/frozenlayer/text",
+        "apps/frozenlayer/project",
+        "apps/frozenlayer/series",
+        "src/context",
+        "src/layout",
+        "platform/results",
+        "platform/kernel",
+    ],
+    "apps/frozenlayer/profiles": [
+        "apps/frozenlayer/text",
+        "apps/frozenlayer/project",
+        "apps/frozenlayer/series",
+        "apps/frozenlayer/exports",
+    ],
+    "apps/frozenlayer/commands": [
+        "apps/frozenlayer/text",
+        "apps/frozenlayer/project",
+        "apps/frozenlayer/series",
+        "apps/frozenlayer/page",
+        "apps/frozenlayer/exports",
+        "apps/frozenlayer/info",
+        "apps/frozenlayer/imports",
+        "apps/frozenlayer/runs",
+        "apps/frozenlayer/profiles",
+        "apps/demo",
+        "src/layout",
+        "src/job",
+        "platform/host",
+    ],
     "apps/frozenlayer": ["apps/frozenlayer/commands", "platform/host"],
 }
 # Where an include is looked for, as the build does.
 ROOTS = ["include", "src", "platform", "apps/frozenlayer", "apps", "."]
 # Namespaces that are not qnl::<last folder>: what everybody uses, and rooms that share their parent's.
 NAMESPACES = {
-    "include/platform": "qnl", "src/base": "qnl", "src/context": "qnl",
-    "src/profile/kernels": "qnl::profile", "src/profile/rays": "qnl::profile", "src/profile/search": "qnl::profile",
+    "include/platform": "qnl",
+    "src/base": "qnl",
+    "src/context": "qnl",
+    "src/profile/kernels": "qnl::profile",
+    "src/profile/rays": "qnl::profile",
+    "src/profile/search": "qnl::profile",
     "src/profile/resolved": "qnl::profile",
-    "platform/kernel/mesh": "qnl::kernel", "platform/kernel/topology": "qnl::kernel",
-    "platform/kernel/boxes": "qnl::kernel", "platform/kernel/rays": "qnl::kernel",
+    "platform/kernel/mesh": "qnl::kernel",
+    "platform/kernel/topology": "qnl::kernel",
+    "platform/kernel/boxes": "qnl::kernel",
+    "platform/kernel/rays": "qnl::kernel",
     "platform/kernel/recovery": "qnl::kernel",
 }
 # Sources of platform/host define what include/platform declares.
@@ -116,7 +202,10 @@ def check_includes(path, room):
 def check_namespaces(path, room):
     expected = {NAMESPACES.get(room, f"qnl::{pathlib.PurePath(room).name}"), DECLARED_ABOVE.get(room)}
     for name in NAMESPACE.findall(path.read_text(encoding="utf-8")):
-        if not any(allowed and (name + "::").startswith(allowed + "::") for allowed in expected - {"qnl"}) and name not in expected:
+        if (
+            not any(allowed and (name + "::").startswith(allowed + "::") for allowed in expected - {"qnl"})
+            and name not in expected
+        ):
             forward = not path.suffix == ".cpp" and room in ("include/platform", "src/context")
             if not forward:
                 yield f"namespace {name} in {room}"

@@ -87,8 +87,11 @@ def check_stage_items():
 
 def quantities():
     source = QUANTITIES.read_text(encoding="utf-8")
-    rows = [(int(number), name, unit, condition) for number, name, unit, condition in QUANTITY.findall(source)
-            if number != "kNoItem"]
+    rows = [
+        (int(number), name, unit, condition)
+        for number, name, unit, condition in QUANTITY.findall(source)
+        if number != "kNoItem"
+    ]
     return sorted(rows)
 
 
@@ -98,8 +101,10 @@ def documented_quantities():
 
 
 def check_quantities():
-    expected = [(number, name, unit, WORDING[condition] + BY_VALUE.get(number, ""))
-                for number, name, unit, condition in quantities()]
+    expected = [
+        (number, name, unit, WORDING[condition] + BY_VALUE.get(number, ""))
+        for number, name, unit, condition in quantities()
+    ]
     documented = list(documented_quantities())
     for wanted, found in zip(expected, documented):
         if wanted != found:

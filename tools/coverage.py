@@ -21,7 +21,9 @@ def counted_lines(build):
     """(file, line) -> executions, over all counter files of the evaluation."""
     counts = collections.Counter()
     for data in sorted((build / "src").rglob("*.gcda")):
-        done = subprocess.run(["gcov", "--json-format", "--stdout", str(data)], cwd=build, capture_output=True, check=True)
+        done = subprocess.run(
+            ["gcov", "--json-format", "--stdout", str(data)], cwd=build, capture_output=True, check=True
+        )
         for text in done.stdout.decode().splitlines():
             for file in json.loads(text)["files"]:
                 path = (build / file["file"]).resolve()

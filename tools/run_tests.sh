@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 tools/install_packages.sh build import test page
-gates=${QNL_GATES:-format checks odr tests address threads}
+gates=${QNL_GATES:-format checks headers tidy odr address threads tests}
 
 gate() {
   [[ " $gates " == *" $1 "* ]] || return 1
@@ -17,24 +17,32 @@ build() {
   cmake --build --preset "$1" | tail -n 1
 }
 
-# Runs tests of one preset; the summary comes last, after the closing lines of the page's own log.
+# Runs the tests of one preset; the summary comes last, after the closing lines of the page's own log.
 run() {
-  local preset=$1
-  shift
-  ctest --test-dir "build/$preset" --output-on-failure -j "$(nproc)" "$@" > "build/$preset/tests.log" 2>&1 ||
-    { grep -v '  Passed  ' "build/$preset/tests.log"; return 1; }
-  [ ! -f "build/$preset/page.log" ] || tail -n 10 "build/$preset/page.log"
-  tail -n 12 "build/$preset/tests.log"
+  local log=build/$1/tests.log
+  ctest --preset "$1" -j "$(nproc)" > "$log" 2>&1 || { grep -v '  Passed  ' "$log"; return 1; }
+  [ ! -f "build/$1/page.log" ] || tail -n 10 "build/$1/page.log"
+  tail -n 12 "$log"
 }
 
 if gate format; then
   git ls-files '*.h' '*.cpp' | xargs -r clang-format --dry-run --Werror
+  black --quiet --check tools tests || { black --check tools tests; exit 1; }
+  /usr/bin/python3 -m flake8 tools tests
 fi
 if gate checks; then
   python3 tools/check_layers.py
   python3 tools/check_names.py
   python3 tools/check_tables.py
   python3 tools/check_conformance.py
+fi
+if gate headers; then
+  cmake --preset release -DQNL_BUILD_TESTS=ON > /dev/null
+  python3 tools/check_headers.py build/release
+fi
+if gate tidy; then
+  cmake --preset release -DQNL_BUILD_TESTS=ON > /dev/null
+  tools/tidy.sh
 fi
 if gate odr; then
   # Types and functions of one name and different content, which only the link of a whole program sees.
@@ -43,14 +51,14 @@ if gate odr; then
 fi
 if gate address; then
   build asan
-  LSAN_OPTIONS=suppressions=$PWD/tests/leaks_of_libraries.txt:print_suppressions=0 run asan -L unit
+  run asan
 fi
 if gate threads; then
   build tsan
-  # The OpenMP runtime itself is not instrumented.
-  TSAN_OPTIONS=ignore_noninstrumented_modules=1 run tsan -L unit
+  # The OpenMP runtime itself is not instrumented, so its modules are ignored.
+  run tsan
 fi
 if gate tests; then
   build release
-  QNL_BROWSER=required OMP_WAIT_POLICY=passive run release
+  QNL_BROWSER=required run release
 fi

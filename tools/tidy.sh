@@ -7,6 +7,10 @@ cd "$(dirname "$0")/.."
 base=${1:-HEAD~1}
 build=${2:-build/release}
 
+if [ "$base" != --all ] && ! git rev-parse --quiet --verify "$base" > /dev/null; then
+  echo "clang-tidy: there is no commit $base to compare with"
+  exit 0
+fi
 if [ "$base" = --all ]; then
   git ls-files 'src/*.cpp' 'platform/*.cpp' 'apps/*.cpp' 'interop/*.cpp' > "$build/tidy.list"
 else

@@ -27,8 +27,8 @@ std::string RunFolder(std::string_view project, std::string_view run);
 std::string RunPath(std::string_view project, std::string_view name, std::string_view run,
                     std::string_view extension);
 
-/// Result of the evaluation of a stage file: its path without extension and the result extension of every stage
-/// whose pattern stands in it, in the order of kStages. A path without "." raises std::out_of_range.
+/// Result of the evaluation of a stage file: its path without extension and the result extension of every
+/// stage whose pattern stands in it, in the order of kStages. A path without "." raises std::out_of_range.
 std::string ComposedResultPath(std::string_view stageFile);
 
 /// The search files of a mesh stand beside it: one for rays along the normals as they are, and one for rays

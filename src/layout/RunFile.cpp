@@ -34,9 +34,8 @@ std::string LineValue(std::string_view line) {
 }
 
 const Section* FindSection(std::string_view line) {
-    const auto* found = std::find_if(kSections.begin(), kSections.end(), [line](const Section& section) {
-        return Holds(line, section.header);
-    });
+    const auto* found = std::find_if(kSections.begin(), kSections.end(),
+                                     [line](const Section& section) { return Holds(line, section.header); });
     return found != kSections.end() ? found : nullptr;
 }
 

@@ -55,18 +55,20 @@ def write_elements(zone, cells):
         kind = ELEMENT_TYPES[len(cells[first])]
         section = zone.add(f"Elements{first + 1}", "Elements_t", numpy.array([kind, 0], dtype="i4"))
         section.add("ElementRange", "IndexRange_t", numpy.array([first + 1, end], dtype="i4"))
-        section.add("ElementConnectivity", "DataArray_t",
-                    numpy.concatenate(cells[first:end]).astype("i4") + numpy.int32(1))
+        section.add(
+            "ElementConnectivity", "DataArray_t", numpy.concatenate(cells[first:end]).astype("i4") + numpy.int32(1)
+        )
         first = end
 
 
 def write_solutions(base, zone, times, name, values):
     base.add("BaseIterativeData", "BaseIterativeData_t", numpy.array([len(times)], dtype="i4")).add(
-        "TimeValues", "DataArray_t", numpy.array(times, dtype="f8"))
+        "TimeValues", "DataArray_t", numpy.array(times, dtype="f8")
+    )
     names = [f"Solution{index}" for index in range(len(times))]
     zone.add("ZoneIterativeData", "ZoneIterativeData_t").add(
-        "FlowSolutionPointers", "DataArray_t",
-        numpy.stack([text_data(solution.ljust(32)) for solution in names]))
+        "FlowSolutionPointers", "DataArray_t", numpy.stack([text_data(solution.ljust(32)) for solution in names])
+    )
     for solution, array in zip(names, values):
         node = zone.add(solution, "FlowSolution_t")
         node.add("GridLocation", "GridLocation_t", text_data("Vertex"))

@@ -3,8 +3,9 @@ import numpy
 
 from small_project import run
 
-READERS_ARE_BUILT_IN = "reads no foreign files" not in run("import", "none.vtu", "--out", "none",
-                                                            "--freeze-temperature", 130).stderr
+READERS_ARE_BUILT_IN = (
+    "reads no foreign files" not in run("import", "none.vtu", "--out", "none", "--freeze-temperature", 130).stderr
+)
 TETRA, HEXA, WEDGE, PYRAMID, QUADRATIC_TETRA, POLYHEDRON, TRIANGLE = 10, 12, 13, 14, 24, 42, 5
 
 
@@ -28,15 +29,22 @@ def array_text(name, values):
     kind = {"f": "Float", "i": "Int", "u": "UInt"}[values.dtype.kind] + str(8 * values.dtype.itemsize)
     components = values.shape[1] if values.ndim > 1 else 1
     numbers = " ".join(repr(v) if v == v else "nan" for v in values.ravel().tolist())
-    return (f'<DataArray type="{kind}" Name="{name}" NumberOfComponents="{components}" format="ascii">'
-            f"{numbers}</DataArray>\n")
+    return (
+        f'<DataArray type="{kind}" Name="{name}" NumberOfComponents="{components}" format="ascii">'
+        f"{numbers}</DataArray>\n"
+    )
 
 
 def write_vtu(path, points, cells, point_data=None, cell_data=None, seconds=None):
     """`cells`: (VTK type, point indices) each; arrays keep their number type."""
-    field = "" if seconds is None else (
-        f'<FieldData><DataArray type="Float64" Name="TimeValue" NumberOfTuples="1" format="ascii">{seconds!r}'
-        "</DataArray></FieldData>\n")
+    field = (
+        ""
+        if seconds is None
+        else (
+            f'<FieldData><DataArray type="Float64" Name="TimeValue" NumberOfTuples="1" format="ascii">{seconds!r}'
+            "</DataArray></FieldData>\n"
+        )
+    )
     offsets = numpy.cumsum([len(nodes) for _, nodes in cells])
     path.write_text(
         '<VTKFile type="UnstructuredGrid" version="1.0" byte_order="LittleEndian" header_type="UInt64">'
@@ -44,18 +52,23 @@ def write_vtu(path, points, cells, point_data=None, cell_data=None, seconds=None
         f'<Piece NumberOfPoints="{len(points)}" NumberOfCells="{len(cells)}">\n'
         "<PointData>" + "".join(array_text(*item) for item in (point_data or {}).items()) + "</PointData>\n"
         "<CellData>" + "".join(array_text(*item) for item in (cell_data or {}).items()) + "</CellData>\n"
-        "<Points>" + array_text("Points", points) + "</Points>\n<Cells>"
+        "<Points>"
+        + array_text("Points", points)
+        + "</Points>\n<Cells>"
         + array_text("connectivity", numpy.concatenate([numpy.asarray(nodes, dtype="i8") for _, nodes in cells]))
         + array_text("offsets", offsets.astype("i8"))
         + array_text("types", numpy.array([kind for kind, _ in cells], dtype="u1"))
-        + "</Cells>\n</Piece></UnstructuredGrid></VTKFile>\n")
+        + "</Cells>\n</Piece></UnstructuredGrid></VTKFile>\n"
+    )
 
 
 def write_pvd(path, members):
     """`members`: (seconds, file name) each."""
-    path.write_text('<VTKFile type="Collection" version="0.1"><Collection>\n' + "".join(
-        f'<DataSet timestep="{seconds!r}" group="" part="0" file="{name}"/>\n' for seconds, name in members)
-        + "</Collection></VTKFile>\n")
+    path.write_text(
+        '<VTKFile type="Collection" version="0.1"><Collection>\n'
+        + "".join(f'<DataSet timestep="{seconds!r}" group="" part="0" file="{name}"/>\n' for seconds, name in members)
+        + "</Collection></VTKFile>\n"
+    )
 
 
 def numbers(values):
@@ -64,10 +77,14 @@ def numbers(values):
 
 def write_legacy(path, points, cells, point_data=None, cell_data=None):
     """The legacy text layout, one scalar array after the other."""
-    text = (f"# vtk DataFile Version 3.0\nbox\nASCII\nDATASET UNSTRUCTURED_GRID\nPOINTS {len(points)} double\n"
-            + numbers(points) + f"CELLS {len(cells)} {sum(len(nodes) + 1 for _, nodes in cells)}\n"
-            + "".join(f"{len(nodes)} {' '.join(map(str, nodes))}\n" for _, nodes in cells)
-            + f"CELL_TYPES {len(cells)}\n" + "".join(f"{kind}\n" for kind, _ in cells))
+    text = (
+        f"# vtk DataFile Version 3.0\nbox\nASCII\nDATASET UNSTRUCTURED_GRID\nPOINTS {len(points)} double\n"
+        + numbers(points)
+        + f"CELLS {len(cells)} {sum(len(nodes) + 1 for _, nodes in cells)}\n"
+        + "".join(f"{len(nodes)} {' '.join(map(str, nodes))}\n" for _, nodes in cells)
+        + f"CELL_TYPES {len(cells)}\n"
+        + "".join(f"{kind}\n" for kind, _ in cells)
+    )
     for place, count, arrays in (("POINT_DATA", len(points), point_data), ("CELL_DATA", len(cells), cell_data)):
         if arrays:
             text += f"{place} {count}\n"
@@ -81,14 +98,19 @@ def write_ensight(path, points, hexas, times, values):
     path.write_text(
         f"FORMAT\ntype: ensight gold\nGEOMETRY\nmodel: {path.stem}.geo\nVARIABLE\n"
         f"scalar per node: 1 temperature {path.stem}.t**\nTIME\ntime set: 1\nnumber of steps: {len(times)}\n"
-        f"filename start number: 0\nfilename increment: 1\ntime values: {' '.join(map(str, times))}\n")
+        f"filename start number: 0\nfilename increment: 1\ntime values: {' '.join(map(str, times))}\n"
+    )
     path.with_suffix(".geo").write_text(
         "box\nbox\nnode id assign\nelement id assign\npart\n         1\nsolid\ncoordinates\n"
-        f"{len(points):10d}\n" + "".join(f"{v:12.5e}\n" for v in points.T.ravel())
-        + f"hexa8\n{len(hexas):10d}\n" + "".join("".join(f"{n + 1:10d}" for n in nodes) + "\n" for _, nodes in hexas))
+        f"{len(points):10d}\n"
+        + "".join(f"{v:12.5e}\n" for v in points.T.ravel())
+        + f"hexa8\n{len(hexas):10d}\n"
+        + "".join("".join(f"{n + 1:10d}" for n in nodes) + "\n" for _, nodes in hexas)
+    )
     for index, array in enumerate(values):
         path.with_suffix(f".t{index:02d}").write_text(
-            "temperature\npart\n         1\ncoordinates\n" + "".join(f"{v:12.5e}\n" for v in array))
+            "temperature\npart\n         1\ncoordinates\n" + "".join(f"{v:12.5e}\n" for v in array)
+        )
 
 
 def foam_file(path, kind, body):
@@ -113,15 +135,26 @@ def write_openfoam(folder, points, hexas, times, cell_values):
     foam_file(mesh / "faces", "faceList", listed([f"4({' '.join(map(str, corners))})" for corners in faces]))
     foam_file(mesh / "owner", "labelList", listed([str(row[0]) for row in inner + outer]))
     foam_file(mesh / "neighbour", "labelList", listed([str(row[1]) for row in inner]))
-    foam_file(mesh / "boundary", "polyBoundaryMesh",
-              f"1\n(\nwalls {{ type wall; nFaces {len(outer)}; startFace {len(inner)}; }}\n)\n")
+    foam_file(
+        mesh / "boundary",
+        "polyBoundaryMesh",
+        f"1\n(\nwalls {{ type wall; nFaces {len(outer)}; startFace {len(inner)}; }}\n)\n",
+    )
     for seconds, values in zip(times, cell_values):
-        foam_file(folder / f"{seconds:g}" / "T", "volScalarField",
-                  "dimensions [0 0 0 1 0 0 0];\ninternalField nonuniform List<scalar>\n"
-                  + listed([repr(v) for v in values.tolist()]).rstrip() + ";\n"
-                  "boundaryField { walls { type zeroGradient; } }\n")
-    foam_file(folder / "system/controlDict", "dictionary", "application laplacianFoam;\nstartTime 0;\n"
-              f"endTime {times[-1]:g};\ndeltaT 1;\nwriteControl timeStep;\nwriteInterval 1;\n")
+        foam_file(
+            folder / f"{seconds:g}" / "T",
+            "volScalarField",
+            "dimensions [0 0 0 1 0 0 0];\ninternalField nonuniform List<scalar>\n"
+            + listed([repr(v) for v in values.tolist()]).rstrip()
+            + ";\n"
+            "boundaryField { walls { type zeroGradient; } }\n",
+        )
+    foam_file(
+        folder / "system/controlDict",
+        "dictionary",
+        "application laplacianFoam;\nstartTime 0;\n"
+        f"endTime {times[-1]:g};\ndeltaT 1;\nwriteControl timeStep;\nwriteInterval 1;\n",
+    )
     (folder / "case.foam").write_text("")
     return folder / "case.foam"
 
@@ -131,24 +164,39 @@ def write_cooling_case(folder, size, cells, seconds, diffusivity):
     z = size[2] are held at 323.15 K, written every second; diffusivity in m2/s. Gives its .foam file."""
     x, y, z = size
     corners = " ".join(f"({a} {b} {c})" for c in (0, z) for a, b in ((0, 0), (x, 0), (x, y), (0, y)))
-    foam_file(folder / "system/blockMeshDict", "dictionary",
-              f"scale 0.001;\nvertices ({corners});\n"
-              f"blocks (hex (0 1 2 3 4 5 6 7) ({cells[0]} {cells[1]} {cells[2]}) simpleGrading (1 1 1));\nedges ();\n"
-              "boundary ( cold { type wall; faces ((0 3 2 1)(4 5 6 7)); }\n"
-              "rim { type wall; faces ((0 4 7 3)(1 2 6 5)(0 1 5 4)(3 7 6 2)); } );\nmergePatchPairs ();\n")
-    foam_file(folder / "system/controlDict", "dictionary",
-              f"application laplacianFoam;\nstartFrom startTime;\nstartTime 0;\nstopAt endTime;\nendTime {seconds};\n"
-              "deltaT 0.02;\nwriteControl runTime;\nwriteInterval 1;\nwriteFormat ascii;\nwritePrecision 10;\n")
-    foam_file(folder / "system/fvSchemes", "dictionary",
-              "ddtSchemes { default Euler; }\ngradSchemes { default Gauss linear; }\ndivSchemes { default none; }\n"
-              "laplacianSchemes { default Gauss linear corrected; }\ninterpolationSchemes { default linear; }\n"
-              "snGradSchemes { default corrected; }\n")
-    foam_file(folder / "system/fvSolution", "dictionary",
-              "solvers { T { solver PCG; preconditioner DIC; tolerance 1e-10; relTol 0; } }\n"
-              "SIMPLE { nNonOrthogonalCorrectors 0; }\n")
+    foam_file(
+        folder / "system/blockMeshDict",
+        "dictionary",
+        f"scale 0.001;\nvertices ({corners});\n"
+        f"blocks (hex (0 1 2 3 4 5 6 7) ({cells[0]} {cells[1]} {cells[2]}) simpleGrading (1 1 1));\nedges ();\n"
+        "boundary ( cold { type wall; faces ((0 3 2 1)(4 5 6 7)); }\n"
+        "rim { type wall; faces ((0 4 7 3)(1 2 6 5)(0 1 5 4)(3 7 6 2)); } );\nmergePatchPairs ();\n",
+    )
+    foam_file(
+        folder / "system/controlDict",
+        "dictionary",
+        f"application laplacianFoam;\nstartFrom startTime;\nstartTime 0;\nstopAt endTime;\nendTime {seconds};\n"
+        "deltaT 0.02;\nwriteControl runTime;\nwriteInterval 1;\nwriteFormat ascii;\nwritePrecision 10;\n",
+    )
+    foam_file(
+        folder / "system/fvSchemes",
+        "dictionary",
+        "ddtSchemes { default Euler; }\ngradSchemes { default Gauss linear; }\ndivSchemes { default none; }\n"
+        "laplacianSchemes { default Gauss linear corrected; }\ninterpolationSchemes { default linear; }\n"
+        "snGradSchemes { default corrected; }\n",
+    )
+    foam_file(
+        folder / "system/fvSolution",
+        "dictionary",
+        "solvers { T { solver PCG; preconditioner DIC; tolerance 1e-10; relTol 0; } }\n"
+        "SIMPLE { nNonOrthogonalCorrectors 0; }\n",
+    )
     foam_file(folder / "constant/transportProperties", "dictionary", f"DT DT [0 2 -1 0 0 0 0] {diffusivity};\n")
-    foam_file(folder / "0/T", "volScalarField",
-              "dimensions [0 0 0 1 0 0 0];\ninternalField uniform 503.15;\n"
-              "boundaryField { cold { type fixedValue; value uniform 323.15; } rim { type zeroGradient; } }\n")
+    foam_file(
+        folder / "0/T",
+        "volScalarField",
+        "dimensions [0 0 0 1 0 0 0];\ninternalField uniform 503.15;\n"
+        "boundaryField { cold { type fixedValue; value uniform 323.15; } rim { type zeroGradient; } }\n",
+    )
     (folder / "case.foam").write_text("")
     return folder / "case.foam"

@@ -71,9 +71,17 @@ def store(data, path, **more):
     for attributes, prefix in ((data.GetPointData(), "point"), (data.GetFieldData(), "field")):
         for known, new in zip((names, arrays), arrays_of(attributes, prefix)):
             known.update(new)
-    numpy.savez(path, names=json.dumps(names), kind=data.GetClassName(), points=vtk_to_numpy(data.GetPoints().GetData()),
-                cells=data.GetNumberOfCells(), connectivity=vtk_to_numpy(cells.GetConnectivityArray()),
-                offsets=vtk_to_numpy(cells.GetOffsetsArray()), **more, **arrays)
+    numpy.savez(
+        path,
+        names=json.dumps(names),
+        kind=data.GetClassName(),
+        points=vtk_to_numpy(data.GetPoints().GetData()),
+        cells=data.GetNumberOfCells(),
+        connectivity=vtk_to_numpy(cells.GetConnectivityArray()),
+        offsets=vtk_to_numpy(cells.GetOffsetsArray()),
+        **more,
+        **arrays,
+    )
 
 
 def main():

@@ -89,8 +89,17 @@ class WorkFolder:
 
     def run(self, program, words, typed=""):
         """`words`: argument 0 included."""
-        done = subprocess.run(words, executable=program, cwd=self.path, env=ENVIRONMENT, input=typed,
-                              capture_output=True, encoding="utf-8", timeout=600, check=False)
+        done = subprocess.run(
+            words,
+            executable=program,
+            cwd=self.path,
+            env=ENVIRONMENT,
+            input=typed,
+            capture_output=True,
+            encoding="utf-8",
+            timeout=600,
+            check=False,
+        )
         if done.returncode < 0:
             raise RuntimeError(f"signal {-done.returncode} ended {' '.join(words)}")
         files = self.written()
@@ -123,8 +132,11 @@ class Digest:
         self.lines[name] = f"{digest_of_files(outcome.files)} {outcome.status} {len(outcome.files)}"
 
     def _add_texts(self, name, outcomes):
-        texts = {f"{number} {kind}": text.encode() for number, outcome in enumerate(outcomes)
-                 for kind, text in outcome.texts.items()}
+        texts = {
+            f"{number} {kind}": text.encode()
+            for number, outcome in enumerate(outcomes)
+            for kind, text in outcome.texts.items()
+        }
         self.lines[name + ", texts"] = f"{digest_of_files(texts)} {outcomes[0].status} {len(texts)}"
 
     def _follow(self, work, name, words):
@@ -216,8 +228,13 @@ def compare(earlier, now, whole):
 
 def read_words(words):
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--threads", type=lambda text: [int(t) for t in text.split(",")], default=[1, 2],
-                        metavar="N,...", help="numbers of threads (default: 1,2)")
+    parser.add_argument(
+        "--threads",
+        type=lambda text: [int(t) for t in text.split(",")],
+        default=[1, 2],
+        metavar="N,...",
+        help="numbers of threads (default: 1,2)",
+    )
     parser.add_argument("--texts", action="store_true", help="lines for printed texts and logs, of one thread")
     parser.add_argument("--short", action="store_true", help="only a few small projects")
     parser.add_argument("--only", default="", metavar="TEXT", help="only projects whose name contains it")
@@ -225,8 +242,10 @@ def read_words(words):
     parser.add_argument("--compare", type=pathlib.Path, metavar="FILE", help="name the lines that differ from a list")
     chosen = parser.parse_args(words)
     if chosen.texts and chosen.threads[0] != 1:
-        parser.error("--texts takes the texts of one thread, as several share the counts they print as it happens: "
-                     "name 1 first in --threads")
+        parser.error(
+            "--texts takes the texts of one thread, as several share the counts they print as it happens: "
+            "name 1 first in --threads"
+        )
     return chosen
 
 

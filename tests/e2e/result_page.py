@@ -12,8 +12,9 @@ MAX_LEVEL = 65527
 class ResultPage:
     def __init__(self, path):
         self.text = path.read_text(encoding="utf-8")
-        self.header = json.loads(re.search(r'<script type="application/json" id="qnl-header">(.*?)</script>', self.text,
-                                           re.S).group(1))
+        self.header = json.loads(
+            re.search(r'<script type="application/json" id="qnl-header">(.*?)</script>', self.text, re.S).group(1)
+        )
         pattern = r'<script type="application/octet-stream" id="qnl-block-([A-Za-z0-9-]+)">([A-Za-z0-9+/=]*)</script>'
         self.blocks = dict(re.findall(pattern, self.text))
 

@@ -96,9 +96,14 @@ def write_result(path, items, seconds=None, index=0, node_ids=None):
 
 def flow_items(temperature):
     zero = numpy.zeros(len(temperature))
-    return {6: ("Temperature", "oC", temperature), 11: ("Velocity_u", "cm/s", zero),
-            12: ("Velocity_v", "cm/s", zero), 13: ("Velocity_w", "cm/s", zero),
-            14: ("VolumeShrinkage", "%", zero + 2.0), 17: ("Density", "g/cm3", zero + 1.0)}
+    return {
+        6: ("Temperature", "oC", temperature),
+        11: ("Velocity_u", "cm/s", zero),
+        12: ("Velocity_v", "cm/s", zero),
+        13: ("Velocity_w", "cm/s", zero),
+        14: ("VolumeShrinkage", "%", zero + 2.0),
+        17: ("Density", "g/cm3", zero + 1.0),
+    }
 
 
 class SmallProject:
@@ -117,12 +122,22 @@ class SmallProject:
         self.temperature = 80.0 + 140.0 * depth / size[2]
         for index, seconds in ((0, 3.0), (1, 1.0), (2, 2.0)):
             self.write_flow(index, seconds)
-        write_result(self.file("box1.k4c"), {1: ("Temperature", "oC", self.temperature),
-                                             2: ("CoolingTime", "s", self.temperature / 10.0)}, 3.0)
+        write_result(
+            self.file("box1.k4c"),
+            {1: ("Temperature", "oC", self.temperature), 2: ("CoolingTime", "s", self.temperature / 10.0)},
+            3.0,
+        )
         zero = numpy.zeros(len(self.points))
-        write_result(self.file("box1.k4w"), {1: ("Displacement_x", "mm", zero), 2: ("Displacement_y", "mm", zero),
-                                             3: ("Displacement_z", "mm", zero - 0.1),
-                                             7: ("VolumeShrinkage", "%", zero + 2.0)}, 3.0)
+        write_result(
+            self.file("box1.k4w"),
+            {
+                1: ("Displacement_x", "mm", zero),
+                2: ("Displacement_y", "mm", zero),
+                3: ("Displacement_z", "mm", zero - 0.1),
+                7: ("VolumeShrinkage", "%", zero + 2.0),
+            },
+            3.0,
+        )
 
     def write_flow(self, index, seconds, node_ids=None):
         name = "box1.k4f" if index == 0 else f"box1_{index:03d}.k4f"
@@ -134,5 +149,11 @@ class SmallProject:
 
 def run(*words, program=None, **options):
     """Runs `frozenlayer` (or `program`) with the words; texts captured."""
-    return subprocess.run([program or FROZENLAYER, *map(str, words)], capture_output=True, encoding="utf-8",
-                          timeout=300, check=False, **options)
+    return subprocess.run(
+        [program or FROZENLAYER, *map(str, words)],
+        capture_output=True,
+        encoding="utf-8",
+        timeout=300,
+        check=False,
+        **options,
+    )

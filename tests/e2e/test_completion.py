@@ -25,10 +25,13 @@ class CompletionTest(unittest.TestCase):
     def offered(self, *words):
         """What Tab offers behind these words, the last of which is being typed."""
         line = " ".join(shlex.quote(word) for word in ("frozenlayer", *words))
-        script = (f"source {shlex.quote(str(SCRIPT))}; COMP_WORDS=({line}); COMP_CWORD={len(words)}; _frozenlayer; "
-                  "printf '%s\\n' \"${COMPREPLY[@]}\"")
-        done = subprocess.run([BASH, "--norc", "-c", script], cwd=self.folder, capture_output=True, text=True,
-                              timeout=60, check=True)
+        script = (
+            f"source {shlex.quote(str(SCRIPT))}; COMP_WORDS=({line}); COMP_CWORD={len(words)}; _frozenlayer; "
+            "printf '%s\\n' \"${COMPREPLY[@]}\""
+        )
+        done = subprocess.run(
+            [BASH, "--norc", "-c", script], cwd=self.folder, capture_output=True, text=True, timeout=60, check=True
+        )
         self.assertEqual(done.stderr, "")
         return sorted(done.stdout.splitlines()) if done.stdout != "\n" else []
 
@@ -45,8 +48,13 @@ class CompletionTest(unittest.TestCase):
     def test_values(self):
         for name in SUBCOMMANDS:
             for option, value in ManualPage(name).options().items():
-                expected = (self.files if value in FILE_VALUES or value == "" else
-                            sorted(set(value.split("|")) - {"N"}) if "|" in value else [])
+                expected = (
+                    self.files
+                    if value in FILE_VALUES or value == ""
+                    else sorted(set(value.split("|")) - {"N"})
+                    if "|" in value
+                    else []
+                )
                 with self.subTest(subcommand=name, option=option, value=value):
                     self.assertEqual(self.offered(name, option, ""), expected)
                     if value:
@@ -60,8 +68,13 @@ class CompletionTest(unittest.TestCase):
         self.assertEqual(self.offered("nothing", "--"), [])
 
     def test_the_shell_knows_the_function(self):
-        done = subprocess.run([BASH, "--norc", "-c", f"source {shlex.quote(str(SCRIPT))}; complete -p frozenlayer"],
-                              capture_output=True, text=True, timeout=60, check=True)
+        done = subprocess.run(
+            [BASH, "--norc", "-c", f"source {shlex.quote(str(SCRIPT))}; complete -p frozenlayer"],
+            capture_output=True,
+            text=True,
+            timeout=60,
+            check=True,
+        )
         self.assertEqual(done.stdout, "complete -o filenames -F _frozenlayer frozenlayer\n")
 
 

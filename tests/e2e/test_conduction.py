@@ -32,8 +32,8 @@ TIMES = (1.0, 1.5, 2.0, 2.5, 3.0)  # s
 KINDS = ("hexa", "wedge", "tetra")
 LAYERS = (4, 8, 16, 32)
 ITEMS = {"frozen ratio, %": 1, "centre temperature, K": 3, "average temperature, K": 4}
-# Corner means and the interpolation between cell middles err by at most h2/8 each of the curvature of the profile, which
-# starts at about (pi / WALL)2 * (MELT - MOULD) = 444 K/mm2: 0.43 K for h = 2 mm / 32.
+# Corner means and the interpolation between cell middles err by at most h2/8 each of the curvature of the profile,
+# which starts at about (pi / WALL)2 * (MELT - MOULD) = 444 K/mm2: 0.43 K for h = 2 mm / 32.
 BOUND_FINEST = {"frozen ratio, %": 0.15, "centre temperature, K": 0.43, "average temperature, K": 0.43}
 LEAST_ORDER = 1.8
 TERMS = 200
@@ -103,9 +103,20 @@ def errors(kind, layers):
         folder = pathlib.Path(scratch)
         run, points = write_project(folder, kind, layers)
         done = subprocess.run(
-            [PROGRAM, str(run / "slab1.k4f"), str(folder), "slab", "2", "1", "x",
-             f"--intermediate-times={len(TIMES) - 1}", "--corrected"],
-            capture_output=True, text=True, timeout=300,
+            [
+                PROGRAM,
+                str(run / "slab1.k4f"),
+                str(folder),
+                "slab",
+                "2",
+                "1",
+                "x",
+                f"--intermediate-times={len(TIMES) - 1}",
+                "--corrected",
+            ],
+            capture_output=True,
+            text=True,
+            timeout=300,
         )
         assert done.returncode == 1, done.stdout + done.stderr
         away = np.abs(points[:, :2] - SIDE / 2).max(axis=1) < 0.8
@@ -129,8 +140,10 @@ def observed_order(by_layers):
 
 
 def table(results):
-    lines = ["| cells | quantity | " + " | ".join(f"{n} through the wall" for n in LAYERS) + " | order |",
-             "|---|---|" + "---|" * (len(LAYERS) + 1)]
+    lines = [
+        "| cells | quantity | " + " | ".join(f"{n} through the wall" for n in LAYERS) + " | order |",
+        "|---|---|" + "---|" * (len(LAYERS) + 1),
+    ]
     for kind in KINDS:
         for quantity in ITEMS:
             by_layers = {layers: results[kind, layers][quantity] for layers in LAYERS}

@@ -72,8 +72,11 @@ class DemoTest(unittest.TestCase):
         self.assertEqual(mine.read_text(), "mine")
 
     def test_refusals(self):
-        for words, text in ((("--cells", "100"), "not in range 2500"), (("--shape", "cube"), "cube not in"),
-                            (("--stage", "fill"), "fill not in")):
+        for words, text in (
+            (("--cells", "100"), "not in range 2500"),
+            (("--shape", "cube"), "cube not in"),
+            (("--stage", "fill"), "fill not in"),
+        ):
             result = run("demo", self.root, *words)
             self.assertEqual(result.returncode, 1)
             self.assertIn(text, result.stderr + result.stdout)
@@ -90,6 +93,7 @@ class DemoTest(unittest.TestCase):
     @unittest.skipIf(os.name != "posix", "limits the size of files")
     def test_full_disk_leaves_nothing(self):
         import resource
+
         limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (20000, 20000))
         result = run("demo", self.root, "--cells", 3000, restore_signals=False, preexec_fn=limit)
         self.assertEqual((result.returncode, result.stderr.count("\n")), (1, 1), result.stderr)

@@ -76,7 +76,9 @@ class ChangedByte(unittest.TestCase):
 
     def test_between_threads(self):
         differences = self.digest(self.false_programs("--threads", "2")).differences
-        told = "flow code 6 | frozenlayer run, 2 threads, {}: differs from the first run: project/Analysis/Run1/part1.fzr"
+        told = (
+            "flow code 6 | frozenlayer run, 2 threads, {}: differs from the first run: project/Analysis/Run1/part1.fzr"
+        )
         self.assertEqual(differences, [told.format(what) for what in ("fresh search", "stored search")])
 
     def test_when_silent(self):
@@ -110,8 +112,13 @@ class Lists(unittest.TestCase):
 
 class Script(unittest.TestCase):
     def start(self, *words, **variables):
-        return subprocess.run([sys.executable, str(SCRIPT), "--only", "heating-cooling", "--threads", "1", *words],
-                              capture_output=True, encoding="utf-8", env={**os.environ, **variables}, check=False)
+        return subprocess.run(
+            [sys.executable, str(SCRIPT), "--only", "heating-cooling", "--threads", "1", *words],
+            capture_output=True,
+            encoding="utf-8",
+            env={**os.environ, **variables},
+            check=False,
+        )
 
     def test_list_and_comparison(self):
         with tempfile.TemporaryDirectory() as folder:

@@ -42,8 +42,9 @@ class ExportTest(unittest.TestCase):
             numpy.testing.assert_array_equal(status, (rows < 0).astype("i4"))
             for item in file["items"]:
                 expected = numpy.where(rows < 0, numpy.nan, file[f"items/{item}"][()][rows])
-                numpy.testing.assert_array_equal(numpy.asarray(columns[label_of(int(item))], "f4"),
-                                                 expected.astype("f4"), item)
+                numpy.testing.assert_array_equal(
+                    numpy.asarray(columns[label_of(int(item))], "f4"), expected.astype("f4"), item
+                )
 
     def test_files_by_time(self):
         project = cooling_box(self)
@@ -66,8 +67,9 @@ class ExportTest(unittest.TestCase):
         for name, source in (("cover_0001.vtp", "cover1_001.fzr"), ("cover_0002.vtp", "cover1.fzr")):
             file = VtkFile(root / name)
             self.assertEqual(set(file.arrays["Status"]), {0, 1})
-            self.check_frame(file.arrays["Node label"], file.arrays["Status"], file.arrays,
-                             root / "Analysis/Run1" / source)
+            self.check_frame(
+                file.arrays["Node label"], file.arrays["Status"], file.arrays, root / "Analysis/Run1" / source
+            )
 
     def test_faces_enclose_the_part(self):
         project = cooling_box(self)
@@ -80,8 +82,10 @@ class ExportTest(unittest.TestCase):
         for file in (polygons, grid):
             corners = file.points[file.cells["connectivity"]].astype("f8").reshape(-1, 4, 3)
             numpy.testing.assert_array_equal(file.cells["offsets"], 4 * numpy.arange(1, 129))
-            volume = sum(numpy.einsum("ij,ij->", corners[:, 0], numpy.cross(corners[:, a], corners[:, a + 1])) / 6
-                         for a in (1, 2))
+            volume = sum(
+                numpy.einsum("ij,ij->", corners[:, 0], numpy.cross(corners[:, a], corners[:, a + 1])) / 6
+                for a in (1, 2)
+            )
             self.assertAlmostEqual(volume, 192.0, places=4)
 
     def test_what_does_not_depend_on_time(self):
@@ -91,8 +95,12 @@ class ExportTest(unittest.TestCase):
         self.assertEqual(file.numbers, {"Freeze temperature [°C]": 130.0})
         top = ((file.points == (6, 4, 2)).all(axis=1)).nonzero()[0][0]
         self.assertEqual((file.arrays["Freeze status"][top], file.arrays["Wall status"][top]), (0, 0))
-        for name, expected in (("Wall thickness [mm]", 2.0), ("Inward direction", (0, 0, -1)),
-                               ("Opposite hit point [mm]", (6, 4, 0)), ("Time to freeze [s]", 2.25)):
+        for name, expected in (
+            ("Wall thickness [mm]", 2.0),
+            ("Inward direction", (0, 0, -1)),
+            ("Opposite hit point [mm]", (6, 4, 0)),
+            ("Time to freeze [s]", 2.25),
+        ):
             numpy.testing.assert_allclose(file.arrays[name][top], expected, atol=2e-6, err_msg=name)
 
     def test_status_of_nodes_that_never_freeze(self):
@@ -140,8 +148,7 @@ class ExportTest(unittest.TestCase):
         project = cooling_box(self)
         export(self, project, "--to", "csv")
         times = read_rows((project.root / "out_times.csv").read_text())
-        self.assertEqual(times, {"File": ["out_0001.csv", "out_0002.csv", "out_0003.csv"],
-                                 "Time [s]": ["1", "2", "3"]})
+        self.assertEqual(times, {"File": ["out_0001.csv", "out_0002.csv", "out_0003.csv"], "Time [s]": ["1", "2", "3"]})
         for name, source in zip(times["File"], RESULTS):
             columns = read_rows((project.root / name).read_text())
             labels = numpy.array(columns["Node label"], "i4")
@@ -216,9 +223,12 @@ class ExportTest(unittest.TestCase):
     def test_names_without_a_file_are_refused(self):
         project = cooling_box(self)
         export(self, project)
-        for words in (("export", project.root, "--out", f"{project.root}/"), ("export", project.root, "--out", ""),
-                      ("export", project.root, "--out", f"{project.root}/.pvd"),
-                      ("probe", project.root, "--point", "6,4,2", "--out", f"{project.root}/.csv")):
+        for words in (
+            ("export", project.root, "--out", f"{project.root}/"),
+            ("export", project.root, "--out", ""),
+            ("export", project.root, "--out", f"{project.root}/.pvd"),
+            ("probe", project.root, "--point", "6,4,2", "--out", f"{project.root}/.csv"),
+        ):
             with self.subTest(words=words):
                 result = run(*words)
                 self.assertEqual((result.returncode, result.stdout), (1, ""))
@@ -273,8 +283,9 @@ class ProbeTest(unittest.TestCase):
             self.assertTrue((numpy.diff(depths[mine]) >= -1e-9).all())
             levels = dict(zip(depths[mine].round(6), temperatures[mine]))
             numpy.testing.assert_allclose(sorted(levels), [0, 0.25, 0.75, 1.25, 1.75, 2.0], atol=1e-6)
-            numpy.testing.assert_allclose([levels[depth] for depth in sorted(levels)], self.EXPECTED + offset,
-                                          atol=1e-4)
+            numpy.testing.assert_allclose(
+                [levels[depth] for depth in sorted(levels)], self.EXPECTED + offset, atol=1e-4
+            )
         frozen = numpy.array(columns["Frozen"], "i4")
         numpy.testing.assert_array_equal(frozen, (temperatures < 130.0).astype("i4"))
         self.assertEqual(set(columns["Element kind"]), {"face", "cell"})
@@ -294,13 +305,15 @@ class ProbeTest(unittest.TestCase):
             self.assertEqual((next(numbers), next(numbers)), (1001, len(labels)))
             records = {label: sorted(next(numbers) for _ in range(next(numbers))) for label in labels}
             nodes = labels[::3]
-            columns = read_rows(run("probe", project.file("box1_001.fzr"), project.file("box1.fzr"), "--node",
-                                    *nodes).stdout)
+            columns = read_rows(
+                run("probe", project.file("box1_001.fzr"), project.file("box1.fzr"), "--node", *nodes).stdout
+            )
             found = {label: set() for label in nodes}
             for label, kind, number in zip(*(columns[c] for c in ("Node label", "Element kind", "Element number"))):
                 found[int(label)].add(int(number) + (faces if kind == "cell" else 0))
-            self.assertEqual({label: sorted(ids) for label, ids in found.items()},
-                             {label: records[label] for label in nodes}, name)
+            self.assertEqual(
+                {label: sorted(ids) for label, ids in found.items()}, {label: records[label] for label in nodes}, name
+            )
 
     def test_rows_of_a_node(self):
         project = self.probed_box()
@@ -324,9 +337,12 @@ class ProbeTest(unittest.TestCase):
         numpy.testing.assert_array_equal(lines.cells["connectivity"], numpy.arange(len(lines.points)))
         for time in ("1", "2", "3"):
             rows = [i for i, text in enumerate(columns["Time [s]"]) if text == time]
-            for column, array in (("Depth [mm]", "Depth [mm]"), ("Node label", "Node label"),
-                                  ("Temperature [°C]", f"Temperature, {time} s [°C]"),
-                                  ("Frozen", f"Frozen, {time} s")):
+            for column, array in (
+                ("Depth [mm]", "Depth [mm]"),
+                ("Node label", "Node label"),
+                ("Temperature [°C]", f"Temperature, {time} s [°C]"),
+                ("Frozen", f"Frozen, {time} s"),
+            ):
                 expected = numpy.array([columns[column][i] for i in rows], "f8")
                 numpy.testing.assert_allclose(lines.arrays[array], expected, rtol=1e-6, atol=1e-6, err_msg=array)
         again = run("probe", project.root, "--node", label, "--out", project.root / "probe")
@@ -335,9 +351,13 @@ class ProbeTest(unittest.TestCase):
 
     def test_refusals(self):
         project = self.probed_box()
-        for words, text in (((), "nothing to probe"), (("--node", 88), "node 88 is not on the surface"),
-                            (("--node", 4000), "node 4000 is not on the surface"), (("--point", "1,2"), "is no point"),
-                            (("--point", "1,nan,2"), "is no point")):
+        for words, text in (
+            ((), "nothing to probe"),
+            (("--node", 88), "node 88 is not on the surface"),
+            (("--node", 4000), "node 4000 is not on the surface"),
+            (("--point", "1,2"), "is no point"),
+            (("--point", "1,nan,2"), "is no point"),
+        ):
             with self.subTest(words=words):
                 result = run("probe", project.root, *words)
                 self.assertEqual((result.returncode, result.stdout), (1, ""))

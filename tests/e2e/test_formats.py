@@ -56,8 +56,12 @@ def project_facts(folder):
     place[order] = numpy.arange(len(order))
     corners = [tuple(sorted(place[cell])) for cell in numpy.split(grid["Connectivity"], grid["Offsets"][1:-1])]
     results = sorted((folder / "Analysis/Run1").glob("*.k4f"), key=lambda name: time_of(name)[0])
-    return (grid["Points"][order], sorted(corners), [time_of(name) for name in results],
-            [items(name)[6][labels - 1][order] for name in results])
+    return (
+        grid["Points"][order],
+        sorted(corners),
+        [time_of(name) for name in results],
+        [items(name)[6][labels - 1][order] for name in results],
+    )
 
 
 @unittest.skipUnless(READERS_ARE_BUILT_IN and vtk, "needs VTK and python3-vtk9")
@@ -112,23 +116,28 @@ class FormatTest(unittest.TestCase):
 
     def test_legacy(self):
         """Binary: the text form keeps six digits only."""
+
         def make():
             writer = vtk.vtkUnstructuredGridWriter()
             writer.SetFileTypeToBinary()
             return writer
+
         self.check_same(*self.write_all(make, "t{}.vtk"))
 
     def test_xml(self):
         for mode in ("SetDataModeToAscii", "SetDataModeToBinary", "SetDataModeToAppended"):
+
             def make(choose=mode):
                 writer = vtk.vtkXMLUnstructuredGridWriter()
                 getattr(writer, choose)()
                 return writer
+
             with self.subTest(choice=mode):
                 self.check_same(*self.write_all(make, "t{}.vtu"))
 
     def test_xml_blocks_are_joined(self):
         """Left and right half as two blocks, the points between them given twice."""
+
         def halves(grid):
             blocks = vtk.vtkMultiBlockDataSet()
             middle = numpy.array([grid.GetCell(i).GetBounds()[:2] for i in range(grid.GetNumberOfCells())]).mean(axis=1)
@@ -142,8 +151,10 @@ class FormatTest(unittest.TestCase):
                 part.Update()
                 blocks.SetBlock(number, part.GetOutput())
             return blocks
-        names = [self.write(vtk.vtkXMLMultiBlockDataWriter(), f"t{i}.vtm", halves(grid))
-                 for i, grid in enumerate(self.grids)]
+
+        names = [
+            self.write(vtk.vtkXMLMultiBlockDataWriter(), f"t{i}.vtm", halves(grid)) for i, grid in enumerate(self.grids)
+        ]
         self.check_same(*names, "--times", ",".join(str(seconds) for seconds in TIMES.values()))
 
     def test_xml_pieces_are_joined(self):
@@ -163,17 +174,22 @@ class FormatTest(unittest.TestCase):
         self.expected = self.bring_in(self.folder / "box.vtu")
         image, rectilinear, curved = vtk.vtkImageData(), vtk.vtkRectilinearGrid(), vtk.vtkStructuredGrid()
         image.SetSpacing(2.0, 2.0, 0.5)
-        for axis, place in ((0, rectilinear.SetXCoordinates), (1, rectilinear.SetYCoordinates),
-                            (2, rectilinear.SetZCoordinates)):
+        for axis, place in (
+            (0, rectilinear.SetXCoordinates),
+            (1, rectilinear.SetYCoordinates),
+            (2, rectilinear.SetZCoordinates),
+        ):
             place(numpy_to_vtk(numpy.unique(points[:, axis]), deep=True))
         places = vtk.vtkPoints()
         places.SetData(numpy_to_vtk(points, deep=True))
         curved.SetPoints(places)
         values = numpy_to_vtk(points[:, 2] + 150.0, deep=True)
         values.SetName("T")
-        for name, grid, writer in (("box.vti", image, vtk.vtkXMLImageDataWriter()),
-                                   ("box.vtr", rectilinear, vtk.vtkXMLRectilinearGridWriter()),
-                                   ("box.vts", curved, vtk.vtkXMLStructuredGridWriter())):
+        for name, grid, writer in (
+            ("box.vti", image, vtk.vtkXMLImageDataWriter()),
+            ("box.vtr", rectilinear, vtk.vtkXMLRectilinearGridWriter()),
+            ("box.vts", curved, vtk.vtkXMLStructuredGridWriter()),
+        ):
             with self.subTest(name=name):
                 grid.SetDimensions(7, 5, 5)
                 grid.GetPointData().AddArray(values)
@@ -204,7 +220,8 @@ class FormatTest(unittest.TestCase):
             "FORMAT\ntype: ensight gold\n\nGEOMETRY\nmodel: plate.0.00000.geo\n\nVARIABLE\n"
             "scalar per node: 1 temperature plate.0.*****_n.temperature\n\nTIME\ntime set: 1\n"
             f"number of steps: {len(TIMES)}\nfilename start number: 00000\nfilename increment: 00001\n"
-            f"time values: {' '.join(str(seconds) for seconds in TIMES.values())}\n")
+            f"time values: {' '.join(str(seconds) for seconds in TIMES.values())}\n"
+        )
         self.check_same(case)
 
     def test_vtkhdf(self):
@@ -223,8 +240,14 @@ class FormatTest(unittest.TestCase):
         ends = vtk_to_numpy(grid.GetCells().GetOffsetsArray())
         cells = list(enumerate(numpy.split(vtk_to_numpy(grid.GetCells().GetConnectivityArray()), ends[1:-1])))
         path = self.folder / "plate.cgns"
-        write_cgns(path, vtk_to_numpy(grid.GetPoints().GetData()), cells, list(TIMES.values()), "Temperature",
-                   [vtk_to_numpy(each.GetPointData().GetArray("temperature")) for each in self.grids])
+        write_cgns(
+            path,
+            vtk_to_numpy(grid.GetPoints().GetData()),
+            cells,
+            list(TIMES.values()),
+            "Temperature",
+            [vtk_to_numpy(each.GetPointData().GetArray("temperature")) for each in self.grids],
+        )
         self.check_same(path)
 
 

@@ -15,16 +15,20 @@ NEED_READERS = ("import", "show")
 class HelpTest(unittest.TestCase):
     def test_program(self):
         self.assertEqual(len(SUBCOMMANDS), 8)
-        self.assertEqual(set(ManualPage().sections),
-                         {"NAME", "SYNOPSIS", "DESCRIPTION", "OPTIONS", "SUBCOMMANDS", "EXAMPLE", "EXIT STATUS"})
+        self.assertEqual(
+            set(ManualPage().sections),
+            {"NAME", "SYNOPSIS", "DESCRIPTION", "OPTIONS", "SUBCOMMANDS", "EXAMPLE", "EXIT STATUS"},
+        )
         self.assertRegex(run("--version").stdout, r"^frozenlayer \d+\.\d+\.\d+\n$")
 
     def test_sections_of_every_subcommand(self):
         for name in SUBCOMMANDS:
             with self.subTest(subcommand=name):
                 page = ManualPage(name)
-                self.assertEqual(list(page.sections), ["NAME", "SYNOPSIS", "DESCRIPTION", "ARGUMENTS", "OPTIONS",
-                                                       "EXAMPLE", "EXIT STATUS"])
+                self.assertEqual(
+                    list(page.sections),
+                    ["NAME", "SYNOPSIS", "DESCRIPTION", "ARGUMENTS", "OPTIONS", "EXAMPLE", "EXIT STATUS"],
+                )
                 self.assertTrue(page.sections["SYNOPSIS"].startswith(f"  frozenlayer {name} "))
                 self.assertIn("0 success, 1 otherwise", page.sections["EXIT STATUS"])
                 self.assertIn("24, 48,\n  120", page.sections["EXIT STATUS"])
@@ -40,14 +44,25 @@ class HelpTest(unittest.TestCase):
                 shutil.copytree(EXAMPLES, folder / "examples")
                 search = {**os.environ, "PATH": f"{pathlib.Path(FROZENLAYER).parent}:{os.environ['PATH']}"}
                 for command in ManualPage(name).example():
-                    done = subprocess.run(["sh", "-c", command], cwd=folder, env=search, capture_output=True,
-                                          encoding="utf-8", timeout=300, check=False)
+                    done = subprocess.run(
+                        ["sh", "-c", command],
+                        cwd=folder,
+                        env=search,
+                        capture_output=True,
+                        encoding="utf-8",
+                        timeout=300,
+                        check=False,
+                    )
                     self.assertEqual(done.returncode, 0, f"{command}\n{done.stderr}")
                     self.assertTrue(done.stdout)
 
     def test_misuse_names_the_word(self):
-        for words, text in ((("runn",), '"runn" is no subcommand'), (("--shape",), '"--shape" is no subcommand'),
-                            (("demo", "x", "--ouch"), "--ouch"), ((), "A subcommand is required")):
+        for words, text in (
+            (("runn",), '"runn" is no subcommand'),
+            (("--shape",), '"--shape" is no subcommand'),
+            (("demo", "x", "--ouch"), "--ouch"),
+            ((), "A subcommand is required"),
+        ):
             result = run(*words)
             self.assertEqual(result.returncode, 1)
             self.assertIn(text, result.stderr)

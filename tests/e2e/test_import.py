@@ -10,7 +10,6 @@ from foreign_files import READERS_ARE_BUILT_IN
 from small_project import EXAMPLES, MATERIAL, Folder, run, write_box_mesh
 
 
-
 def items(path):
     with h5py.File(path) as file:
         return {int(key): file[f"items/{key}"][()].astype("f8") for key in file["items"]}
@@ -43,8 +42,13 @@ class ImportCase(unittest.TestCase):
 
     def vtu(self, name="box.vtu", points=None, cells=None, point_data=None, **more):
         path = self.folder / name
-        foreign.write_vtu(path, self.points if points is None else points, cells or self.hexas,
-                          {"temperature": self.temperature} if point_data is None else point_data, **more)
+        foreign.write_vtu(
+            path,
+            self.points if points is None else points,
+            cells or self.hexas,
+            {"temperature": self.temperature} if point_data is None else point_data,
+            **more,
+        )
         return path
 
     def bring_in(self, *words, material=("--freeze-temperature", 130)):
@@ -67,18 +71,29 @@ class ImportTest(ImportCase):
     def test_complete_project(self):
         names = []
         for seconds in (3.0, 1.0, 2.0):
-            names.append(self.vtu(f"t{seconds:g}.vtu", point_data={"temperature": self.temperature + seconds},
-                                  seconds=seconds))
+            names.append(
+                self.vtu(f"t{seconds:g}.vtu", point_data={"temperature": self.temperature + seconds}, seconds=seconds)
+            )
         result = self.bring_in(*names)
         for name, expected in (("box1_001.k4f", (1.0, 1)), ("box1_002.k4f", (2.0, 2)), ("box1.k4f", (3.0, 0))):
             self.assertEqual(time_of(self.run_folder / name), expected)
-            numpy.testing.assert_array_equal(items(self.run_folder / name)[6],
-                                             (self.temperature + expected[0]).astype("f4"))
+            numpy.testing.assert_array_equal(
+                items(self.run_folder / name)[6], (self.temperature + expected[0]).astype("f4")
+            )
         self.assertEqual((self.run_folder / "QNLIntermediateOutputTime.log").read_text(), "1 1\n2 2\n[EOF]\n")
         evaluated = run("run", self.out)
         self.assertEqual(evaluated.returncode, 0, evaluated.stderr)
-        for text in ("175 nodes", "hexa", "temperature", "its name", "61", "183", "base time",
-                     "a density of 1 g/cm³ is assumed", f"Next: frozenlayer run {self.run_folder}/box1.k4f"):
+        for text in (
+            "175 nodes",
+            "hexa",
+            "temperature",
+            "its name",
+            "61",
+            "183",
+            "base time",
+            "a density of 1 g/cm³ is assumed",
+            f"Next: frozenlayer run {self.run_folder}/box1.k4f",
+        ):
             self.assertIn(text, result.stdout)
 
     def test_one_time_has_no_marker_log(self):
@@ -112,8 +127,14 @@ class ImportTest(ImportCase):
         result = self.bring_in(path)
         self.assertIn("add --length-unit m", result.stderr)
         self.assertIn("look like kelvin", result.stderr)
-        cold = run("import", self.vtu(point_data={"T": self.temperature / 10.0 + 300.0}), "--out", self.folder / "cold",
-                   "--freeze-temperature", 130)
+        cold = run(
+            "import",
+            self.vtu(point_data={"T": self.temperature / 10.0 + 300.0}),
+            "--out",
+            self.folder / "cold",
+            "--freeze-temperature",
+            130,
+        )
         self.assertIn("look like kelvin", cold.stderr)
 
     def test_velocity_becomes_centimetres_per_second(self):
@@ -128,8 +149,11 @@ class ImportTest(ImportCase):
         law = ("--material", EXAMPLES / "stepped-plate/Material/pp.toml")
         self.bring_in(self.vtu(), "--pressure", 25, material=law)
         expected = items(self.run_folder / "box1.k4f")
-        rising = {"MPa": numpy.full(len(self.points), 25.0), "Pa": numpy.full(len(self.points), 25e6),
-                  "bar": numpy.full(len(self.points), 250.0)}
+        rising = {
+            "MPa": numpy.full(len(self.points), 25.0),
+            "Pa": numpy.full(len(self.points), 25e6),
+            "bar": numpy.full(len(self.points), 250.0),
+        }
         for unit, pressure in rising.items():
             path = self.vtu(point_data={"T": self.temperature, "press": pressure})
             result = self.bring_in(path, "--force", "--pressure-array", "press", "--pressure-unit", unit, material=law)
@@ -181,8 +205,14 @@ class ImportTest(ImportCase):
         edges = [(0, 1), (1, 2), (0, 2), (0, 3), (1, 3), (2, 3)]
         points = numpy.vstack([corners, [(corners[a] + corners[b]) / 2 for a, b in edges]])
         labels = numpy.arange(11, 21, dtype="i4")
-        result = self.bring_in(self.vtu("q.vtu", points, [(foreign.QUADRATIC_TETRA, range(10))],
-                                        {"T": numpy.arange(10) + 80.0, "NodeId": labels}))
+        result = self.bring_in(
+            self.vtu(
+                "q.vtu",
+                points,
+                [(foreign.QUADRATIC_TETRA, range(10))],
+                {"T": numpy.arange(10) + 80.0, "NodeId": labels},
+            )
+        )
         self.assertIn("1 quadratic cell made linear", result.stdout)
         grid = mesh(self.out / "Mesh/box.hdf")
         numpy.testing.assert_array_equal(grid["Points"], corners)
@@ -191,7 +221,7 @@ class ImportTest(ImportCase):
     def test_few_missing_values_are_filled(self):
         self.temperature[40] = numpy.nan
         path = self.vtu()
-        self.check_refused([path], "1 value of \"temperature\"", "--allow-missing")
+        self.check_refused([path], '1 value of "temperature"', "--allow-missing")
         result = self.bring_in(path, "--allow-missing", 1)
         self.assertIn("filled from their neighbours", result.stderr)
         found = items(self.run_folder / "box1.k4f")[6]
@@ -215,8 +245,9 @@ class ImportTest(ImportCase):
         times = [0.5, 2.0]
         arrays = [self.temperature, self.temperature - 10.0]
         legacy = self.folder / "box.vtk"
-        foreign.write_legacy(legacy, self.points, self.hexas, {"Temp": arrays[1]},
-                             {"CellEntityIds": numpy.ones(len(self.hexas))})
+        foreign.write_legacy(
+            legacy, self.points, self.hexas, {"Temp": arrays[1]}, {"CellEntityIds": numpy.ones(len(self.hexas))}
+        )
         ensight = self.folder / "box.case"
         foreign.write_ensight(ensight, self.points, self.hexas, times, arrays)
         own = self.folder / "own.hdf"
@@ -232,32 +263,43 @@ class ImportTest(ImportCase):
     def test_openfoam_case(self):
         """T on cells, kelvin and metres: a uniform value stays, a linear one is met inside the box."""
         middle = numpy.array([self.points[nodes].mean(axis=0) for _, nodes in self.hexas])
-        case = foreign.write_openfoam(self.folder / "foam", self.points / 1000.0, self.hexas, [1, 2],
-                                      [numpy.full(len(middle), 400.0), 400.0 + 5.0 * middle[:, 0]])
+        case = foreign.write_openfoam(
+            self.folder / "foam",
+            self.points / 1000.0,
+            self.hexas,
+            [1, 2],
+            [numpy.full(len(middle), 400.0), 400.0 + 5.0 * middle[:, 0]],
+        )
         self.bring_in(case, "--length-unit", "m", "--temperature-unit", "K")
         self.assertEqual(time_of(self.run_folder / "box1_001.k4f"), (1.0, 1))
         numpy.testing.assert_allclose(items(self.run_folder / "box1_001.k4f")[6], 126.85, rtol=1e-6)
         with h5py.File(self.out / "Mesh/box.hdf") as file:
             points = file["VTKHDF/Points"][()]
         inside = (points[:, 0] > 0.1) & (points[:, 0] < 11.9)
-        numpy.testing.assert_allclose(items(self.run_folder / "box1.k4f")[6][inside],
-                                      126.85 + 5.0 * points[inside, 0], rtol=1e-5)
+        numpy.testing.assert_allclose(
+            items(self.run_folder / "box1.k4f")[6][inside], 126.85 + 5.0 * points[inside, 0], rtol=1e-5
+        )
 
 
 @unittest.skipUnless(READERS_ARE_BUILT_IN, "built without VTK")
 class RefusalTest(ImportCase):
     def test_arrays(self):
-        path = self.vtu(point_data={"Tmp_1": self.temperature, "pressure": self.temperature,
-                                    "flux": numpy.zeros((len(self.points), 3))})
-        self.check_refused([path, "--temperature", "Tmp"], "no array \"Tmp\"", "there: Tmp_1 (1 component, points)")
+        path = self.vtu(
+            point_data={
+                "Tmp_1": self.temperature,
+                "pressure": self.temperature,
+                "flux": numpy.zeros((len(self.points), 3)),
+            }
+        )
+        self.check_refused([path, "--temperature", "Tmp"], 'no array "Tmp"', "there: Tmp_1 (1 component, points)")
         self.check_refused([path, "--temperature", "flux"], "has 3 components, but a temperature has 1")
         self.check_refused([path], "name it with --temperature", "pressure")
-        self.check_refused([path, "--temperature", "Tmp_1", "--region-array", "body"], "no cell array \"body\"")
+        self.check_refused([path, "--temperature", "Tmp_1", "--region-array", "body"], 'no cell array "body"')
 
     def test_regions(self):
         path = self.vtu(cell_data={"body": numpy.ones(len(self.hexas))})
         words = [path, "--region-array", "body", "--runner"]
-        self.check_refused([*words, "2"], "region 2 of --runner is not in array \"body\"; there are 1")
+        self.check_refused([*words, "2"], 'region 2 of --runner is not in array "body"; there are 1')
         self.check_refused([*words, "1"], "no cell is left for the part")
 
     def test_meshes(self):
@@ -273,8 +315,12 @@ class RefusalTest(ImportCase):
     def test_polyhedra_are_counted(self):
         path = self.vtu(cells=[(foreign.POLYHEDRON, [0, 1, 7, 35])])
         faces = numpy.array([4, 3, 0, 1, 7, 3, 0, 1, 35, 3, 1, 7, 35, 3, 0, 7, 35])
-        path.write_text(path.read_text().replace("</Cells>", foreign.array_text("faces", faces) +
-                                                 foreign.array_text("faceoffsets", numpy.array([17])) + "</Cells>"))
+        path.write_text(
+            path.read_text().replace(
+                "</Cells>",
+                foreign.array_text("faces", faces) + foreign.array_text("faceoffsets", numpy.array([17])) + "</Cells>",
+            )
+        )
         self.check_refused([path], "holds 1 polyhedra; split them into tetrahedra")
 
     def test_coordinates_and_values_that_are_no_numbers(self):
@@ -282,7 +328,7 @@ class RefusalTest(ImportCase):
         points[3, 1] = numpy.nan
         self.check_refused([self.vtu(points=points)], "point 4 has a coordinate that is not finite")
         self.temperature[:20] = numpy.nan
-        self.check_refused([self.vtu()], "20 values of \"temperature\" (11.429 % of the nodes) not a number")
+        self.check_refused([self.vtu()], '20 values of "temperature" (11.429 % of the nodes) not a number')
 
     def test_series(self):
         first, moved = self.vtu("a.vtu"), self.vtu("b.vtu", points=self.points + 1.0)
@@ -291,7 +337,7 @@ class RefusalTest(ImportCase):
         self.check_refused([first, same, "--times", "1"], "--times gives 1, but there are 2 output times")
         self.check_refused([first, same, "--times", "2,2"], "have the same time, 2 s")
         other = self.vtu("d.vtu", point_data={"heat": self.temperature})
-        self.check_refused([first, other], "d.vtu holds no array \"temperature\" as")
+        self.check_refused([first, other], 'd.vtu holds no array "temperature" as')
         timed = self.vtu("e.vtu", seconds=4.0)
         self.check_refused([first, timed], "only 1 of 2 files tell their time")
 
@@ -325,8 +371,12 @@ class RefusalTest(ImportCase):
 
     def test_numbers_of_options(self):
         path = self.vtu()
-        for option, values in (("--wall", ("nan", "inf", "0", "-1")), ("--pressure", ("nan", "inf", "-1")),
-                               ("--times", ("nan", "inf", "1,x")), ("--allow-missing", ("nan", "101", "-1"))):
+        for option, values in (
+            ("--wall", ("nan", "inf", "0", "-1")),
+            ("--pressure", ("nan", "inf", "-1")),
+            ("--times", ("nan", "inf", "1,x")),
+            ("--allow-missing", ("nan", "101", "-1")),
+        ):
             for value in values:
                 with self.subTest(option=option, value=value):
                     self.check_refused([path, f"{option}={value}"], option, " is no number from ")
@@ -356,9 +406,18 @@ class RefusalTest(ImportCase):
     @unittest.skipIf(os.name != "posix", "limits the size of files")
     def test_full_disk_leaves_nothing(self):
         import resource
+
         limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (2048, 2048))
-        result = run("import", self.vtu(), "--out", self.out, "--freeze-temperature", 130, preexec_fn=limit,
-                     restore_signals=False)
+        result = run(
+            "import",
+            self.vtu(),
+            "--out",
+            self.out,
+            "--freeze-temperature",
+            130,
+            preexec_fn=limit,
+            restore_signals=False,
+        )
         self.assertEqual(result.returncode, 1, result.stderr)
         self.assertIn("box.part/Mesh/box.hdf", result.stderr)
         self.assertFalse(self.out.exists())

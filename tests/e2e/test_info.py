@@ -24,8 +24,16 @@ class InfoTest(unittest.TestCase):
     def test_mesh(self):
         found = facts(EXAMPLES / "ribbed-cover/Mesh/cover.hdf")
         self.assertEqual(found["kind"], "mesh")
-        expected = {"nodes": 31137, "cells": 118119, "tetra": 118119, "part_cells": 114911, "runner_cells": 3208,
-                    "smallest_label": 1, "largest_label": 31137, "has_labels": True}
+        expected = {
+            "nodes": 31137,
+            "cells": 118119,
+            "tetra": 118119,
+            "part_cells": 114911,
+            "runner_cells": 3208,
+            "smallest_label": 1,
+            "largest_label": 31137,
+            "has_labels": True,
+        }
         self.assertEqual({key: found[key] for key in expected}, expected)
         self.assertAlmostEqual(found["depth_window_mm"], 3.0 * found["geometric_tolerance_mm"])
         self.assertEqual([(axis["min_mm"], axis["max_mm"]) for axis in found["box"]][0], (-16.0, 60.0))
@@ -56,8 +64,9 @@ class InfoTest(unittest.TestCase):
         project = SmallProject(self)
         run("run", project.root, "--intermediate-times", 0, cwd=project.root.parent)
         found = facts(project.file("box1.fzr"))
-        self.assertEqual((found["mode"], found["program"], found["has_node_ids"]),
-                         ("corrected", "QNL3DFrozenLayer", True))
+        self.assertEqual(
+            (found["mode"], found["program"], found["has_node_ids"]), ("corrected", "QNL3DFrozenLayer", True)
+        )
         self.assertEqual(found["mesh"], str(project.root / "Mesh/box.hdf"))
         first = found["items"][0]
         self.assertEqual((first["name"], first["meaning"], first["unit"]), ("Frozen_Ratio", "Frozen ratio", "%"))
@@ -79,16 +88,19 @@ class InfoTest(unittest.TestCase):
 
     def test_material(self):
         found = facts(EXAMPLES / "ribbed-cover/Material/pp.toml")
-        self.assertEqual((found["kind"], found["material"], found["freeze_temperature_degc"]),
-                         ("material", "thermoplastic", 130.0))
+        self.assertEqual(
+            (found["kind"], found["material"], found["freeze_temperature_degc"]), ("material", "thermoplastic", 130.0)
+        )
         self.assertTrue(0.78 < found["density_freeze_g_cm3"] < found["density_25_degc_g_cm3"] < 0.91)
 
     def test_project_folder_and_run_file(self):
         project = SmallProject(self)
         found = facts(project.root)
         self.assertEqual((found["kind"], found["name"]), ("project folder", "box"))
-        self.assertEqual([(stage["stage"], stage["intermediate_times"], stage["evaluated"])
-                          for stage in found["stages"]], [("flow", 2, False), ("cool", 0, False), ("warp", 0, False)])
+        self.assertEqual(
+            [(stage["stage"], stage["intermediate_times"], stage["evaluated"]) for stage in found["stages"]],
+            [("flow", 2, False), ("cool", 0, False), ("warp", 0, False)],
+        )
         self.assertTrue(found["runs"][0]["marker_log_complete"])
         self.assertEqual(found["runs"][0]["mesh"], str(project.root / "Mesh/box.hdf"))
         (project.root / "Mesh/box.hdf").unlink()
@@ -99,8 +111,12 @@ class InfoTest(unittest.TestCase):
         """A mark that lies across the 254th byte of a line is none."""
         project = SmallProject(self)
         log = project.file("QNLIntermediateOutputTime.log")
-        for text, complete in (("x" * 252 + "[EOF]\n", False), ("x" * 254 + "[EOF]\n", True),
-                               ("[EO\nF]\n", False), ("a [EOF] b", True)):
+        for text, complete in (
+            ("x" * 252 + "[EOF]\n", False),
+            ("x" * 254 + "[EOF]\n", True),
+            ("[EO\nF]\n", False),
+            ("a [EOF] b", True),
+        ):
             log.write_text(text)
             self.assertEqual(facts(project.root)["runs"][0]["marker_log_complete"], complete, text)
             run("run", project.root, "--intermediate-times", "0")
@@ -133,7 +149,7 @@ class InfoTest(unittest.TestCase):
             file.attrs["format_version"] = 99
         self.check_fails(result, "box1.k4f")
         material = project.root / "Material/pp.toml"
-        material.write_text("kind = \"thermoplastic\"\ndensity = 1.0\n")
+        material.write_text('kind = "thermoplastic"\ndensity = 1.0\n')
         self.check_fails(material, "pp.toml")
 
 

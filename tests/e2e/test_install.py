@@ -13,8 +13,12 @@ PROGRAMS = ("QNL3DFrozenLayer", "frozenlayer")
 class InstallTest(unittest.TestCase):
     def setUp(self):
         self.prefix = Folder(self).path / "usr"
-        subprocess.run([os.environ["QNL_CMAKE"], "--install", BUILD, "--prefix", str(self.prefix)], check=True,
-                       capture_output=True, timeout=300)
+        subprocess.run(
+            [os.environ["QNL_CMAKE"], "--install", BUILD, "--prefix", str(self.prefix)],
+            check=True,
+            capture_output=True,
+            timeout=300,
+        )
         self.program = self.prefix / "bin/frozenlayer"
 
     def installed(self, *words):
@@ -24,9 +28,17 @@ class InstallTest(unittest.TestCase):
 
     def test_files(self):
         found = sorted(str(path.relative_to(self.prefix)) for path in self.prefix.rglob("*") if path.is_file())
-        self.assertEqual(found, sorted([f"bin/{name}" for name in PROGRAMS] + [
-            "share/bash-completion/completions/frozenlayer", "share/frozenlayer/LICENSES.txt",
-            "share/frozenlayer/viewer.html"]))
+        self.assertEqual(
+            found,
+            sorted(
+                [f"bin/{name}" for name in PROGRAMS]
+                + [
+                    "share/bash-completion/completions/frozenlayer",
+                    "share/frozenlayer/LICENSES.txt",
+                    "share/frozenlayer/viewer.html",
+                ]
+            ),
+        )
         for name in PROGRAMS:
             self.assertTrue(os.access(self.prefix / "bin" / name, os.X_OK))
 

@@ -126,8 +126,12 @@ class LauncherTest(unittest.TestCase):
         self.assertIn(EXCEPTION, codes)
 
     def limited(self, limit, words, *options):
-        return run(*words, *options, program=QNL3DFROZENLAYER,
-                   preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (limit, limit)))
+        return run(
+            *words,
+            *options,
+            program=QNL3DFROZENLAYER,
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (limit, limit)),
+        )
 
     def least_limit(self):
         """At which the program starts at all."""
@@ -226,13 +230,27 @@ class LauncherTest(unittest.TestCase):
         result = self.start(self.words(project), "--log-level=1", "--threads=2")
         self.assertEqual(result.returncode, NORMAL)
         place = 0
-        for text in ("box1.run\n", "ReadMeshData Time: ", "nThread = 2\n",
-                     "Load Temperature Data\n", "Read Temperature Data end\n", "new CSurfNodeSearch\n",
-                     "ReadSearchResult Time: ", "Calcu Frozen From SurfaceNodeAndNormal end\n",
-                     "Smooth SurfaceNodeValue end\n", "SetOutputItermInfor end\n", "Write Binary Result\n",
-                     "Output Binary Data end\n", "OutputFrozenCalcuResults Time: ", "Write Search Result end \n",
-                     "free memory end\n",
-                     "CPUID: 0    -   \n", "Find PassElem Count: ", "CPUID: 1    -   \n", "Total Analysis Time: "):
+        for text in (
+            "box1.run\n",
+            "ReadMeshData Time: ",
+            "nThread = 2\n",
+            "Load Temperature Data\n",
+            "Read Temperature Data end\n",
+            "new CSurfNodeSearch\n",
+            "ReadSearchResult Time: ",
+            "Calcu Frozen From SurfaceNodeAndNormal end\n",
+            "Smooth SurfaceNodeValue end\n",
+            "SetOutputItermInfor end\n",
+            "Write Binary Result\n",
+            "Output Binary Data end\n",
+            "OutputFrozenCalcuResults Time: ",
+            "Write Search Result end \n",
+            "free memory end\n",
+            "CPUID: 0    -   \n",
+            "Find PassElem Count: ",
+            "CPUID: 1    -   \n",
+            "Total Analysis Time: ",
+        ):
             found = result.stdout.find(text, place)
             self.assertGreaterEqual(found, 0, f"{text!r} is missing behind position {place}\n{result.stdout}")
             place = found

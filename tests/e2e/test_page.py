@@ -15,8 +15,11 @@ REMEDY = "tools/install_packages.sh page"
 
 def missing_programs():
     browsers = (os.environ.get("CHROMIUM"), "chromium", "chromium-browser")
-    found = {"Chromium": any(name and shutil.which(name) for name in browsers),
-             "node": shutil.which("node"), "npm": shutil.which("npm")}
+    found = {
+        "Chromium": any(name and shutil.which(name) for name in browsers),
+        "node": shutil.which("node"),
+        "npm": shutil.which("npm"),
+    }
     return [name for name, path in found.items() if not path]
 
 
@@ -39,7 +42,9 @@ class PageTest(unittest.TestCase):
         """Runs npm and adds what it says to the log; a failure shows the log."""
         with LOG.open("a", encoding="utf-8") as log:
             print(f"== npm {' '.join(words)}", file=log, flush=True)
-            done = subprocess.run(["npm", *words], cwd=VIEWER, stdout=log, stderr=subprocess.STDOUT, timeout=600, check=False)
+            done = subprocess.run(
+                ["npm", *words], cwd=VIEWER, stdout=log, stderr=subprocess.STDOUT, timeout=600, check=False
+            )
         if done.returncode != 0:
             raise AssertionError(LOG.read_text(encoding="utf-8"))
 

@@ -34,14 +34,22 @@ class SteppedPlateTest(unittest.TestCase):
         self.out = self.folder / "out"
 
     def take_road(self, *words):
-        done = subprocess.run([str(ROAD), str(self.out), *map(str, words)], capture_output=True, encoding="utf-8",
-                              timeout=300, env={**os.environ, "FROZENLAYER": FROZENLAYER}, check=False)
+        done = subprocess.run(
+            [str(ROAD), str(self.out), *map(str, words)],
+            capture_output=True,
+            encoding="utf-8",
+            timeout=300,
+            env={**os.environ, "FROZENLAYER": FROZENLAYER},
+            check=False,
+        )
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(run("run", self.ready).returncode, 0)
 
     def pairs(self, extension):
-        return [(self.ready / "Analysis/Run1" / name, self.out / "plate/Analysis/Run1" / name)
-                for name in stage_names(extension)]
+        return [
+            (self.ready / "Analysis/Run1" / name, self.out / "plate/Analysis/Run1" / name)
+            for name in stage_names(extension)
+        ]
 
     def check_inputs(self):
         """Temperatures are the same float32 numbers; density and shrinkage were computed elsewhere, in the same
@@ -57,8 +65,10 @@ class SteppedPlateTest(unittest.TestCase):
 
     def check_what_people_see(self):
         """The surface files hold the results as they are, and the page their times and ranges."""
-        self.assertEqual(read_collection(self.out / "surface.pvd"),
-                         [(seconds, f"surface_{i:04d}.vtp") for i, seconds in enumerate(TIMES, 1)])
+        self.assertEqual(
+            read_collection(self.out / "surface.pvd"),
+            [(seconds, f"surface_{i:04d}.vtp") for i, seconds in enumerate(TIMES, 1)],
+        )
         page = ResultPage(self.out / "plate.html")
         self.assertEqual(page.header["times"], TIMES)
         shown = page.item_values(page.item("Frozen ratio"))
@@ -97,8 +107,12 @@ class SteppedPlateTest(unittest.TestCase):
         cells = [(int(kind), grid["Connectivity"][a:b]) for kind, a, b in zip(grid["Types"], ends, ends[1:])]
         members = []
         for name, seconds in zip(stage_names(".k4f"), TIMES):
-            foreign.write_vtu(self.folder / (name + ".vtu"), grid["Points"], cells,
-                              {"T": items(self.ready / "Analysis/Run1" / name)[6].astype("f4")})
+            foreign.write_vtu(
+                self.folder / (name + ".vtu"),
+                grid["Points"],
+                cells,
+                {"T": items(self.ready / "Analysis/Run1" / name)[6].astype("f4")},
+            )
             members.append((seconds, name + ".vtu"))
         foreign.write_pvd(self.folder / "double.pvd", members)
         self.take_road(self.folder / "double.pvd")
@@ -120,8 +134,10 @@ def slab_temperature(depth, fourier):
 
 
 @unittest.skipUnless(READERS_ARE_BUILT_IN, "built without VTK")
-@unittest.skipUnless(shutil.which("blockMesh") and shutil.which("laplacianFoam"),
-                     "OpenFOAM is not here: tools/install_packages.sh openfoam")
+@unittest.skipUnless(
+    shutil.which("blockMesh") and shutil.which("laplacianFoam"),
+    "OpenFOAM is not here: tools/install_packages.sh openfoam",
+)
 class OpenFoamTest(unittest.TestCase):
     SIZE, SECONDS, DIFFUSIVITY = (20, 12, 3), 8, 8.24e-8
 
@@ -129,8 +145,9 @@ class OpenFoamTest(unittest.TestCase):
         case = foreign.write_cooling_case(folder, self.SIZE, (20, 12, 24), self.SECONDS, self.DIFFUSIVITY)
         settings = {"WM_PROJECT_DIR": "/usr/share/openfoam", **os.environ}
         for program in ("blockMesh", "laplacianFoam"):
-            done = subprocess.run([program], cwd=folder, env=settings, capture_output=True, encoding="utf-8",
-                                  timeout=60, check=False)
+            done = subprocess.run(
+                [program], cwd=folder, env=settings, capture_output=True, encoding="utf-8", timeout=60, check=False
+            )
             self.assertEqual(done.returncode, 0, done.stdout[-2000:] + done.stderr)
         return case
 
@@ -144,8 +161,18 @@ class OpenFoamTest(unittest.TestCase):
         The mesh has 24 cells over the wall; half a cell would be 2 points of frozen ratio."""
         folder = Folder(self).path
         case = self.solve(folder / "foam")
-        told = self.go("import", case, "--out", folder / "slab", "--length-unit", "m", "--temperature-unit", "K",
-                       "--freeze-temperature", 130)
+        told = self.go(
+            "import",
+            case,
+            "--out",
+            folder / "slab",
+            "--length-unit",
+            "m",
+            "--temperature-unit",
+            "K",
+            "--freeze-temperature",
+            130,
+        )
         self.assertIn("cells, weighted by volume", told)
         self.go("run", folder / "slab")
         self.go("export", folder / "slab", "--out", folder / "surface")

@@ -12,13 +12,24 @@ import numpy
 
 from small_project import FROZENLAYER, Folder, SmallProject, run
 
-PEOPLE = {1: ("Frozen ratio", "%"), 2: ("Maximum temperature", "°C"), 3: ("Centre temperature", "°C"),
-          4: ("Average temperature", "°C"), 5: ("Bulk temperature", "°C"),
-          7: ("Mould temperature difference", "°C"), 8: ("Maximum cooling time", "s"), 11: ("Packing index", "-"),
-          12: ("Sink-mark displacement, total", "mm"), 13: ("Sink-mark displacement, x", "mm"),
-          14: ("Sink-mark displacement, y", "mm"), 15: ("Sink-mark displacement, z", "mm"),
-          16: ("Maximum volume shrinkage", "%"), 17: ("Average velocity, x", "cm/s"),
-          18: ("Average velocity, y", "cm/s"), 19: ("Average velocity, z", "cm/s")}
+PEOPLE = {
+    1: ("Frozen ratio", "%"),
+    2: ("Maximum temperature", "°C"),
+    3: ("Centre temperature", "°C"),
+    4: ("Average temperature", "°C"),
+    5: ("Bulk temperature", "°C"),
+    7: ("Mould temperature difference", "°C"),
+    8: ("Maximum cooling time", "s"),
+    11: ("Packing index", "-"),
+    12: ("Sink-mark displacement, total", "mm"),
+    13: ("Sink-mark displacement, x", "mm"),
+    14: ("Sink-mark displacement, y", "mm"),
+    15: ("Sink-mark displacement, z", "mm"),
+    16: ("Maximum volume shrinkage", "%"),
+    17: ("Average velocity, x", "cm/s"),
+    18: ("Average velocity, y", "cm/s"),
+    19: ("Average velocity, z", "cm/s"),
+}
 
 
 def tables(text):
@@ -72,11 +83,14 @@ class RunTest(unittest.TestCase):
         result = run("run", project.file("box1.k4f"))
         self.assertEqual(result.returncode, 0, result.stderr)
         lines = [line for line in result.stderr.split("\n") if line.startswith("Output time")]
-        self.assertEqual([line.split(":")[0] for line in lines],
-                         ["Output time 3 s (1 of 3)", "Output time 1 s (2 of 3)", "Output time 2 s (3 of 3)"])
+        self.assertEqual(
+            [line.split(":")[0] for line in lines],
+            ["Output time 3 s (1 of 3)", "Output time 1 s (2 of 3)", "Output time 2 s (3 of 3)"],
+        )
         found = tables(result.stdout)
-        self.assertEqual([heading.split(",")[0] for heading in found],
-                         ["Output time 1 s", "Output time 2 s", "Output time 3 s"])
+        self.assertEqual(
+            [heading.split(",")[0] for heading in found], ["Output time 1 s", "Output time 2 s", "Output time 3 s"]
+        )
         for (heading, rows), file in zip(found.items(), ("box1_001.fzr", "box1_002.fzr", "box1.fzr")):
             self.assertTrue(heading.endswith(file))
             self.check_table(rows, project.file(file))
@@ -99,13 +113,19 @@ class RunTest(unittest.TestCase):
         result = run("run", project.root)
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertIn("Output time index 2 (3 of 3): ", result.stderr)
-        self.assertEqual([heading.split(",")[0] for heading in tables(result.stdout)],
-                         ["Output time 3 s", "Output time 1 s", "Output time index 2"])
+        self.assertEqual(
+            [heading.split(",")[0] for heading in tables(result.stdout)],
+            ["Output time 3 s", "Output time 1 s", "Output time index 2"],
+        )
 
     def test_relative_paths_and_folders(self):
         project = SmallProject(self)
-        for folder, word in ((project.root, "."), (project.root, "Analysis/Run1/box1.k4f"),
-                             (project.root / "Analysis/Run1", "box1.k4f"), (project.root.parent, "part/")):
+        for folder, word in (
+            (project.root, "."),
+            (project.root, "Analysis/Run1/box1.k4f"),
+            (project.root / "Analysis/Run1", "box1.k4f"),
+            (project.root.parent, "part/"),
+        ):
             with self.subTest(word=word):
                 result = run("run", word, "--intermediate-times", 0, cwd=folder)
                 self.assertEqual(result.returncode, 0, result.stderr)
@@ -166,8 +186,11 @@ class RunTest(unittest.TestCase):
         self.assertIn("at 98 part nodes of 98;", result.stderr)
 
     def test_missing_inputs(self):
-        cases = {"Analysis/Run1/box1.run": "the run file", "Mesh/box.hdf": "the mesh that",
-                 "Material/pp.toml": "the material that"}
+        cases = {
+            "Analysis/Run1/box1.run": "the run file",
+            "Mesh/box.hdf": "the mesh that",
+            "Material/pp.toml": "the material that",
+        }
         for name, role in cases.items():
             with self.subTest(name=name):
                 project = SmallProject(self)
@@ -196,8 +219,15 @@ class RunTest(unittest.TestCase):
 
     def test_wrong_options(self):
         project = SmallProject(self)
-        for words in (("--threads", 0), ("--intermediate-times", "many"), ("--intermediate-times", -1),
-                      ("--analysis-code", "x"), ("--log-level", -1), ("--unknown",), ("second", "third")):
+        for words in (
+            ("--threads", 0),
+            ("--intermediate-times", "many"),
+            ("--intermediate-times", -1),
+            ("--analysis-code", "x"),
+            ("--log-level", -1),
+            ("--unknown",),
+            ("second", "third"),
+        ):
             with self.subTest(words=words):
                 result = run("run", project.root, *words)
                 self.check_fails(result)
@@ -219,17 +249,20 @@ class RunTest(unittest.TestCase):
     def test_a_damaged_time_is_passed_over_and_told(self):
         project = SmallProject(self)
         data = project.file("box1_001.k4f").read_bytes()
-        project.file("box1_001.k4f").write_bytes(data[:len(data) // 2])
+        project.file("box1_001.k4f").write_bytes(data[: len(data) // 2])
         result = run("run", project.root)
         self.check_fails(result, "index 1 (2 of 3): not evaluated, ", "fault", str(project.file("box1_001.k4f")))
-        self.assertEqual([heading.split(", ")[1].split("/")[-1] for heading in tables(result.stdout)],
-                         ["box1.fzr", "box1_002.fzr"])
+        self.assertEqual(
+            [heading.split(", ")[1].split("/")[-1] for heading in tables(result.stdout)], ["box1.fzr", "box1_002.fzr"]
+        )
 
     def test_the_fibre_probe_wants_a_fibre_result(self):
         project = SmallProject(self)
         result = run("run", project.file("box1.k4f"), "--fibre-probe", "--intermediate-times", "1", input="1\n0\n0\n")
         self.assertEqual(result.returncode, 1)
-        self.assertIn("no fibre orientation tensor found; name the fibre result of the same run, box1.k4o.", result.stderr)
+        self.assertIn(
+            "no fibre orientation tensor found; name the fibre result of the same run, box1.k4o.", result.stderr
+        )
         self.assertNotIn("surface node", result.stderr)
         written = [pathlib.Path(line.strip()).name for line in result.stdout.split("Files written:\n")[1].splitlines()]
         self.assertEqual([name for name in written if ".csv" in name], ["box1.fzr.csv", "box1.fzr_001.csv.csv"])
@@ -244,8 +277,12 @@ class RunTest(unittest.TestCase):
 
     def test_a_folder_under_the_name_of_a_result_is_refused(self):
         project = SmallProject(self)
-        for name, options in (("box1.fzr", ()), ("box1_002.fzr", ()), ("box1.fzr.csv", ("--fibre-probe",)),
-                              ("box1.fzr_001.csv.csv", ("--fibre-probe",))):
+        for name, options in (
+            ("box1.fzr", ()),
+            ("box1_002.fzr", ()),
+            ("box1.fzr.csv", ("--fibre-probe",)),
+            ("box1.fzr_001.csv.csv", ("--fibre-probe",)),
+        ):
             project.file(name).mkdir()
             result = run("run", project.file("box1.k4f"), *options)
             self.assertEqual((result.returncode, result.stdout), (1, ""), name)
@@ -260,8 +297,10 @@ class RunTest(unittest.TestCase):
         self.check_fails(run("run", project.root), "fault", f"{project.file('box1.k4f')}: item 6")
 
     def test_broken_material_and_mesh_end_the_run(self):
-        for name, sentence in (("Material/pp.toml", "the material cannot be used"),
-                               ("Mesh/box.hdf", "the mesh cannot be used")):
+        for name, sentence in (
+            ("Material/pp.toml", "the material cannot be used"),
+            ("Mesh/box.hdf", "the mesh cannot be used"),
+        ):
             with self.subTest(name=name):
                 project = SmallProject(self)
                 (project.root / name).write_text("no such thing")
@@ -299,8 +338,9 @@ class RunTest(unittest.TestCase):
         result = run("run", project.root)
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertEqual(result.stderr.count("QNLIntermediateOutputTime.log"), 1, result.stderr)
-        self.assertIn(f"{project.file('QNLIntermediateOutputTime.log')} is missing: the normals are not smoothed",
-                      result.stderr)
+        self.assertIn(
+            f"{project.file('QNLIntermediateOutputTime.log')} is missing: the normals are not smoothed", result.stderr
+        )
         for name in ("box1.k4c", "box1.k4w"):
             self.assertNotIn("QNLIntermediateOutputTime.log", run("run", project.file(name)).stderr)
 
@@ -316,11 +356,22 @@ class RunTest(unittest.TestCase):
         if not pathlib.Path("/dev/full").exists():
             self.skipTest("no /dev/full here")
         project = SmallProject(self)
-        for words in (["run", project.root], ["info", project.root], ["probe", project.root, "--node", "1"],
-                      ["demo", project.root / "demo", "--cells", 2500, "--shape", "plate"], ["--help"]):
+        for words in (
+            ["run", project.root],
+            ["info", project.root],
+            ["probe", project.root, "--node", "1"],
+            ["demo", project.root / "demo", "--cells", 2500, "--shape", "plate"],
+            ["--help"],
+        ):
             with self.subTest(words[0]), open("/dev/full", "w", encoding="utf-8") as full:
-                result = subprocess.run([FROZENLAYER, *map(str, words)], stdout=full, stderr=subprocess.PIPE,
-                                        encoding="utf-8", timeout=300, check=False)
+                result = subprocess.run(
+                    [FROZENLAYER, *map(str, words)],
+                    stdout=full,
+                    stderr=subprocess.PIPE,
+                    encoding="utf-8",
+                    timeout=300,
+                    check=False,
+                )
                 self.assertEqual(result.returncode, 1)
                 self.assertEqual(result.stderr.count("standard output cannot be written"), 1, result.stderr)
 

@@ -1,5 +1,4 @@
 """frozenlayer show: from the files of another program to the page, in one command."""
-import tempfile
 import unittest
 
 import foreign_files as foreign
@@ -22,8 +21,15 @@ class ShowTest(unittest.TestCase):
         self.temporary.mkdir()
 
     def show(self, *words):
-        return run("show", *words, "--freeze-temperature", 130, "--out", self.page,
-                   env={"TMPDIR": str(self.temporary), "PATH": ""})
+        return run(
+            "show",
+            *words,
+            "--freeze-temperature",
+            130,
+            "--out",
+            self.page,
+            env={"TMPDIR": str(self.temporary), "PATH": ""},
+        )
 
     def test_temporary_project_goes(self):
         result = self.show(*self.names)
@@ -45,8 +51,10 @@ class ShowTest(unittest.TestCase):
 
     def test_places_of_the_page(self):
         """They are looked at before the work is done."""
-        for page, text in ((self.folder / "none/report.html", "none is no folder: make it first"),
-                           (self.folder / "report.pdf", "end it in .html")):
+        for page, text in (
+            (self.folder / "none/report.html", "none is no folder: make it first"),
+            (self.folder / "report.pdf", "end it in .html"),
+        ):
             self.page = page
             result = self.show(*self.names)
             self.assertEqual((result.returncode, result.stdout), (1, ""))

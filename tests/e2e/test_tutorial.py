@@ -53,8 +53,15 @@ class TutorialTest(unittest.TestCase):
         subcommands = {command.split()[1] for command, _ in commands if command.startswith("frozenlayer ")}
         self.assertEqual(subcommands, {"import", "info", "run", "export", "probe", "view", "show"})
         for command, shown in commands:
-            done = subprocess.run(["sh", "-c", command], cwd=folder, env=search, capture_output=True,
-                                  encoding="utf-8", timeout=300, check=False)
+            done = subprocess.run(
+                ["sh", "-c", command],
+                cwd=folder,
+                env=search,
+                capture_output=True,
+                encoding="utf-8",
+                timeout=300,
+                check=False,
+            )
             self.assertEqual(done.returncode, 0, f"{command}\n{done.stderr}")
             self.assertTrue(shown, command)
             self.assertIsNone(missing_line(shown, done.stderr + done.stdout), command)

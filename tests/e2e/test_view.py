@@ -99,8 +99,9 @@ class ViewTest(unittest.TestCase):
         step = (entry["max"] - entry["min"]) / MAX_LEVEL
         numpy.testing.assert_allclose(numbers[middle], 2.25, atol=step + 1e-6)
         walls = page.item("Wall thickness")
-        numpy.testing.assert_allclose(page.item_values(walls)[0][0][middle], 2.0,
-                                      atol=(walls["max"] - walls["min"]) / MAX_LEVEL + 1e-6)
+        numpy.testing.assert_allclose(
+            page.item_values(walls)[0][0][middle], 2.0, atol=(walls["max"] - walls["min"]) / MAX_LEVEL + 1e-6
+        )
 
     def test_never_frozen_is_a_status_and_comes_first(self):
         page = make_page(self, cooling_box(self, offsets=(40.0, 30.0, 20.0)))
@@ -133,8 +134,9 @@ class ViewTest(unittest.TestCase):
         numpy.testing.assert_allclose(curves["of the volume"], [50.0, 50.0, 100.0])
         side = 2 * (12.0 + 8.0) * 2.0
         all_area = side + 2 * 96.0
-        numpy.testing.assert_allclose(curves["of the surface"],
-                                      [100 * (all_area - side / 2) / all_area] * 2 + [100.0], rtol=1e-9)
+        numpy.testing.assert_allclose(
+            curves["of the surface"], [100 * (all_area - side / 2) / all_area] * 2 + [100.0], rtol=1e-9
+        )
 
     def test_profiles(self):
         page = make_page(self, cooling_box(self))
@@ -168,15 +170,18 @@ class ViewTest(unittest.TestCase):
         result = run("run", project.root, "--intermediate-times", 0, "--view", out, "--export", project.root / "files")
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertEqual(ResultPage(out).header["times"], [3])
-        self.assertEqual(sorted(path.name for path in project.root.glob("files*")),
-                         ["files.pvd", "files_0001.vtp", "files_static.vtp"])
+        self.assertEqual(
+            sorted(path.name for path in project.root.glob("files*")),
+            ["files.pvd", "files_0001.vtp", "files_static.vtp"],
+        )
 
     def test_times_that_are_not_known_are_numbered(self):
         project = cooling_box(self)
         write_flow(project, 2, None, project.temperature)
         page = make_page(self, project)
-        self.assertEqual((page.header["times"], page.header["time_axis"]),
-                         ([1, 2, 3], {"name": "Output index", "unit": ""}))
+        self.assertEqual(
+            (page.header["times"], page.header["time_axis"]), ([1, 2, 3], {"name": "Output index", "unit": ""})
+        )
         self.check_items(page, [project.file(name) for name in ("box1_001.fzr", "box1_002.fzr", "box1.fzr")])
 
     def test_warp_has_no_temperatures(self):
@@ -204,10 +209,12 @@ class ViewTest(unittest.TestCase):
     def test_refusals(self):
         project = cooling_box(self)
         out = project.root / "report.html"
-        cases = [((project.root,), "no frozen-layer result is there"),
-                 ((project.file("box1.fzr"),), "no frozen-layer result is there"),
-                 ((project.root / "Mesh/box.hdf",), "a file of a run is expected at"),
-                 ((project.file("box1.run"),), "neither a frozen-layer result")]
+        cases = [
+            ((project.root,), "no frozen-layer result is there"),
+            ((project.file("box1.fzr"),), "no frozen-layer result is there"),
+            ((project.root / "Mesh/box.hdf",), "a file of a run is expected at"),
+            ((project.file("box1.run"),), "neither a frozen-layer result"),
+        ]
         for words, text in cases:
             with self.subTest(words=words):
                 result = run("view", *words, "--out", out)

@@ -13,8 +13,11 @@ from small_project import Folder, run
 
 READER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "read_with_vtk.py")
 # Format -> ending of its frames, of its list, class of VTK; the others are compared with the first.
-FORMATS = {"pvd": (".vtp", ".pvd", "vtkPolyData"), "vtu": (".vtu", ".pvd", "vtkUnstructuredGrid"),
-           "hdf": (".hdf", ".hdf.series", "vtkUnstructuredGrid")}
+FORMATS = {
+    "pvd": (".vtp", ".pvd", "vtkPolyData"),
+    "vtu": (".vtu", ".pvd", "vtkUnstructuredGrid"),
+    "hdf": (".hdf", ".hdf.series", "vtkUnstructuredGrid"),
+}
 TETRA_FACES = ((0, 2, 1), (0, 1, 3), (1, 2, 3), (0, 3, 2))
 HEXA_FACES = ((0, 3, 2, 1), (4, 5, 6, 7), (0, 1, 5, 4), (1, 2, 6, 5), (2, 3, 7, 6), (3, 0, 4, 7))
 WEDGE_FACES = ((0, 2, 1), (3, 4, 5), (0, 1, 4, 3), (1, 2, 5, 4), (2, 0, 3, 5))
@@ -54,8 +57,12 @@ def boundary_of(path):
         offsets, types, ids = (grid[name][()].astype("i8") for name in ("Offsets", "Types", "Connectivity"))
     faces, nodes = 0, set()
     for corners in (3, 4):
-        rows = [ids[offsets[:-1][types == kind][:, None] + numpy.array(face)]
-                for kind in FACES for face in FACES[kind] if len(face) == corners]
+        rows = [
+            ids[offsets[:-1][types == kind][:, None] + numpy.array(face)]
+            for kind in FACES
+            for face in FACES[kind]
+            if len(face) == corners
+        ]
         found, owners = numpy.unique(numpy.sort(numpy.concatenate(rows), axis=1), axis=0, return_counts=True)
         faces += int((owners == 1).sum())
         nodes.update(found[owners == 1].ravel().tolist())
@@ -76,8 +83,13 @@ class ReadersTest(unittest.TestCase):
     def read(self, folder, names):
         out = folder / "read"
         out.mkdir(exist_ok=True)
-        result = subprocess.run([*VTK, READER, out, *[folder / name for name in names]], capture_output=True, text=True,
-                                timeout=300, check=False)
+        result = subprocess.run(
+            [*VTK, READER, out, *[folder / name for name in names]],
+            capture_output=True,
+            text=True,
+            timeout=300,
+            check=False,
+        )
         self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
         self.assertNotIn("ERR|", result.stderr)
         return out
@@ -124,8 +136,9 @@ class ReadersTest(unittest.TestCase):
                 label = item["meaning"] + (f" [{item['unit']}]" if item["unit"] != "-" else "")
                 values = frame.arrays[label]
                 finite = values[numpy.isfinite(values)]
-                self.assertEqual((finite.min(), finite.max(), len(finite)), (item["min"], item["max"], item["values"]),
-                                 label)
+                self.assertEqual(
+                    (finite.min(), finite.max(), len(finite)), (item["min"], item["max"], item["values"]), label
+                )
                 numpy.testing.assert_array_equal(numpy.isnan(values), frame.arrays["Status"] == 1, label)
                 numpy.testing.assert_array_equal(values[rows >= 0], file[f"items/{item['id']}"][()][rows[rows >= 0]])
 
@@ -136,8 +149,11 @@ class ReadersTest(unittest.TestCase):
         self.assertTrue((walls[known] > 0).all())
         inward = static.arrays["Inward direction"][known]
         numpy.testing.assert_allclose(numpy.linalg.norm(inward, axis=1), 1.0, atol=1e-6)
-        numpy.testing.assert_allclose(static.arrays["Opposite hit point [mm]"][known],
-                                      static.points[known] + walls[known, None] * inward, atol=2e-5)
+        numpy.testing.assert_allclose(
+            static.arrays["Opposite hit point [mm]"][known],
+            static.points[known] + walls[known, None] * inward,
+            atol=2e-5,
+        )
 
     def check_freezing(self, static, times, root):
         """Ten nodes against the temperatures along their probed rays."""
@@ -155,14 +171,18 @@ class ReadersTest(unittest.TestCase):
         probed = list(csv.DictReader(run("probe", root, *words).stdout.splitlines()))
         for node in nodes:
             mine = [row for row in probed if int(row["Node label"]) == static.arrays["Node label"][node]]
-            hottest = [max(float(row["Temperature [°C]"]) for row in mine if float(row["Time [s]"]) == time)
-                       for time in times]
+            hottest = [
+                max(float(row["Temperature [°C]"]) for row in mine if float(row["Time [s]"]) == time) for time in times
+            ]
             below = [k for k, value in enumerate(hottest) if value < limit]
             self.assertEqual(status[node], 0 if below else 2)
             if below:
                 k = below[0]
-                expected = times[0] if k == 0 else numpy.interp(-limit, (-hottest[k - 1], -hottest[k]),
-                                                                (times[k - 1], times[k]))
+                expected = (
+                    times[0]
+                    if k == 0
+                    else numpy.interp(-limit, (-hottest[k - 1], -hottest[k]), (times[k - 1], times[k]))
+                )
                 self.assertAlmostEqual(moment[node], expected, delta=2e-6 * times[-1])
 
     def check_equal(self, frame, plain, form):
@@ -194,8 +214,10 @@ class ReadersTest(unittest.TestCase):
             for frame, plain in zip((*mine, my_static), (*frames, static)):
                 self.check_equal(frame, plain, form)
         for form, (extension, _, _) in FORMATS.items():
-            plain, packed = (sum(path.stat().st_size for path in folder.path.glob(f"{stem}_*{extension}"))
-                             for stem in (form, form + "z"))
+            plain, packed = (
+                sum(path.stat().st_size for path in folder.path.glob(f"{stem}_*{extension}"))
+                for stem in (form, form + "z")
+            )
             self.assertLess(packed, plain / 2)
 
     def test_ribbed_cover(self):

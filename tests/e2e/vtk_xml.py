@@ -12,7 +12,7 @@ class VtkFile:
         data = path.read_bytes()
         head, mark, rest = data.partition(b'<AppendedData encoding="raw">\n_')
         assert mark, path
-        self.appended = rest[:rest.rindex(b"\n</AppendedData>")]
+        self.appended = rest[: rest.rindex(b"\n</AppendedData>")]
         root = ElementTree.fromstring(head + b"</VTKFile>")
         assert (root.get("byte_order"), root.get("header_type")) == ("LittleEndian", "UInt64")
         self.kind = root.get("type")
@@ -27,8 +27,8 @@ class VtkFile:
 
     def array(self, element):
         offset = int(element.get("offset"))
-        count = int.from_bytes(self.appended[offset:offset + 8], "little")
-        values = numpy.frombuffer(self.appended[offset + 8:offset + 8 + count], dtype=TYPES[element.get("type")])
+        count = int.from_bytes(self.appended[offset : offset + 8], "little")
+        values = numpy.frombuffer(self.appended[offset + 8 : offset + 8 + count], dtype=TYPES[element.get("type")])
         components = int(element.get("NumberOfComponents"))
         return values.reshape(-1, components) if components > 1 else values
 

@@ -42,24 +42,53 @@ class Writer(Folder):
         run("write", self.path("a.frz"))
         with h5py.File(self.path("a.frz"), "r") as file:
             self.assertEqual(sorted(file), ["head", "items", "node_ids", "producer", "time"])
-            self.check_attributes(file, {
-                "format": (str, "qnl-result"), "format_version": ("<i4", 1), "result_version": ("<i4", 1),
-                "max_node": ("<i4", 3), "max_element": ("<i4", 0)})
-            self.check_attributes(file["head"], {
-                "code": ("<i4", 1004), "stamp": ("<i4", 802218888), "mesh": (str, "Mesh\\a.hdf"),
-                "material": (str, "Material\\b.toml"), "project": (str, ".pro"), "flag": ("<i4", 0),
-                "item_count": ("<i4", 2)})
-            self.check_attributes(file["producer"], {
-                "program": (str, "QNL3DFrozenLayer"), "major": ("<i4", 1000), "minor": ("<i4", 1001),
-                "patch": ("<i4", 1002)})
-            self.check_attributes(file["time"], {
-                "index": ("<i4", 0), "value": ("<f4", np.float32(0.01)), "unit": (str, "--")})
+            self.check_attributes(
+                file,
+                {
+                    "format": (str, "qnl-result"),
+                    "format_version": ("<i4", 1),
+                    "result_version": ("<i4", 1),
+                    "max_node": ("<i4", 3),
+                    "max_element": ("<i4", 0),
+                },
+            )
+            self.check_attributes(
+                file["head"],
+                {
+                    "code": ("<i4", 1004),
+                    "stamp": ("<i4", 802218888),
+                    "mesh": (str, "Mesh\\a.hdf"),
+                    "material": (str, "Material\\b.toml"),
+                    "project": (str, ".pro"),
+                    "flag": ("<i4", 0),
+                    "item_count": ("<i4", 2),
+                },
+            )
+            self.check_attributes(
+                file["producer"],
+                {
+                    "program": (str, "QNL3DFrozenLayer"),
+                    "major": ("<i4", 1000),
+                    "minor": ("<i4", 1001),
+                    "patch": ("<i4", 1002),
+                },
+            )
+            self.check_attributes(
+                file["time"], {"index": ("<i4", 0), "value": ("<f4", np.float32(0.01)), "unit": (str, "--")}
+            )
             self.assertEqual(file["node_ids"].dtype, np.dtype("<i4"))
             self.assertEqual(list(file["node_ids"]), [10, 20, 5])
             self.assertEqual(sorted(file["items"]), ["1", "12"])
-            self.check_attributes(file["items/12"], {
-                "name": (str, "SinkMarkDisplacement_Totoal"), "unit": (str, "mm"), "data_type": ("<i4", 1),
-                "max": ("<f4", 1000.5), "min": ("<f4", -5.0)})
+            self.check_attributes(
+                file["items/12"],
+                {
+                    "name": (str, "SinkMarkDisplacement_Totoal"),
+                    "unit": (str, "mm"),
+                    "data_type": ("<i4", 1),
+                    "max": ("<f4", 1000.5),
+                    "min": ("<f4", -5.0),
+                },
+            )
             for item, values in (("1", [0.25, 0.1, 0.75]), ("12", [5.0, 0.0, -5.0])):
                 data = file["items"][item]
                 self.assertEqual(data.dtype, np.dtype("<f4"))
@@ -80,6 +109,7 @@ class Reader(Folder):
         """A file with two dense node items and one element item, in the given types."""
         path = self.path("stage.k4f")
         with h5py.File(path, "w") as file:
+
             def put(thing, **values):
                 for name, value in values.items():
                     if isinstance(value, str):
@@ -88,21 +118,33 @@ class Reader(Folder):
                         thing.attrs.create(name, value, dtype=integer if isinstance(value, int) else real)
 
             put(file, format="qnl-result", format_version=1, result_version=7, max_node=4, max_element=2)
-            put(file.create_group("head"), code=1007, stamp=5, mesh="m.hdf", material="Stahl°.toml",
-                project="p", flag=1, item_count=3)
+            put(
+                file.create_group("head"),
+                code=1007,
+                stamp=5,
+                mesh="m.hdf",
+                material="Stahl°.toml",
+                project="p",
+                flag=1,
+                item_count=3,
+            )
             put(file.create_group("producer"), program="h5py", major=1, minor=2, patch=3)
             put(file.create_group("time"), index=2, value=0.5, unit="s")
-            for item, name, unit, kind, values in ((6, "Temperature", "°C", 1, [20, 230, 90.5, -1]),
-                                                   (14, "Shrinkage", "%", 1, [1, 2, 3, 4]),
-                                                   (9, "Axy", "", 2, [0.25, -0.5])):
+            for item, name, unit, kind, values in (
+                (6, "Temperature", "°C", 1, [20, 230, 90.5, -1]),
+                (14, "Shrinkage", "%", 1, [1, 2, 3, 4]),
+                (9, "Axy", "", 2, [0.25, -0.5]),
+            ):
                 data = file.create_dataset(f"items/{item}", data=np.array(values), dtype=real, **storage)
                 put(data, name=name, unit=unit, data_type=kind, max=5.0, min=1.0)
         return path
 
-    EXPECTED = ("status 0\nversion 7\nhead 1007 5 m.hdf Stahl°.toml p 1 3\nentries 4 2\n"
-                "item 6 Temperature [°C] type 1\nvalues 6: 20 230 90.5 -1\n"
-                "item 9 Axy [] type 2\nvalues 9: 0.25 -0.5\n"
-                "item 14 Shrinkage [%] type 1\nvalues 14: 1 2 3 4\n")
+    EXPECTED = (
+        "status 0\nversion 7\nhead 1007 5 m.hdf Stahl°.toml p 1 3\nentries 4 2\n"
+        "item 6 Temperature [°C] type 1\nvalues 6: 20 230 90.5 -1\n"
+        "item 9 Axy [] type 2\nvalues 9: 0.25 -0.5\n"
+        "item 14 Shrinkage [%] type 1\nvalues 14: 1 2 3 4\n"
+    )
 
     def test_types(self):
         def variable(text):

@@ -66,8 +66,17 @@ src/range/Range.cpp | if (value < 0) { | value < 0 -> value <= 0 | the line was 
 
 def run(project, *arguments):
     record = project.parent / "mutants.json"
-    command = [sys.executable, TOOL / "mutate.py", "--source", project, "--scratch", project.parent / "scratch",
-               "--json", record, *arguments]
+    command = [
+        sys.executable,
+        TOOL / "mutate.py",
+        "--source",
+        project,
+        "--scratch",
+        project.parent / "scratch",
+        "--json",
+        record,
+        *arguments,
+    ]
     done = subprocess.run(command, capture_output=True, text=True)
     mutants = json.loads(record.read_text(encoding="utf-8"))["mutants"] if done.returncode == 0 else []
     return done, mutants
@@ -98,8 +107,9 @@ class Mutation(unittest.TestCase):
         self.assertEqual(self.done.returncode, 0, self.done.stderr)
         fates = {}
         for mutant in self.mutants:
-            self.assertEqual(fates.setdefault(mutant["file"], {}).setdefault(mutant["mutation"], mutant["status"]),
-                             mutant["status"])
+            self.assertEqual(
+                fates.setdefault(mutant["file"], {}).setdefault(mutant["mutation"], mutant["status"]), mutant["status"]
+            )
         self.assertEqual(fates, FATES)
 
     def test_the_table_adds_up(self):
@@ -108,8 +118,9 @@ class Mutation(unittest.TestCase):
         self.assertEqual(rows[1], "all 31 23 2 1 5 1 4 0".split())
 
     def test_survivors_are_listed_as_the_list_of_equivalent_mutants_wants_them(self):
-        self.assertIn("src/count/Count.cpp:6: survived\n    src/count/Count.cpp | number /= 10; | 10 -> 11\n",
-                      self.done.stdout)
+        self.assertIn(
+            "src/count/Count.cpp:6: survived\n    src/count/Count.cpp | number /= 10; | 10 -> 11\n", self.done.stdout
+        )
 
     def test_the_project_is_left_alone(self):
         self.assertTrue(self.untouched)
@@ -120,10 +131,15 @@ class Mutation(unittest.TestCase):
     def test_what_the_compiler_must_know_is_tried_alone_on_demand(self):
         done, mutants = run(self.project, "src/range", "--rebuild")
         self.assertEqual(done.returncode, 0, done.stderr)
-        fates = {mutant["mutation"]: mutant["status"] for mutant in mutants
-                 if FATES[mutant["file"]][mutant["mutation"]] == NOT_TRIED}
-        self.assertEqual(fates, {"3 -> 4": KILLED, "2 -> 3": SURVIVED, "count - 1 -> count + 1": NOT_COMPILED,
-                                 "1 -> 2": NOT_COMPILED})
+        fates = {
+            mutant["mutation"]: mutant["status"]
+            for mutant in mutants
+            if FATES[mutant["file"]][mutant["mutation"]] == NOT_TRIED
+        }
+        self.assertEqual(
+            fates,
+            {"3 -> 4": KILLED, "2 -> 3": SURVIVED, "count - 1 -> count + 1": NOT_COMPILED, "1 -> 2": NOT_COMPILED},
+        )
 
     def test_tests_must_pass_without_a_mutant(self):
         broken = self.project.with_name("broken")
@@ -135,10 +151,12 @@ class Mutation(unittest.TestCase):
         self.assertIn("test count fails without any mutant", done.stderr)
 
     def test_wrong_arguments_are_refused(self):
-        for arguments, expected in ((["src/nowhere"], "src/nowhere: no folder or file of"),
-                                    (["tests"], "tests/CountTest.cpp: no test executable"),
-                                    (["src/count", "--tests", "src/count=test_sum"], "test_sum: no executable"),
-                                    (["src/count", "--tests", "test_count"], "--tests test_count: expected")):
+        for arguments, expected in (
+            (["src/nowhere"], "src/nowhere: no folder or file of"),
+            (["tests"], "tests/CountTest.cpp: no test executable"),
+            (["src/count", "--tests", "src/count=test_sum"], "test_sum: no executable"),
+            (["src/count", "--tests", "test_count"], "--tests test_count: expected"),
+        ):
             done, _ = run(self.project, *arguments)
             self.assertEqual(done.returncode, 2)
             self.assertIn(expected, done.stderr)
@@ -147,12 +165,26 @@ class Mutation(unittest.TestCase):
 class Literals(unittest.TestCase):
     def test_types_stay(self):
         import operators
-        cases = (("0", "1"), ("9U", "10U"), ("0x0F", "16"), ("1'000", "1001"), ("2147483647", "(2147483647 - 1)"),
-                 ("4294967295U", "(4294967295U - 1)"), ("010", "9"), ("1s", None))
+
+        cases = (
+            ("0", "1"),
+            ("9U", "10U"),
+            ("0x0F", "16"),
+            ("1'000", "1001"),
+            ("2147483647", "(2147483647 - 1)"),
+            ("4294967295U", "(4294967295U - 1)"),
+            ("010", "9"),
+            ("1s", None),
+        )
         for text, expected in cases:
             self.assertEqual(operators.other_integer(text), expected)
-        for text, expected in (("0.0", "1.0"), ("0.F", "1.0F"), ("1e-3", "(1e-3 * 1.1)"), ("2.5f", "(2.5f * 1.1f)"),
-                               ("1.0s", None)):
+        for text, expected in (
+            ("0.0", "1.0"),
+            ("0.F", "1.0F"),
+            ("1e-3", "(1e-3 * 1.1)"),
+            ("2.5f", "(2.5f * 1.1f)"),
+            ("1.0s", None),
+        ):
             self.assertEqual(operators.other_floating(text), expected)
 
 

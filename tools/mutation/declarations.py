@@ -19,8 +19,10 @@ INTEGER_TYPES = NUMBER_TYPES - {TypeKind.FLOAT, TypeKind.DOUBLE, TypeKind.LONGDO
 class Declarations:
     def declaration_handlers(self):
         return {
-            **dict.fromkeys(VARIABLES, self._variable), **dict.fromkeys(FUNCTIONS, self._function),
-            K.DECL_REF_EXPR: self._reference, K.MEMBER_REF_EXPR: self._reference,
+            **dict.fromkeys(VARIABLES, self._variable),
+            **dict.fromkeys(FUNCTIONS, self._function),
+            K.DECL_REF_EXPR: self._reference,
+            K.MEMBER_REF_EXPR: self._reference,
         }
 
     def note_all(self, node, context):

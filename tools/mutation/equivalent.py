@@ -15,7 +15,7 @@ def read_equivalent(path):
     entries = [line for line in lines if line and not line.startswith("#")]
     for entry in entries:
         if entry.count(SEPARATOR) < 3:
-            raise ProjectError(f"{path}: expected \"file | line of the source | mutation | reason\", found \"{entry}\"")
+            raise ProjectError(f'{path}: expected "file | line of the source | mutation | reason", found "{entry}"')
     return entries
 
 

@@ -10,9 +10,26 @@ from sites import LEFT, RIGHT, Assignment, Literal, Logical, Operation, Sign, St
 from source_text import without_comments
 
 NUMBER_TYPES = {
-    TypeKind.CHAR_S, TypeKind.CHAR_U, TypeKind.SCHAR, TypeKind.UCHAR, TypeKind.SHORT, TypeKind.USHORT, TypeKind.INT,
-    TypeKind.UINT, TypeKind.LONG, TypeKind.ULONG, TypeKind.LONGLONG, TypeKind.ULONGLONG, TypeKind.FLOAT,
-    TypeKind.DOUBLE, TypeKind.LONGDOUBLE, TypeKind.ENUM, TypeKind.BOOL, TypeKind.DEPENDENT, TypeKind.UNEXPOSED}
+    TypeKind.CHAR_S,
+    TypeKind.CHAR_U,
+    TypeKind.SCHAR,
+    TypeKind.UCHAR,
+    TypeKind.SHORT,
+    TypeKind.USHORT,
+    TypeKind.INT,
+    TypeKind.UINT,
+    TypeKind.LONG,
+    TypeKind.ULONG,
+    TypeKind.LONGLONG,
+    TypeKind.ULONGLONG,
+    TypeKind.FLOAT,
+    TypeKind.DOUBLE,
+    TypeKind.LONGDOUBLE,
+    TypeKind.ENUM,
+    TypeKind.BOOL,
+    TypeKind.DEPENDENT,
+    TypeKind.UNEXPOSED,
+}
 POINTER_TYPES = {TypeKind.POINTER, TypeKind.CONSTANTARRAY, TypeKind.INCOMPLETEARRAY}
 
 
@@ -48,8 +65,11 @@ class Expressions:
         """(operator before the operand, operator behind it, range of the operand)."""
         start, end = self.range(node)
         operand = self.range(next(node.get_children()))
-        return (without_comments(self.source.slice(start, operand[0])).strip(),
-                without_comments(self.source.slice(operand[1], end)).strip(), operand)
+        return (
+            without_comments(self.source.slice(start, operand[0])).strip(),
+            without_comments(self.source.slice(operand[1], end)).strip(),
+            operand,
+        )
 
     def condition(self, node, context):
         """An expression that decides. Comparisons, && and || have mutants of their own, others become true and
@@ -96,8 +116,17 @@ class Expressions:
         found = self.operands(node)
         if found is not None and found[2] in operators.ASSIGNMENTS:
             left, right, operator, gap = found
-            self.add(Assignment(*self.range(node), (operators.ASSIGNMENTS[operator],), left=left, right=right,
-                                operator=operator, gap=gap), context)
+            self.add(
+                Assignment(
+                    *self.range(node),
+                    (operators.ASSIGNMENTS[operator],),
+                    left=left,
+                    right=right,
+                    operator=operator,
+                    gap=gap,
+                ),
+                context,
+            )
         self.inside(node, context)
 
     def _unary(self, node, context):
@@ -130,4 +159,5 @@ class Expressions:
             changed = other(self.text(node))
             if changed is not None:
                 self.add(Literal(*self.range(node), (changed,)), context)
+
         return handle

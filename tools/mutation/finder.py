@@ -12,9 +12,12 @@ TRANSPARENT = {K.PAREN_EXPR, K.UNEXPOSED_EXPR}
 # Only types and constant expressions lie in these.
 CONSTANT = {
     K.ENUM_CONSTANT_DECL: "enumerator",
-    K.TYPE_ALIAS_DECL: "type", K.TYPE_ALIAS_TEMPLATE_DECL: "type", K.TYPEDEF_DECL: "type",
+    K.TYPE_ALIAS_DECL: "type",
+    K.TYPE_ALIAS_TEMPLATE_DECL: "type",
+    K.TYPEDEF_DECL: "type",
     K.CXX_BASE_SPECIFIER: "type",
-    K.TEMPLATE_NON_TYPE_PARAMETER: "template parameter", K.TEMPLATE_TYPE_PARAMETER: "template parameter",
+    K.TEMPLATE_NON_TYPE_PARAMETER: "template parameter",
+    K.TEMPLATE_TYPE_PARAMETER: "template parameter",
 }
 # Nothing in these runs; static_assert is itself a test.
 SKIPPED = {K.STATIC_ASSERT, K.CXX_TYPEID_EXPR, K.CXX_UNARY_EXPR}
@@ -23,6 +26,7 @@ SKIPPED = {K.STATIC_ASSERT, K.CXX_TYPEID_EXPR, K.CXX_UNARY_EXPR}
 @dataclass(frozen=True)
 class Context:
     """What lies around a node and decides how its sites may be mutated."""
+
     constant: str = ""  # why the compiler needs the value
     declaration: object = None  # the constant or function the compiler may evaluate
     skipped: frozenset = frozenset()  # alternatives that another site has already

@@ -43,20 +43,43 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 def parse_arguments():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("folders", nargs="+", metavar="FOLDER", help="folder or file of the project")
-    parser.add_argument("--source", type=pathlib.Path, default=ROOT, metavar="FOLDER",
-                        help="the project, with its CMakeLists.txt (default: this one)")
-    parser.add_argument("--scratch", type=pathlib.Path, metavar="FOLDER",
-                        help="for the copy and its build (default: build/mutation of the project)")
-    parser.add_argument("--tests", action="append", default=[], metavar="FOLDER=TARGET[,TARGET]",
-                        help="test executables of a folder, in place of test_<folder>")
-    parser.add_argument("--equivalent", type=pathlib.Path, metavar="FILE",
-                        help="list of equivalent mutants (default: tests/mutation/equivalent.txt of the project)")
+    parser.add_argument(
+        "--source",
+        type=pathlib.Path,
+        default=ROOT,
+        metavar="FOLDER",
+        help="the project, with its CMakeLists.txt (default: this one)",
+    )
+    parser.add_argument(
+        "--scratch",
+        type=pathlib.Path,
+        metavar="FOLDER",
+        help="for the copy and its build (default: build/mutation of the project)",
+    )
+    parser.add_argument(
+        "--tests",
+        action="append",
+        default=[],
+        metavar="FOLDER=TARGET[,TARGET]",
+        help="test executables of a folder, in place of test_<folder>",
+    )
+    parser.add_argument(
+        "--equivalent",
+        type=pathlib.Path,
+        metavar="FILE",
+        help="list of equivalent mutants (default: tests/mutation/equivalent.txt of the project)",
+    )
     parser.add_argument("--rebuild", action="store_true", help="also try, one by one, what needs a build of its own")
     parser.add_argument("--json", type=pathlib.Path, metavar="FILE", help="write every mutant and its fate")
     parser.add_argument("--cmake", action="append", default=[], metavar="ARGUMENT", help="argument for CMake")
     parser.add_argument("--flags", default="-O1", help="compiler flags (default: %(default)s)")
-    parser.add_argument("--memory", type=int, default=2048, metavar="MB",
-                        help="address space of a test, 0: no limit, which sanitizers need (default: %(default)s)")
+    parser.add_argument(
+        "--memory",
+        type=int,
+        default=2048,
+        metavar="MB",
+        help="address space of a test, 0: no limit, which sanitizers need (default: %(default)s)",
+    )
     parser.add_argument("-j", "--jobs", type=int, default=1, help="processes at a time (default: %(default)s)")
     return parser.parse_args()
 

@@ -52,9 +52,19 @@ class Project:
         query = self.build_folder / ".cmake/api/v1/query/codemodel-v2"
         query.parent.mkdir(parents=True, exist_ok=True)
         query.touch()
-        command = ["cmake", "-S", self.tree, "-B", self.build_folder, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
-                   "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON",
-                   f"-DCMAKE_CXX_FLAGS={flags} -w -include {shlex.quote(str(RUNTIME))}", *arguments]
+        command = [
+            "cmake",
+            "-S",
+            self.tree,
+            "-B",
+            self.build_folder,
+            "-G",
+            "Ninja",
+            "-DCMAKE_BUILD_TYPE=None",
+            "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON",
+            f"-DCMAKE_CXX_FLAGS={flags} -w -include {shlex.quote(str(RUNTIME))}",
+            *arguments,
+        ]
         done = subprocess.run(command, capture_output=True, text=True)
         if done.returncode != 0:
             raise ProjectError("CMake could not configure the scratch copy:\n" + done.stdout + done.stderr)
@@ -88,11 +98,12 @@ class Project:
         arguments = shlex.split(self._commands[self.tree / path]["command"])
         start = next(i for i, argument in enumerate(arguments) if argument.startswith("-"))
         arguments = [a.replace(str(self.tree), str(self.root)) for a in arguments[start:]]
-        arguments = arguments[:arguments.index("-o")]
+        arguments = arguments[: arguments.index("-o")]
         # The tree of a parallel region is opaque, that of its text is not.
         arguments = [OPENMP if argument == "-fopenmp" else argument for argument in arguments]
-        unit = self._index.parse(str(self.root / path), args=arguments,
-                                 options=TranslationUnit.PARSE_DETAILED_PROCESSING_RECORD)
+        unit = self._index.parse(
+            str(self.root / path), args=arguments, options=TranslationUnit.PARSE_DETAILED_PROCESSING_RECORD
+        )
         faults = [str(d) for d in unit.diagnostics if d.severity >= Diagnostic.Error]
         if faults:
             raise ProjectError(f"libclang does not understand {path}:\n" + "\n".join(faults[:5]))

@@ -36,9 +36,21 @@ def listed(mutants, statuses):
 def write_json(path, by_folder, seconds):
     record = {
         "seconds": seconds,
-        "folders": {folder: {column: counts(mutants)[column] for column in COLUMNS}
-                    for folder, mutants in by_folder.items()},
-        "mutants": [{"folder": folder, "file": m.file, "line": m.line, "text": m.line_text, "mutation": m.mutation,
-                     "status": m.status, "by": m.by} for folder, mutants in by_folder.items() for m in mutants],
+        "folders": {
+            folder: {column: counts(mutants)[column] for column in COLUMNS} for folder, mutants in by_folder.items()
+        },
+        "mutants": [
+            {
+                "folder": folder,
+                "file": m.file,
+                "line": m.line,
+                "text": m.line_text,
+                "mutation": m.mutation,
+                "status": m.status,
+                "by": m.by,
+            }
+            for folder, mutants in by_folder.items()
+            for m in mutants
+        ],
     }
     path.write_text(json.dumps(record, indent=1), encoding="utf-8")

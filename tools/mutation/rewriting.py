@@ -56,8 +56,11 @@ class Rewriter:
 
     def __init__(self, source, sites, declarations):
         edits = [(site.start, -site.end, order, site) for order, site in enumerate(sites)]
-        edits += [(declaration.token[0], -declaration.token[1], -1, declaration)
-                  for declaration in declarations if declaration.token]
+        edits += [
+            (declaration.token[0], -declaration.token[1], -1, declaration)
+            for declaration in declarations
+            if declaration.token
+        ]
         self._edits = sorted(edits, key=lambda edit: edit[:3])
         self._starts = [edit[0] for edit in self._edits]
         self._source = source

@@ -23,8 +23,11 @@ class File:
 def chosen_files(root, folders):
     """Source files and headers in the folders, or the files themselves, relative to the project."""
     files = project_files(root)
-    return [path for path in files if path.suffix in SUFFIXES
-            and any(folder == path or folder in path.parents for folder in folders)]
+    return [
+        path
+        for path in files
+        if path.suffix in SUFFIXES and any(folder == path or folder in path.parents for folder in folders)
+    ]
 
 
 def included_files(unit):
@@ -88,8 +91,9 @@ class Schemata:
         count[line, mutation] = count.get((line, mutation), 0) + 1
         if count[line, mutation] > 1:
             mutation += f" #{count[line, mutation]}"
-        return Mutant(len(self.mutants) + 1, site, alternative, str(file.path), line, file.source.line_text(line),
-                      mutation)
+        return Mutant(
+            len(self.mutants) + 1, site, alternative, str(file.path), line, file.source.line_text(line), mutation
+        )
 
     @property
     def _declarations(self):
@@ -107,11 +111,13 @@ class Schemata:
 
     def rewritten(self, file, forced=None):
         """The file with the schemata of all its sites; with `forced`, that mutant in place of its site's."""
+
         def pieces(site):
             if forced is not None and site is forced.site:
                 return ["(", *site.replacement(forced.alternative), ")"]
             active = self._active(site)
             return site.schema(active) if active else None
+
         active = [site for file in self.files for site in file.sites if self._active(site)]
         loosened = loosened_declarations(self._declarations, active)
         own = [declaration for declaration in loosened if declaration in file.declarations]

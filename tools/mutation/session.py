@@ -118,8 +118,12 @@ class Session:
         return self._local.runner
 
     def _try(self, mutant):
-        cases = [case for target in self.targets[mutant.file] for case, reached in self.reaching[target]
-                 if mutant.number in reached]
+        cases = [
+            case
+            for target in self.targets[mutant.file]
+            for case, reached in self.reaching[target]
+            if mutant.number in reached
+        ]
         if cases:
             mutant.status, mutant.by = try_mutant(mutant.number, cases, self._runner())
         else:
@@ -141,9 +145,14 @@ class Session:
         self.schemata.write()
 
     def _report(self):
-        by_folder = {str(folder): [mutant for mutant in self.schemata.mutants
-                                   if folder in (pathlib.Path(mutant.file), *pathlib.Path(mutant.file).parents)]
-                     for folder in self.folders}
+        by_folder = {
+            str(folder): [
+                mutant
+                for mutant in self.schemata.mutants
+                if folder in (pathlib.Path(mutant.file), *pathlib.Path(mutant.file).parents)
+            ]
+            for folder in self.folders
+        }
         seconds = time.monotonic() - self._start
         print(listed(self.schemata.mutants, (*ALIVE, NOT_TRIED)) + "\n")
         print(table(by_folder))

@@ -69,7 +69,7 @@ class Literal(Site):
         return [alternative.strip("()")]
 
     def schema(self, numbered):
-        (number, alternative), = numbered
+        ((number, alternative),) = numbered
         return [f"({ON.format(number)} ? {alternative} : ", self.whole, ")"]
 
 
@@ -83,13 +83,14 @@ class Deletion(Site):
         return ["nothing"]
 
     def schema(self, numbered):
-        (number, _), = numbered
+        ((number, _),) = numbered
         return [f"({ON.format(number)} ? static_cast<void>(0) : static_cast<void>(", self.whole, "))"]
 
 
 @dataclass(eq=False)
 class Infix(Site):
     """left operator right; `gap` is the text between the operands."""
+
     left: tuple = ()
     right: tuple = ()
     operator: str = ""
@@ -106,8 +107,15 @@ class Operation(Infix):
 
     def schema(self, numbered):
         operators = [(n, f"l {a} r") for n, a in numbered if a not in (TRUE, FALSE)]
-        call = ["([](const auto& l, const auto& r) { return ", chosen(operators, f"l {self.operator} r"), "; }(",
-                self.left, "," + line_ends(self.gap), self.right, "))"]
+        call = [
+            "([](const auto& l, const auto& r) { return ",
+            chosen(operators, f"l {self.operator} r"),
+            "; }(",
+            self.left,
+            "," + line_ends(self.gap),
+            self.right,
+            "))",
+        ]
         return forced(numbered, call if operators else ["(", self.whole, ")"])
 
 
@@ -116,8 +124,15 @@ class Assignment(Infix):
 
     def schema(self, numbered):
         operators = [(n, f"(l {a} r)") for n, a in numbered]
-        return ["([](auto& l, const auto& r) -> auto& { return ", chosen(operators, f"(l {self.operator} r)"), "; }(",
-                self.left, "," + line_ends(self.gap), self.right, "))"]
+        return [
+            "([](auto& l, const auto& r) -> auto& { return ",
+            chosen(operators, f"(l {self.operator} r)"),
+            "; }(",
+            self.left,
+            "," + line_ends(self.gap),
+            self.right,
+            "))",
+        ]
 
 
 LEFT, RIGHT = "left operand", "right operand"
@@ -141,6 +156,7 @@ class Logical(Infix):
 @dataclass(eq=False)
 class Prefix(Site):
     """Unary operator before its operand."""
+
     operand: tuple = ()
     operator: str = ""
 
@@ -182,6 +198,7 @@ class StepAfter(Prefix):
 class Declaration:
     """A constant, or a function, that the compiler evaluates. Where nothing asks for its value at compile time,
     it can be left to the run, and its mutants chosen there."""
+
     key: tuple  # file and offset of its name
     line: int
     token: tuple  # range of `constexpr`; empty where the declaration stays as it is

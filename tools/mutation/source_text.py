@@ -2,9 +2,9 @@
 import bisect
 import re
 
-SKIPPED = re.compile(r'//[^\n]*|/\*.*?\*/', re.S)
+SKIPPED = re.compile(r"//[^\n]*|/\*.*?\*/", re.S)
 TOKEN = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])*\'|[()\[\]{};]', re.S)
-DIRECTIVE = re.compile(r'#\s*pragma\s+omp\b((?:\\\n|[^\n])*)\s*\Z')
+DIRECTIVE = re.compile(r"#\s*pragma\s+omp\b((?:\\\n|[^\n])*)\s*\Z")
 PAIRS = {")": "(", "]": "[", "}": "{"}
 
 
@@ -24,7 +24,7 @@ class SourceText:
 
     def line_text(self, line):
         end = self.line_starts[line] if line < len(self.line_starts) else len(self.text)
-        return readable(self.text[self.line_starts[line - 1]:end])
+        return readable(self.text[self.line_starts[line - 1] : end])
 
     def before(self, offset):
         """The last character before `offset` that is no space."""

@@ -14,8 +14,12 @@ BLOCKS = (K.COMPOUND_STMT, K.DEFAULT_STMT, K.LABEL_STMT)
 class Statements:
     def statement_handlers(self):
         return {
-            K.IF_STMT: self._if, K.WHILE_STMT: self._while, K.DO_STMT: self._do, K.FOR_STMT: self._for,
-            K.CXX_FOR_RANGE_STMT: self._for_range, K.CASE_STMT: self._case,
+            K.IF_STMT: self._if,
+            K.WHILE_STMT: self._while,
+            K.DO_STMT: self._do,
+            K.FOR_STMT: self._for,
+            K.CXX_FOR_RANGE_STMT: self._for_range,
+            K.CASE_STMT: self._case,
             **dict.fromkeys(BLOCKS, self._block),
         }
 
@@ -31,8 +35,7 @@ class Statements:
         if node.kind == K.UNARY_OPERATOR:
             before, behind, _ = self.unary_operator(node)
             return (before or behind) in operators.STEPS
-        return (node.kind in (K.CALL_EXPR, K.COMPOUND_ASSIGNMENT_OPERATOR)
-                or self.infix_operator(node) == "=")
+        return node.kind in (K.CALL_EXPR, K.COMPOUND_ASSIGNMENT_OPERATOR) or self.infix_operator(node) == "="
 
     def _statements(self, nodes, context):
         for node in nodes:

@@ -28,6 +28,7 @@ KILLED, TIMED_OUT, SURVIVED = "killed", "timed out", "survived"
 @dataclass
 class Case:
     """One test that CTest knows."""
+
     name: str
     command: list
     folder: str
@@ -36,7 +37,7 @@ class Case:
 
     @property
     def filter(self):
-        return next((a[len(FILTER):] for a in self.command if a.startswith(FILTER)), None)
+        return next((a[len(FILTER) :] for a in self.command if a.startswith(FILTER)), None)
 
     @property
     def program(self):
@@ -45,8 +46,9 @@ class Case:
 
 def known_cases(build_folder):
     """The tests of the build by executable."""
-    done = subprocess.run(["ctest", "--show-only=json-v1"], cwd=build_folder, capture_output=True, text=True,
-                          check=True)
+    done = subprocess.run(
+        ["ctest", "--show-only=json-v1"], cwd=build_folder, capture_output=True, text=True, check=True
+    )
     cases = {}
     for test in json.loads(done.stdout)["tests"]:
         properties = {entry["name"]: entry["value"] for entry in test.get("properties", [])}
@@ -92,8 +94,15 @@ class Runner:
         limits += [f"--as={self._megabytes << 20}"] if self._megabytes else []
         environment = {**os.environ, "TMPDIR": str(self._folder), "OMP_WAIT_POLICY": "passive", **environment}
         with tempfile.TemporaryFile() as output:
-            process = subprocess.Popen([*limits, *command], cwd=folder, env=environment, stdin=subprocess.DEVNULL,
-                                       stdout=output, stderr=output, start_new_session=True)
+            process = subprocess.Popen(
+                [*limits, *command],
+                cwd=folder,
+                env=environment,
+                stdin=subprocess.DEVNULL,
+                stdout=output,
+                stderr=output,
+                start_new_session=True,
+            )
             try:
                 code = process.wait(cpu * WALL_FACTOR)
             except subprocess.TimeoutExpired:

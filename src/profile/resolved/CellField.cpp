@@ -1,7 +1,5 @@
 #include "profile/resolved/CellField.h"
 
-#include <utility>
-
 #include "profile/resolved/EdgeCurvature.h"
 
 namespace qnl::profile {
@@ -11,11 +9,7 @@ namespace {
 constexpr std::size_t kTetraCorners = 4;
 constexpr std::array<std::array<std::size_t, 2>, 6> kPairs{{{0, 1}, {0, 2}, {0, 3}, {1, 2}, {1, 3}, {2, 3}}};
 
-// Node of smaller index first, so that both cells at an edge come to the same bits.
 double CurvatureBetween(const FieldMesh& mesh, const NodalField& field, int a, int b) {
-    if (b < a) {
-        std::swap(a, b);
-    }
     const NodeRecord& first = mesh.nodes[a];
     const NodeRecord& second = mesh.nodes[b];
     const std::array<double, 3> edge{second.x - first.x, second.y - first.y, second.z - first.z};

@@ -25,8 +25,8 @@ struct EdgeData {
 /// cooling.
 ///
 /// The parabola does not fall below `lowest`, what the field is known not to fall below (minus infinity:
-/// nothing is known). Every quadratic field that keeps above it is left as it is. The ends must always be
-/// handed over in the same order for the same bits. 0 when a slope is not a number.
+/// nothing is known). Every quadratic field that keeps above it is left as it is. The edge turned round gives
+/// the same bits. 0 when a slope is not a number.
 double LimitedCurvature(const EdgeData& edge, double lowest);
 
 }  // namespace qnl::profile

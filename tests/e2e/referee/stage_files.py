@@ -54,9 +54,7 @@ class StageSelection:
         self.has_times = complete and ((found[".k4f"] and code in LOGGED_CODES) or found[".k4p"])
         stem = cut_extension(input_path)
         self.result_path = stem + "".join(ext for pattern, ext in STAGES if found[pattern])
-        self.has_fibre = (
-            not self.has_cool and complete and found[".k4f"] and find(stem + ".k4o") is not None
-        )
+        self.has_fibre = not self.has_cool and complete and found[".k4f"] and find(stem + ".k4o") is not None
 
 
 class NodeInput:
@@ -282,5 +280,3 @@ class NodeInput:
             if values is not None:
                 positive = values[rows] > 0.0
                 self.thickness[local[positive]] = values[rows[positive]]
-
-
