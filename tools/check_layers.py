@@ -103,6 +103,7 @@ ROOMS = {
         "platform/hdf5",
     ],
     "apps/frozenlayer/info": [
+        "src/context",
         "apps/frozenlayer/text",
         "apps/frozenlayer/project",
         "apps/frozenlayer/series",

@@ -40,17 +40,24 @@ bool SetIntermediateTimes(LauncherWords& parsed, std::string_view value) {
     return true;
 }
 
+template <Mode kMode>
+bool SetMode(LauncherWords& parsed, std::string_view /*value*/) {
+    parsed.options.mode = kMode;
+    return true;
+}
+
 constexpr std::string_view kCount = "a whole number of at least 0";
 constexpr std::string_view kThreads = "a whole number from 1 to 4096";
 static_assert(kMostThreads == 4096, "the text of the limit follows it");
 
-constexpr std::array<Option, 8> kOptions{{
+constexpr std::array<Option, 9> kOptions{{
     {"--log-level", kCount, SetLogLevel},
     {"--threads", kThreads, SetThreads},
     {"--intermediate-times", kCount, SetIntermediateTimes},
     {"--fibre-probe", "", [](LauncherWords& p, std::string_view) { return p.options.fibreProbe = true; }},
     {"--fiber-probe", "", [](LauncherWords& p, std::string_view) { return p.options.fibreProbe = true; }},
-    {"--corrected", "", [](LauncherWords& p, std::string_view) { return p.options.corrected = true; }},
+    {"--corrected", "", SetMode<Mode::Corrected>},
+    {"--resolved", "", SetMode<Mode::Resolved>},
     {"--help", "", [](LauncherWords& p, std::string_view) { return p.help = true; }},
     {"--version", "", [](LauncherWords& p, std::string_view) { return p.version = true; }},
 }};

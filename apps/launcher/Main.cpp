@@ -30,6 +30,7 @@ constexpr const char* kUsage =
     "  --log-level=N           0 silent (default), 1 progress and report, 2 diagnostics\n"
     "  --threads=N             threads, 1 to 4096 (default: the OpenMP runtime's own)\n"
     "  --corrected             evaluate each output time on its own (see docs/modes.md)\n"
+    "  --resolved              so, and see the wall by the field along the normal, not by cell averages\n"
     "  --fibre-probe           print the fibre orientation of a .k4o result at listed or typed nodes "
     "instead\n"
     "  --help, --version\n"

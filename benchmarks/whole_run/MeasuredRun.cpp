@@ -108,7 +108,7 @@ private:
         char* pointers[] = {words[0].data(), words[1].data(), words[2].data(), words[3].data(),
                             words[4].data(), words[5].data(), nullptr};
         job_.m_options.threads = threads_;
-        job_.m_options.corrected = true;
+        job_.m_options.mode = qnl::Mode::Corrected;
         job_.m_options.intermediateTimes = intermediateTimes_;
         job_.m_options.observer = this;
         job_.m_szInputResult = stageFile_.c_str();

@@ -48,6 +48,7 @@ FrozenLayerJob::~FrozenLayerJob() {
                                 &m_szCmxFile, &m_szRunFile, &m_szMeshBase, &m_szSpare}) {
         path->Release();
     }
+    m_pFieldKernel.reset();
     m_pLogTool.reset();
     m_pCom.reset();
     m_pOptKer.reset();

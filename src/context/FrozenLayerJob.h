@@ -17,6 +17,7 @@
 #include "platform/CQNLCom.h"
 #include "platform/CQNLKNLogErrMsgTool.h"
 #include "platform/CQNLOptKer.h"
+#include "platform/FieldKernel.h"
 
 /// Set while the stage driver has not run yet in the present run; the one global of the program.
 extern bool g_bDriverFirstCall;
@@ -153,5 +154,8 @@ struct FrozenLayerJob {
     int m_nWarpEntries = 0;                        ///< m_pWarpDisplacement is valid at 0..m_nWarpEntries
     qnl::OwnedArray<unsigned char> m_pHasProfile;  ///< by node: 1 when the last evaluation had a profile
     std::vector<qnl::ListPosition> m_evaluationOrder;  ///< in which the nodes are evaluated fastest
+    std::unique_ptr<qnl::FieldKernel> m_pFieldKernel;  ///< fields inside the cells; null unless asked for
+    qnl::OwnedArray<double> m_pFieldGradients;         ///< as FieldKernel::RecoverGradients gave them
+    qnl::GradientReport m_fieldReport;                 ///< of the last recovery
     qnl::RunOptions m_options;
 };

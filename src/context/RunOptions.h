@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "context/Mode.h"
+
 #include "context/RunStep.h"
 
 struct FrozenLayerJob;
@@ -35,8 +37,10 @@ struct RunOptions {
     bool fibreProbe = false;
     int threads = 0;                       ///< 0: the parallel runtime's own count
     std::optional<int> intermediateTimes;  ///< wins over the five-word rule
-    bool corrected = false;                ///< the mode without state carried between output times
-    RunObserver* observer = nullptr;       ///< borrowed, may be null
+    Mode mode = Mode::Classic;
+    RunObserver* observer = nullptr;  ///< borrowed, may be null
+
+    const ModeRules& Rules() const { return RulesOf(mode); }
 };
 
 }  // namespace qnl

@@ -5,8 +5,9 @@
 namespace qnl::frozen {
 
 void SmoothResults(FrozenLayerJob& job) {
+    const bool shown = job.m_options.Rules().smoothsResults;
     for (const OutputQuantity& quantity : kOutputQuantities) {
-        if (quantity.sweeps > 0 && quantity.computed(job)) {
+        if (quantity.sweeps > 0 && (shown || quantity.sweeps == kReferenceSweeps) && quantity.computed(job)) {
             job.m_pOptKer->SmoothSurfaceNodeValue((job.*quantity.array).get(), quantity.sweeps);
         }
     }

@@ -10,16 +10,17 @@ namespace qnl::frozen {
 
 namespace {
 
-/// Corrected mode: rays along smoothed and along raw normals differ and keep files of their own.
+/// Where no state is carried: rays along smoothed and along raw normals differ and keep files of their own.
 void NameSearchFile(FrozenLayerJob& job) {
-    if (job.m_options.corrected && HasIntermediateTimes(job)) {
+    const ModeRules& rules = job.m_options.Rules();
+    if (!rules.carriesState && rules.smoothsNormals && HasIntermediateTimes(job)) {
         job.m_szSurFile.Set(layout::SmoothedSearchPath(job.m_szMeshFile.View()));
     }
 }
 
-/// Corrected mode: a file older than its mesh is not believed, and the search is made again.
+/// Where no state is carried: a file older than its mesh is not believed, and the search is made again.
 bool IsSearchFileBelieved(const FrozenLayerJob& job) {
-    return !job.m_options.corrected || !IsOlder(job.m_szSurFile.View(), job.m_szMeshFile.View());
+    return job.m_options.Rules().carriesState || !IsOlder(job.m_szSurFile.View(), job.m_szMeshFile.View());
 }
 
 void CreateSearchRecords(FrozenLayerJob& job) {

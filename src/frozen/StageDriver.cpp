@@ -40,10 +40,10 @@ void PrepareStorage(FrozenLayerJob& job, bool firstCall) {
 }
 
 void PrepareNormals(FrozenLayerJob& job, bool firstCall) {
-    if (firstCall || job.m_options.corrected) {
+    if (firstCall || !job.m_options.Rules().carriesState) {
         ComputeSurfaceNormals(job);
     }
-    if (HasIntermediateTimes(job)) {
+    if (HasIntermediateTimes(job) && job.m_options.Rules().smoothsNormals) {
         SmoothSurfaceNormals(*job.m_pOptKer, job.m_pNormalX.get(), job.m_pNormalY.get(),
                              job.m_pNormalZ.get());
     }

@@ -22,7 +22,7 @@ public:
           maxLabel_(job.m_nMaxLabel),
           nodeCount_(job.m_nNodes),
           stageIsOne_(job.m_nStage == 1),
-          corrected_(job.m_options.corrected) {}
+          storesRunner_(!job.m_options.Rules().carriesState) {}
 
     /// Labels beyond this one, or below 1, name no node of the mesh.
     int MaxLabel() const { return maxLabel_; }
@@ -37,14 +37,14 @@ public:
     /// Index of the node with this label; 0 when its values are not stored.
     int Stored(int label) const {
         const int local = Known(label);
-        return local != 0 && (corrected_ || isPart_[label] == 1) ? local : 0;
+        return local != 0 && (storesRunner_ || isPart_[label] == 1) ? local : 0;
     }
 
     /// Whether the text layouts replace the values of this node (an index): runner nodes in stage 1, and
     /// special nodes.
     bool IsCleared(int local) const {
         const int nodeClass = runnerClass_[nodes_[local].label];
-        return !corrected_ && ((stageIsOne_ && nodeClass == 0) || nodeClass == -1);
+        return !storesRunner_ && ((stageIsOne_ && nodeClass == 0) || nodeClass == -1);
     }
 
 private:
@@ -55,7 +55,7 @@ private:
     int maxLabel_;
     int nodeCount_;
     bool stageIsOne_;
-    bool corrected_;
+    bool storesRunner_;
 };
 
 /// The node arrays that the readers fill.

@@ -37,7 +37,7 @@ constexpr std::array<TimeStep, 6> kTimeSteps{{
          DropCarriedState(job);
          return true;
      },
-     1, [](const FrozenLayerJob& job) { return job.m_options.corrected; }},
+     1, [](const FrozenLayerJob& job) { return !job.m_options.Rules().carriesState; }},
     {RunStep::StageData,
      [](FrozenLayerJob& job, const char* inputResult) { return LoadTemperatureData(job, inputResult) == 1; },
      kLoadFailed},

@@ -15,7 +15,7 @@ constexpr float kTimeValue = 0.01F;
 
 bool IsWritten(const FrozenLayerJob& job, int node) {
     constexpr double kEvaluatedAbove = 1.0;
-    if (!job.m_options.corrected) {
+    if (job.m_options.Rules().carriesState) {
         return job.m_pCenterTemperature[static_cast<std::size_t>(node)] > kEvaluatedAbove;
     }
     return job.m_pNotRunnerNode[job.p_Node[node].label] == 1 && job.m_pHasProfile &&
@@ -35,7 +35,7 @@ std::vector<OutputItem*> WrittenItems(FrozenLayerJob& job) {
 
 void WriteHead(const FrozenLayerJob& job, CQNL3DResultWriter_Manipulator& writer, int nodes) {
     writer.SetHeadInfo(kHeadCode, kHeadStamp, job.m_szMeshFile.Text(), job.m_szMaterialFile.Text(), ".pro",
-                       job.m_options.corrected ? 1 : 0, job.m_nOutputItemCount);
+                       static_cast<int>(job.m_options.mode), job.m_nOutputItemCount);
     writer.SetFileInfo("QNL3DFrozenLayer", kProgramVersion, kProgramVersion, kProgramVersion);
     float time = kTimeValue;
     char unit[] = "--";

@@ -4,6 +4,7 @@
 
 #include "profile/Reductions.h"
 #include "profile/kernels/ProfileKernels.h"
+#include "profile/resolved/ProfileReadings.h"
 
 namespace qnl::profile {
 
@@ -47,6 +48,19 @@ void GatherVelocity(const VelocityField& cells, const Reduced& node, const Compo
 
 }  // namespace
 
+OneBased<const double> AtElements(const Reduced& node, ProfileField field, const PassElementField& cells,
+                                  ProfileScratch::Row row) {
+    return node.resolved != nullptr
+               ? node.resolved->Values(field)
+               : Gather(cells, node.profile.elements.elements, node.scratch.Doubles(row));
+}
+
+OneBased<const double> AtSamples(const Reduced& node, ProfileField field, const PassElementField& cells,
+                                 ProfileScratch::Row row) {
+    return node.resolved != nullptr ? node.resolved->Values(field)
+                                    : Gather(cells, node.profile.samples.elements, node.scratch.Doubles(row));
+}
+
 void ReduceToSkin(Reduced& node) {
     const auto depths = node.profile.elements.depths;
     node.result[kSlotSkinRatio] = CalcuSkinRatio(depths, node.gasMarkers, node.window);
@@ -55,8 +69,8 @@ void ReduceToSkin(Reduced& node) {
 
 void ReduceToMaxCoolingTime(Reduced& node) {
     const SortedElements& sorted = node.profile.elements;
-    const auto times = Gather(node.inputs.coolingTime, sorted.elements,
-                              node.scratch.Doubles(ProfileScratch::kCoolingTimeRow));
+    const auto times =
+        AtElements(node, ProfileField::CoolingTime, node.inputs.coolingTime, ProfileScratch::kCoolingTimeRow);
     node.result[kSlotMaxCoolingTime] = MaxFromZeroInWindow(sorted.depths, times, node.window);
 }
 
@@ -87,6 +101,15 @@ void ReduceToFlow(Reduced& node) {
     const auto depths = node.profile.elements.depths;
     int last = 1;
     node.result[kSlotMaxVolumeShrinkage] = MaxInWindow(depths, node.shrinkage, node.window, last);
+    if (node.resolved != nullptr) {
+        constexpr ProfileField kFields[] = {ProfileField::VelocityU, ProfileField::VelocityV,
+                                            ProfileField::VelocityW};
+        for (std::size_t k = 0; k < kComponents; ++k) {
+            const auto values = node.resolved->Values(kFields[k]);
+            node.result[kSlots[k]] = values ? MeanNonZeroByLength(depths, values, node.window) : 0.0;
+        }
+        return;
+    }
     const Components velocities = VelocityRows(node.scratch);
     GatherVelocity(node.inputs.velocity, node, velocities);
     for (std::size_t k = 0; k < kComponents; ++k) {

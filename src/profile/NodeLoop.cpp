@@ -14,6 +14,7 @@
 #include "platform/Faults.h"
 #include "profile/NodeEvaluation.h"
 #include "profile/NodeOrder.h"
+#include "profile/ResolvedFields.h"
 #include "profile/ResultTargets.h"
 
 namespace qnl::profile {
@@ -109,6 +110,9 @@ const std::vector<ListPosition>& KeptNodeOrder(FrozenLayerJob& job) {
 void RunShare(FrozenLayerJob& job, const std::vector<ListPosition>& order, const ResultTargets& targets,
               ThreadFailure& failure, Progress& progress, ShrinkageFaults& faults) {
     ProfileScratch scratch;
+    if (job.m_options.Rules().seesInsideCells) {
+        scratch.resolved.TakeInput(FieldsOf(job));
+    }
     const int thread = omp_get_thread_num();
 #pragma omp for schedule(dynamic, 1)
     for (std::size_t i = 0; i < order.size(); ++i) {
@@ -138,6 +142,9 @@ void EvaluateSurfaceNodes(FrozenLayerJob& job) {
     const std::vector<ListPosition> order =
         WindowChangesOnTheWay(job) ? OrderOfTheList(job) : KeptNodeOrder(job);
     omp_set_num_threads(job.m_nThreads);
+    if (job.m_options.Rules().seesInsideCells) {
+        RecoverFields(job);
+    }
 #pragma omp parallel
     {
         ShrinkageFaults own;

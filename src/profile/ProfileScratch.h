@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "profile/rays/RayProfile.h"
+#include "profile/resolved/ResolvedProfile.h"
 
 namespace qnl::profile {
 
@@ -34,6 +35,8 @@ public:
     double* Doubles(Row row) { return doubles_.data() + row * stride_; }
     /// Where the profile of the ray goes.
     RayArrays ProfileArrays();
+
+    ResolvedProfile resolved;  ///< of the present node, where the run sees inside the cells
 
 private:
     std::vector<double> doubles_;

@@ -40,17 +40,16 @@ constexpr Reduction kReductions[] = {
 };
 
 void GatherElementValues(Reduced& node) {
-    const auto elements = node.profile.elements.elements;
     const StageTraits& stage = node.inputs.stage;
     node.shrinkage =
-        Gather(node.inputs.shrinkage, elements, node.scratch.Doubles(ProfileScratch::kShrinkageRow));
+        AtElements(node, ProfileField::VolumeShrinkage, node.inputs.shrinkage, ProfileScratch::kShrinkageRow);
     if (stage.intermediateTimes) {
         node.densities =
-            Gather(node.inputs.density, elements, node.scratch.Doubles(ProfileScratch::kDensityRow));
+            AtElements(node, ProfileField::Density, node.inputs.density, ProfileScratch::kDensityRow);
     }
     if (stage.gas && !stage.cool) {
         node.gasMarkers =
-            Gather(node.inputs.gasMarker, elements, node.scratch.Doubles(ProfileScratch::kGasMarkerRow));
+            AtElements(node, ProfileField::GasMarker, node.inputs.gasMarker, ProfileScratch::kGasMarkerRow);
     }
 }
 
@@ -63,9 +62,8 @@ void SetWindow(RelaxedValue<double>& window, double t) {
 
 }  // namespace
 
-void ReduceProfile(const RayProfile& profile, const ProfileInputs& inputs, RelaxedValue<double>& window,
-                   ProfileScratch& scratch, NodeProfileResult& result) {
-    Reduced node{inputs, profile, scratch, result};
+void ReduceProfile(Reduced node, RelaxedValue<double>& window) {
+    const ProfileInputs& inputs = node.inputs;
     GatherElementValues(node);
     for (const Reduction& reduction : kReductions) {
         if (!reduction.applies(inputs.stage)) {

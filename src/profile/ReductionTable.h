@@ -1,16 +1,14 @@
 #pragma once
 
 #include "base/RelaxedValue.h"
-#include "profile/NodeProfileResult.h"
 #include "profile/ProfileInputs.h"
-#include "profile/ProfileScratch.h"
+#include "profile/Reductions.h"
 
 namespace qnl::profile {
 
 /// Forms the quantities of one node that the stage has, in the order of the table. `window` is the depth
 /// window that all nodes share, mm: some quantities set it, others take it as it stands.
-void ReduceProfile(const RayProfile& profile, const ProfileInputs& inputs, RelaxedValue<double>& window,
-                   ProfileScratch& scratch, NodeProfileResult& result);
+void ReduceProfile(Reduced node, RelaxedValue<double>& window);
 
 /// True where a quantity of the stage takes the depth window before one sets it at the same node, and one
 /// does set it later.

@@ -5,6 +5,7 @@
 #include "profile/ProfileInputs.h"
 #include "profile/ProfileScratch.h"
 #include "profile/rays/RayProfile.h"
+#include "profile/resolved/ResolvedProfile.h"
 
 namespace qnl::profile {
 
@@ -13,6 +14,7 @@ struct Reduced {
     const ProfileInputs& inputs;
     const RayProfile& profile;
     ProfileScratch& scratch;
+    const ResolvedProfile* resolved;  ///< null where the values are those of faces and cells
     NodeProfileResult& result;
     double window = 0.0;  ///< mm, as the quantity finds it
 
@@ -21,6 +23,13 @@ struct Reduced {
     OneBased<const double> densities{};   ///< empty in runs without intermediate times
     OneBased<const double> gasMarkers{};  ///< empty in runs without gas
 };
+
+/// Values of a field at the elements or the samples of the profile: those of the resolved profile, whose
+/// samples are both, or those of faces and cells, gathered into a row of the scratch.
+OneBased<const double> AtElements(const Reduced& node, ProfileField field, const PassElementField& cells,
+                                  ProfileScratch::Row row);
+OneBased<const double> AtSamples(const Reduced& node, ProfileField field, const PassElementField& cells,
+                                 ProfileScratch::Row row);
 
 /// Each forms one quantity, or a few that belong together, and stores it in the result.
 

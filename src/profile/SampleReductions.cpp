@@ -13,8 +13,8 @@ void ReduceToFrozenRatio(Reduced& node) {
 
 void ReduceToFrozenRatioInPolymer(Reduced& node) {
     const MergedSamples& samples = node.profile.samples;
-    const auto markers = Gather(node.inputs.gasMarker, samples.elements,
-                                node.scratch.Doubles(ProfileScratch::kSampleValueRow));
+    const auto markers =
+        AtSamples(node, ProfileField::GasMarker, node.inputs.gasMarker, ProfileScratch::kSampleValueRow);
     node.result[kSlotFrozenRatio] = CalcuFrozenRatioInPolymer(samples.depths, samples.temperatures, markers,
                                                               node.inputs.freezeTemperature, node.window);
 }
@@ -37,7 +37,7 @@ void ReduceToBulkTemperature(Reduced& node) {
         return;
     }
     const auto speeds =
-        Gather(node.inputs.speed, elements, node.scratch.Doubles(ProfileScratch::kSampleValueRow));
+        AtSamples(node, ProfileField::BulkWeight, node.inputs.speed, ProfileScratch::kSampleValueRow);
     node.result[kSlotBulkTemperature] = BulkAverageInWindow(depths, temperatures, speeds, node.window);
 }
 

@@ -38,6 +38,7 @@ struct RunRequest {
     int threads = 0;
     bool fibreProbe = false;
     bool classic = false;
+    bool resolved = false;
     std::string view;
     std::string exportName;
 };
@@ -52,13 +53,17 @@ int ChooseIntermediateTimes(const RunRequest& request, const project::StageFile&
     return count;
 }
 
+Mode ModeOf(const RunRequest& request) {
+    return request.classic ? Mode::Classic : request.resolved ? Mode::Resolved : Mode::Corrected;
+}
+
 RunOptions MakeOptions(const RunRequest& request, int intermediateTimes, RunObserver& observer) {
     RunOptions options;
     options.logLevel = request.logLevel;
     options.fibreProbe = request.fibreProbe;
     options.threads = request.threads;
     options.intermediateTimes = intermediateTimes;
-    options.corrected = !request.classic;
+    options.mode = ModeOf(request);
     options.observer = &observer;
     return options;
 }
@@ -88,7 +93,7 @@ void AnnounceRun(const RunRequest& request, const project::StageFile& base, int 
     std::cerr << "Evaluating " + project::NativePath(base.Path()) + ": " +
                      project::StageTitle(base.extension) + ", run " + base.run + ", base time and " +
                      text::CountText(intermediateTimes, "intermediate time") + ", " +
-                     (request.classic ? "classic" : "corrected") + " mode\n";
+                     RulesOf(ModeOf(request)).name + " mode\n";
     for (const std::string& note : {project::StagesNote(base), runs::MarkerNote(base)}) {
         std::cerr << (note.empty() ? "" : "Warning: " + note + ".\n");
     }
@@ -238,9 +243,15 @@ void AddOptions(Subcommand& command, RunRequest& request) {
              "are replaced")
         .Type("NAME")
         .Check(exports::CheckExportName);
-    command.AddFlag("--classic", request.classic,
-                    "Carry state from one output time to the next (see docs/modes.md); without it "
-                    "each output time is evaluated on its own");
+    command.AddFlag(
+        "--resolved", request.resolved,
+        "See the wall by the field along the normal, not by averages of faces and cells; each output "
+        "time on its own");
+    command
+        .AddFlag("--classic", request.classic,
+                 "Carry state from one output time to the next (see docs/modes.md); without it "
+                 "each output time is evaluated on its own")
+        .Excludes("--resolved");
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "context/Mode.h"
 #include "info/FactReaders.h"
 #include "project/ProjectPaths.h"
 #include "results/ResultFile.h"
@@ -14,13 +15,17 @@ bool IsOurs(const results::ResultFileContent& content) {
     return content.producer && content.producer->program == kOwnProgram;
 }
 
+std::string ModeName(int flag) {
+    const bool known = flag >= 0 && flag < static_cast<int>(kModeRules.size());
+    return known ? RulesOf(static_cast<Mode>(flag)).name : "unknown (" + std::to_string(flag) + ")";
+}
+
 void AddHead(const results::ResultFileContent& content, FileFacts& facts) {
     if (content.producer) {
         facts.Add("program", "Written by", "", content.producer->program);
     }
     if (IsOurs(content)) {
-        const bool corrected = content.head.flag == 1;
-        facts.Add("mode", "Mode", "", std::string(corrected ? "corrected" : "classic"));
+        facts.Add("mode", "Mode", "", ModeName(content.head.flag));
         facts.Add("mesh", "Mesh", "", project::NativePath(content.head.mesh));
         facts.Add("material", "Material", "", project::NativePath(content.head.material));
     } else if (content.time && content.time->unit == "s") {

@@ -72,7 +72,7 @@ void OpenedProject::NameInputs(const SeriesFiles& series) {
     const project::ProjectInputs inputs = project::ReadProjectInputs(base);
     meshFile_ = inputs.meshFile;
     materialFile_ = inputs.materialFile;
-    job_->m_options.corrected = true;
+    job_->m_options.mode = Mode::Corrected;
     job_->m_szLogFile.Set(base.Sibling(".lgz"));
     job_->m_szMeshFile.Set(meshFile_);
     job_->m_szMaterialFile.Set(materialFile_);

@@ -344,7 +344,7 @@ protected:
         qnl::frozen::SelectSurfaceNodes(job_);
         job_.m_szMeshFile.Set(folder_.Write("m.hdf", "mesh"));
         job_.m_szSurFile.Set(folder_.Path() + "\\m.sur");
-        job_.m_options.corrected = true;
+        job_.m_options.mode = qnl::Mode::Corrected;
     }
 
     /// Four empty lists.
@@ -378,7 +378,7 @@ TEST_F(SearchRecords, AFileOlderThanItsMeshIsNotBelievedInCorrectedMode) {
 }
 
 TEST_F(SearchRecords, ClassicTrustsAnOldFile) {
-    job_.m_options.corrected = false;
+    job_.m_options.mode = qnl::Mode::Classic;
     WriteSearchFile("m.sur");
     SetAge("m.sur", -10);
     qnl::frozen::PrepareSearchRecords(job_);

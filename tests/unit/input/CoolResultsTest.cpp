@@ -130,7 +130,7 @@ TEST_F(CoolBinary, IdsOfTheMapOutsideTheLabelRangeAreSkippedAndReported) {
 }
 
 TEST_F(CoolBinary, CorrectedRunsStoreEveryKnownNode) {
-    job_.m_options.corrected = true;
+    job_.m_options.mode = qnl::Mode::Corrected;
     SetItem(1, 3, 30.0F);
     SetItem(1, 12, 40.0F);
     MakeStorage();
@@ -190,7 +190,7 @@ TEST_F(CoolAscii, RunnerNodesThatAreStoredAreCleared) {
     ReadCoolResultsAscii(job_, path.c_str());
     EXPECT_EQ(Data(0, 3), 1000.0);
     EXPECT_EQ(Data(2, 3), -7.0);
-    job_.m_options.corrected = true;
+    job_.m_options.mode = qnl::Mode::Corrected;
     ReadCoolResultsAscii(job_, path.c_str());
     EXPECT_EQ(Slot(0), (std::vector<double>{-7.0, -7.0, 99.0, 98.0, -7.0}));
 }

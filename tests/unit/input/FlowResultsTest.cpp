@@ -42,7 +42,7 @@ TEST_F(FlowBinary, StoresPartNodesAtTheirIndex) {
 }
 
 TEST_F(FlowBinary, CorrectedRunsStoreEveryKnownNode) {
-    job_.m_options.corrected = true;
+    job_.m_options.mode = qnl::Mode::Corrected;
     MakeStorage();
     for (const int label : {1, 2, 3, 12, 17}) {
         SetItem(6, label, 100.0F + static_cast<float>(label));
@@ -353,7 +353,7 @@ TEST_F(FlowAscii, RunnerNodesThatAreStoredAreClearedInStageOne) {
 }
 
 TEST_F(FlowAscii, CorrectedRunsKeepRunnerValues) {
-    job_.m_options.corrected = true;
+    job_.m_options.mode = qnl::Mode::Corrected;
     job_.m_bHasIntermediateTimes = 1;
     job_.m_nStage = 1;
     MakeStorage();

@@ -47,7 +47,7 @@ TEST_F(ThicknessTest, NodesOutsideThePartAreNotWritten) {
 }
 
 TEST_F(ThicknessTest, CorrectedRunsStoreEveryKnownNode) {
-    job_.m_options.corrected = true;
+    job_.m_options.mode = qnl::Mode::Corrected;
     SetItem(1, 3, 3.0F);
     SetItem(2, 12, 4.0F);
     ReadThickness(job_);

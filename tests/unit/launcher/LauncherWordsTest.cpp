@@ -42,9 +42,14 @@ TEST(LauncherWords, OptionsMayStandAnywhereAndAreTakenOut) {
     EXPECT_EQ(parsed.options.logLevel, 1);
     EXPECT_EQ(parsed.options.threads, 3);
     EXPECT_EQ(parsed.options.intermediateTimes, 7);
-    EXPECT_TRUE(parsed.options.corrected);
+    EXPECT_EQ(parsed.options.mode, qnl::Mode::Corrected);
     EXPECT_TRUE(parsed.options.fibreProbe);
     EXPECT_EQ(parsed.usageError, "");
+}
+
+TEST(LauncherWords, TheLastModeNamedIsTaken) {
+    EXPECT_EQ(Parse({"program", "x.k4f", "--resolved"}).options.mode, qnl::Mode::Resolved);
+    EXPECT_EQ(Parse({"program", "x.k4f", "--resolved", "--corrected"}).options.mode, qnl::Mode::Corrected);
 }
 
 TEST(LauncherWords, WithoutOptionsTheRunKeepsItsDefaults) {
@@ -52,7 +57,7 @@ TEST(LauncherWords, WithoutOptionsTheRunKeepsItsDefaults) {
     EXPECT_EQ(options.logLevel, 0);
     EXPECT_EQ(options.threads, 0);
     EXPECT_FALSE(options.intermediateTimes.has_value());
-    EXPECT_FALSE(options.corrected);
+    EXPECT_EQ(options.mode, qnl::Mode::Classic);
     EXPECT_FALSE(options.fibreProbe);
 }
 

@@ -177,7 +177,7 @@ TEST_F(OutputItems, CorrectedWritesPartNodesThatHadAProfile) {
     const std::array<int, 3> classes{0, 1, 0};
     job_.p_Node = nodes.data();
     job_.m_pNotRunnerNode = classes.data();
-    job_.m_options.corrected = true;
+    job_.m_options.mode = qnl::Mode::Corrected;
     EXPECT_TRUE(qnl::output::SelectOutputNodes(job_).empty());
     job_.m_pHasProfile = std::make_unique<unsigned char[]>(3);
     job_.m_pHasProfile[1] = 1;

@@ -66,7 +66,7 @@ protected:
     template <typename Look>
     Values Seen(bool corrected, std::string_view extension, Look look) {
         Values seen;
-        job_.m_options.corrected = corrected;
+        job_.m_options.mode = corrected ? qnl::Mode::Corrected : qnl::Mode::Classic;
         qnl::mesh::NewDataStorage(job_);
         TheStage() = [&](FrozenLayerJob& job) {
             seen.push_back(static_cast<double>(look(job)));

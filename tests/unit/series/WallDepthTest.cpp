@@ -75,7 +75,7 @@ TEST(CountDeepWalls, CountsTheNodesOfWallsThatAreThickerThanTheWindow) {
     }
     Counting observer;
     qnl::RunOptions options;
-    options.corrected = true;
+    options.mode = qnl::Mode::Corrected;
     options.observer = &observer;
     const CapturedOutput quiet;
     qnl::job::RunFrozenLayer(static_cast<int>(words.size()), pointers.data(), options);
