@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <new>
 #include <sstream>
@@ -125,7 +126,7 @@ TEST_F(EntryRoutine, StepsComeInTheirOrderAndTheReportFromLevelOneOn) {
 }
 
 TEST_F(EntryRoutine, WithoutMaterialTheMeshIsNotRead) {
-    folder_.Write("Material/pp.toml", "kind = \"none\"\n");
+    std::filesystem::remove(folder_.File("Material/pp.toml"));
     const CapturedOutput output;
     EXPECT_EQ(Run(), -1000);
     EXPECT_EQ(witness_.begun, (Steps{RunStep::CommandLine, RunStep::ResultFiles, RunStep::Material}));
