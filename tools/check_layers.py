@@ -24,7 +24,7 @@ ROOMS = {
     "src/profile/kernels": ["src/mesh"],
     "src/profile/rays": ["src/mesh", "src/profile/kernels"],
     "src/profile/search": ["src/context", "src/mesh"],
-    "src/profile/resolved": ["src/profile/kernels"],
+    "src/profile/resolved": ["src/context", "src/profile/kernels"],
     "src/profile": [
         "src/context",
         "src/mesh",
@@ -82,6 +82,7 @@ ROOMS = {
         "src/input",
         "src/profile",
         "src/profile/rays",
+        "src/profile/resolved",
         "src/profile/search",
         "src/frozen",
         "src/job",
@@ -136,6 +137,7 @@ ROOMS = {
         "apps/frozenlayer/exports",
     ],
     "apps/frozenlayer/commands": [
+        "src/context",
         "apps/frozenlayer/text",
         "apps/frozenlayer/project",
         "apps/frozenlayer/series",

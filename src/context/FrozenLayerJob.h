@@ -14,6 +14,7 @@
 #include "context/FieldSlots.h"
 #include "context/OutputItem.h"
 #include "context/RunOptions.h"
+#include "context/WallLayers.h"
 #include "platform/CQNLCom.h"
 #include "platform/CQNLKNLogErrMsgTool.h"
 #include "platform/CQNLOptKer.h"
@@ -157,5 +158,6 @@ struct FrozenLayerJob {
     std::unique_ptr<qnl::FieldKernel> m_pFieldKernel;  ///< fields inside the cells; null unless asked for
     qnl::OwnedArray<double> m_pFieldGradients;         ///< as FieldKernel::RecoverGradients gave them
     qnl::GradientReport m_fieldReport;                 ///< of the last recovery
+    std::vector<qnl::WallLayers> m_wallLayers;         ///< by node with a profile; empty unless resolved
     qnl::RunOptions m_options;
 };

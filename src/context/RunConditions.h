@@ -34,6 +34,10 @@ inline bool HasIntermediateTimes(const FrozenLayerJob& job) {
 inline bool HasIntermediateTimesAndIsNotCool(const FrozenLayerJob& job) {
     return IsNotCool(job) && HasIntermediateTimes(job);
 }
+/// The run looks along smoothed normals.
+inline bool SmoothsNormals(const FrozenLayerJob& job) {
+    return HasIntermediateTimes(job) && job.m_options.Rules().smoothsNormals;
+}
 inline bool HasFlow(const FrozenLayerJob& job) {
     return job.m_bHasFlow == 1;
 }

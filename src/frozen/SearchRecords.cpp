@@ -12,8 +12,7 @@ namespace {
 
 /// Where no state is carried: rays along smoothed and along raw normals differ and keep files of their own.
 void NameSearchFile(FrozenLayerJob& job) {
-    const ModeRules& rules = job.m_options.Rules();
-    if (!rules.carriesState && rules.smoothsNormals && HasIntermediateTimes(job)) {
+    if (!job.m_options.Rules().carriesState && SmoothsNormals(job)) {
         job.m_szSurFile.Set(layout::SmoothedSearchPath(job.m_szMeshFile.View()));
     }
 }

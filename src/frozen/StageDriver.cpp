@@ -43,7 +43,7 @@ void PrepareNormals(FrozenLayerJob& job, bool firstCall) {
     if (firstCall || !job.m_options.Rules().carriesState) {
         ComputeSurfaceNormals(job);
     }
-    if (HasIntermediateTimes(job) && job.m_options.Rules().smoothsNormals) {
+    if (SmoothsNormals(job)) {
         SmoothSurfaceNormals(*job.m_pOptKer, job.m_pNormalX.get(), job.m_pNormalY.get(),
                              job.m_pNormalZ.get());
     }

@@ -1,6 +1,7 @@
 #include "profile/NodeEvaluation.h"
 
 #include "base/Vector3.h"
+#include "profile/FrozenWall.h"
 #include "profile/JobViews.h"
 #include "profile/ProfileInputs.h"
 #include "profile/ReductionTable.h"
@@ -46,6 +47,9 @@ int CalcuFrozenAtNode(FrozenLayerJob& job, int i, double x, double y, double z, 
     const bool resolved = job.m_options.Rules().seesInsideCells;
     qnl::profile::ReduceProfile({inputs, profile, scratch, resolved ? &scratch.resolved : nullptr, result},
                                 job.m_dKernelScratch);
+    if (resolved) {
+        result.layers = qnl::profile::FrozenWall(job, scratch.resolved);
+    }
     result.hasProfile = true;
     return 1;
 }

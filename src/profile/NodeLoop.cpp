@@ -89,6 +89,9 @@ NodeProfileResult EvaluateListedNode(FrozenLayerJob& job, ListPosition position,
                       scratch);
     targets.Store(result, node.Value());
     job.m_pHasProfile[node.Value()] = result.hasProfile ? 1 : 0;
+    if (!job.m_wallLayers.empty()) {
+        job.m_wallLayers[static_cast<std::size_t>(node.Value())] = result.layers;
+    }
     return result;
 }
 
@@ -144,6 +147,7 @@ void EvaluateSurfaceNodes(FrozenLayerJob& job) {
     omp_set_num_threads(job.m_nThreads);
     if (job.m_options.Rules().seesInsideCells) {
         RecoverFields(job);
+        job.m_wallLayers.resize(static_cast<std::size_t>(job.m_nNodes) + 1);
     }
 #pragma omp parallel
     {

@@ -6,7 +6,8 @@ import { deflateSync } from 'node:zlib';
 import { DataFault, decodeBlock, valueOfLevel } from '../../viewer/src/data/decode.js';
 import { readHeader } from '../../viewer/src/data/header.js';
 import { numberText, ticks } from '../../viewer/src/math/numbers.js';
-import { areaHistogram, nearestNode, nodeAreas, nodeNormal, surfaceEdges } from '../../viewer/src/math/surface.js';
+import { freezeCrossings } from '../../viewer/src/math/profile.js';
+import { areaHistogram, nearestNode, nodeAreas, nodeNormal, nodeNormals, onSameWall, surfaceEdges } from '../../viewer/src/math/surface.js';
 import { MAP_NAMES, colourAt } from '../../viewer/src/view/colours.js';
 import { KEYS } from '../../viewer/src/ui/keys.js';
 import { bitsOf, encodeBlock, quantise } from '../../viewer/tools/lib/encode.mjs';
@@ -112,6 +113,33 @@ test('the histogram shares out all of the surface', () => {
 
 test('the nearest of several nodes is found', () => {
     assert.deepEqual(nearestNode(cube(), Uint32Array.from([0, 3, 7]), [1, 1, 0.25]), { index: 1, distance: 0.25 });
+    assert.deepEqual(nearestNode(cube(), Uint32Array.from([0, 3, 7]), [1, 1, 0.25], (node) => node === 0).index, 0);
+    assert.equal(nearestNode(cube(), Uint32Array.from([0, 3, 7]), [1, 1, 0.25], () => false).index, -1);
+});
+
+test('the normals of all nodes are those of each', () => {
+    const model = cube(), normals = nodeNormals(model);
+    for (let node = 0; node < 8; ++node) {
+        nodeNormal(model, node).forEach((x, c) => assert.ok(Math.abs(normals[3 * node + c] - x) < 1e-12));
+    }
+});
+
+test('the same wall has its normal within 30 degrees and its thickness within 25 %', () => {
+    const at = (degrees) => [Math.cos(degrees * Math.PI / 180), Math.sin(degrees * Math.PI / 180), 0];
+    const normals = Float64Array.from([...at(0), ...at(29), ...at(31), ...at(0), ...at(0), ...at(0)]);
+    const walls = [2, 2, 2, 2.49, 2.51, NaN];
+    const seen = (node) => onSameWall(normals, (n) => walls[n], 0, node);
+    assert.deepEqual([1, 2, 3, 4, 5].map(seen), [true, false, true, false, false]);
+});
+
+test('freeze crossings are linear between points, from both sides', () => {
+    const points = [[0, 50], [1, 150], [2, 200], [4, 100]];
+    assert.deepEqual(freezeCrossings(points, 130), { here: 0.8, far: 3.4 });
+    assert.deepEqual(freezeCrossings(points, 50), { here: 0, far: 4 });
+    assert.deepEqual(freezeCrossings(points, 201), { here: null, far: null });
+    assert.equal(freezeCrossings([[0, 50], [1, NaN]], 130), null);
+    assert.equal(freezeCrossings(points, null), null);
+    assert.equal(freezeCrossings([], 130), null);
 });
 
 /** Relative luminance of sRGB bytes (WCAG 2). */

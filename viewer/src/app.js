@@ -1,7 +1,7 @@
-import { MAX_LEVEL } from './data/decode.js';
+import { MAX_LEVEL, valueOfLevel } from './data/decode.js';
 import { itemLabel, timeText } from './data/model.js';
 import { numberText } from './math/numbers.js';
-import { nearestNode, nodeAreas, nodeNormal } from './math/surface.js';
+import { nearestNode, nodeAreas, nodeNormal, nodeNormals, onSameWall } from './math/surface.js';
 import { MAP_NAMES } from './view/colours.js';
 import { Overlay } from './view/overlay.js';
 import { PartView } from './view/part.js';
@@ -11,6 +11,8 @@ import { drawCurves, drawHistogram, drawHistory, drawProfile, fillFacts, fillReg
 import { fillKeyList } from './ui/keys.js';
 
 const BAND_COUNT = 12;
+/** Wall thickness, steady. */
+const WALL_ITEM = 102;
 const byId = (id) => document.getElementById(id);
 
 /** What the page shows and how it changes: one object, asked by mouse, keys and controls alike. */
@@ -241,14 +243,33 @@ export class App {
         const profiles = await this.model.profiles();
         byId('profile-part').hidden = !profiles;
         if (!profiles) return;
-        const { index, distance } = nearestNode(this.model, profiles.nodes, this.model.point(node));
+        const { index, distance } = await this.nearestProfile(profiles, node);
+        byId('profile').toggleAttribute('hidden', index < 0);
+        if (index < 0) {
+            byId('profile-text').textContent = 'No node on this wall carries a profile; frozenlayer probe prints that of any node.';
+            this.overlay.mark('profile', null);
+            return;
+        }
         const at = profiles.nodes[index], { time } = this.state;
         const levels = await Promise.all(this.model.header.times.map((_, t) => profiles.series.at(t)));
         const where = distance > 0 ? `Node ${labels[at]}, ${numberText(distance)} ${this.model.header.length_unit} away, the nearest that carries a profile.` : `At node ${labels[at]} itself.`;
         if (this.state.node !== node || this.state.time !== time) return;
-        byId('profile-text').textContent = where;
         this.overlay.mark('profile', distance > 0 ? this.model.point(at) : null, '', 'small');
-        drawProfile(byId('profile'), this.model, profiles, levels, index, time);
+        const skins = drawProfile(byId('profile'), this.model, profiles, levels, index, time);
+        byId('profile-text').textContent = `${where} ${skins} ${profiles.range.source ?? ''}`.replace(/ +/g, ' ').trim();
+    }
+
+    /** The profile of a node itself, or of the nearest node on the same wall; index -1 for none. */
+    async nearestProfile(profiles, node) {
+        const own = profiles.nodes.indexOf(node);
+        if (own >= 0) return { index: own, distance: 0 };
+        const item = this.model.header.items.findIndex(({ id }) => id === WALL_ITEM);
+        const levels = item < 0 ? null : await this.model.levels(item, 0);
+        if (!levels) return nearestNode(this.model, profiles.nodes, this.model.point(node));
+        this.normals ??= nodeNormals(this.model);
+        const wallOf = (n) => valueOfLevel(levels[n], this.model.header.items[item]);
+        return nearestNode(this.model, profiles.nodes, this.model.point(node),
+            (other) => onSameWall(this.normals, wallOf, node, other));
     }
 
     /** Values of all items at the picked node, while their list is open. */

@@ -37,8 +37,7 @@ struct RunRequest {
     int logLevel = 0;
     int threads = 0;
     bool fibreProbe = false;
-    bool classic = false;
-    bool resolved = false;
+    ModeChoice mode;
     std::string view;
     std::string exportName;
 };
@@ -53,17 +52,13 @@ int ChooseIntermediateTimes(const RunRequest& request, const project::StageFile&
     return count;
 }
 
-Mode ModeOf(const RunRequest& request) {
-    return request.classic ? Mode::Classic : request.resolved ? Mode::Resolved : Mode::Corrected;
-}
-
 RunOptions MakeOptions(const RunRequest& request, int intermediateTimes, RunObserver& observer) {
     RunOptions options;
     options.logLevel = request.logLevel;
     options.fibreProbe = request.fibreProbe;
     options.threads = request.threads;
     options.intermediateTimes = intermediateTimes;
-    options.mode = ModeOf(request);
+    options.mode = request.mode.Value();
     options.observer = &observer;
     return options;
 }
@@ -93,7 +88,7 @@ void AnnounceRun(const RunRequest& request, const project::StageFile& base, int 
     std::cerr << "Evaluating " + project::NativePath(base.Path()) + ": " +
                      project::StageTitle(base.extension) + ", run " + base.run + ", base time and " +
                      text::CountText(intermediateTimes, "intermediate time") + ", " +
-                     RulesOf(ModeOf(request)).name + " mode\n";
+                     RulesOf(request.mode.Value()).name + " mode\n";
     for (const std::string& note : {project::StagesNote(base), runs::MarkerNote(base)}) {
         std::cerr << (note.empty() ? "" : "Warning: " + note + ".\n");
     }
@@ -125,7 +120,7 @@ bool Succeeded(job::ExitCode code, const std::vector<runs::EvaluatedTime>& times
 struct RunOutcome {
     project::StageFile base;
     std::vector<runs::EvaluatedTime> times;
-    bool smoothedNormals = false;
+    series::RunView view;
     std::optional<kernel::KernelMesh> mesh;
 };
 
@@ -137,7 +132,7 @@ bool IsShown(const RunRequest& request) {
 series::LoadedSeries LoadOutcome(const RunRequest& request, RunOutcome outcome) {
     std::vector<results::ResultFileContent> contents;
     series::SeriesFiles files =
-        runs::SeriesOfRun(outcome.base, std::move(outcome.times), outcome.smoothedNormals, contents);
+        runs::SeriesOfRun(outcome.base, std::move(outcome.times), outcome.view, contents);
     series::OpenedProject project(files, std::move(*outcome.mesh));
     return series::LoadSeries(std::move(files), std::move(project), contents,
                               request.view.empty() ? 0 : page::kPageProfiles);
@@ -189,8 +184,7 @@ bool Run(const RunRequest& request) {
     if (!succeeded || !IsShown(request)) {
         return succeeded;
     }
-    return ShowResults(request, frame,
-                       {base, std::move(times), progress.SmoothedNormals(), progress.TakeMesh()});
+    return ShowResults(request, frame, {base, std::move(times), progress.View(), progress.TakeMesh()});
 }
 
 std::string CheckIntermediateTimes(const std::string& text) {
@@ -243,21 +237,14 @@ void AddOptions(Subcommand& command, RunRequest& request) {
              "are replaced")
         .Type("NAME")
         .Check(exports::CheckExportName);
-    command.AddFlag(
-        "--resolved", request.resolved,
-        "See the wall by the field along the normal, not by averages of faces and cells; each output "
-        "time on its own");
-    command
-        .AddFlag("--classic", request.classic,
-                 "Carry state from one output time to the next (see docs/modes.md); without it "
-                 "each output time is evaluated on its own")
-        .Excludes("--resolved");
+    AddModeOptions(command, request.mode);
 }
 
 }  // namespace
 
-bool RunStage(const std::string& stageFile, const std::string& page) {
+bool RunStage(const std::string& stageFile, const std::string& page, const ModeChoice& mode) {
     RunRequest request;
+    request.mode = mode;
     request.target = stageFile;
     request.view = page;
     return Run(request);

@@ -19,6 +19,7 @@ namespace fs = std::filesystem;
 struct ShowRequest {
     imports::ImportRequest import;  ///< its folder is empty for a temporary project
     std::string page;
+    ModeChoice mode;
 };
 
 /// A new folder in the system's place for temporary files; gone with the object.
@@ -46,7 +47,7 @@ private:
 bool ShowProject(const ShowRequest& request) {
     const std::string stageFile = ImportProject(request.import);
     std::cout << "\n";
-    return RunStage(stageFile, request.page);
+    return RunStage(stageFile, request.page, request.mode);
 }
 
 bool Show(ShowRequest request) {
@@ -81,6 +82,7 @@ void AddShowCommand(Program& program) {
         .Add("--keep", request->import.folder, "Project folder to make; without it the project is temporary")
         .Type("FOLDER");
     command.AddFlag("--force", request->import.force, "Replace a project that stands there").Needs("--keep");
+    AddModeOptions(command, request->mode);
 }
 
 }  // namespace qnl::commands

@@ -95,11 +95,13 @@ ExportFrame TimeFrame(const series::LoadedSeries& loaded, std::size_t time) {
     ExportFrame frame;
     frame.numbers.push_back({"TimeValue", loaded.series.times[time].axis});
     frame.arrays.push_back(ResultStatus(loaded.results.hasResult[time]));
-    for (const series::ItemOverTime& item : loaded.results.items) {
-        const std::vector<float>& values = item.values[time];
-        frame.arrays.push_back(
-            {series::Label(item.name, item.unit), 1,
-             values.empty() ? std::vector<float>(loaded.surface.Nodes(), kNothing) : values});
+    for (const auto* items : {&loaded.results.items, &loaded.layers}) {
+        for (const series::ItemOverTime& item : *items) {
+            const std::vector<float>& values = item.values[time];
+            frame.arrays.push_back(
+                {series::Label(item.name, item.unit), 1,
+                 values.empty() ? std::vector<float>(loaded.surface.Nodes(), kNothing) : values});
+        }
     }
     return frame;
 }

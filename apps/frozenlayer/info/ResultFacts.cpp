@@ -1,9 +1,16 @@
+#include <utility>
+#include <vector>
+
 #include "context/Mode.h"
 #include "info/FactReaders.h"
+#include "platform/Faults.h"
 #include "project/ProjectPaths.h"
 #include "results/ResultFile.h"
 #include "series/ItemStatistics.h"
 #include "series/PeopleNames.h"
+#include "series/SeriesFiles.h"
+#include "series/SurfaceRays.h"
+#include "series/WallReadings.h"
 
 namespace qnl::info {
 
@@ -68,6 +75,52 @@ FactTable ItemTable(const results::ResultFileContent& content, bool isWarp) {
     return table;
 }
 
+/// The frozen layers that the profiles of a result of the resolved mode show.
+FactTable LayerTable(const std::string& path) {
+    const series::SeriesFiles files = series::FindSeriesFiles({{path}, true});
+    series::OpenedProject project(files);
+    const series::Surface surface = series::SurfaceOf(project);
+    const series::SurfaceRays rays = series::TraceSurfaceRays(project, surface);
+    project.LoadTemperatures(files.times.front().stageFile);
+    const series::WallReadings walls = series::ReadWalls(project, surface, rays);
+    FactTable table{"layers",
+                    "Frozen layers, read along the normals from the stage result",
+                    {{"id", "Id"},
+                     {"meaning", "Meaning"},
+                     {"unit", "Unit"},
+                     {"min", "Minimum"},
+                     {"mean", "Mean"},
+                     {"max", "Maximum"},
+                     {"values", "Values"}},
+                    {}};
+    for (std::size_t k = 0; k < series::kWallNames.size(); ++k) {
+        const series::PeopleName& name = series::kWallNames[k];
+        const series::ItemStatistics values = series::Summarise(walls.layers[k]);
+        table.rows.push_back({std::int64_t{name.id}, std::string(name.name), std::string(name.unit),
+                              values.min, values.mean, values.max, values.finite});
+    }
+    return table;
+}
+
+/// A result without its project is told of all the same.
+void AddLayers(const std::string& path, FileFacts& facts) {
+    std::vector<Fault> before = TakeFaults();
+    try {
+        facts.tables.push_back(LayerTable(path));
+    } catch (const project::InputProblem& problem) {
+        facts.Add("layers_missing", "Frozen layers", "", std::string("not known: ") + problem.what());
+        TakeFaults();
+    }
+    for (Fault& fault : before) {
+        RecordFault(std::move(fault));
+    }
+}
+
+bool HasLayers(const results::ResultFileContent& content, const std::string& path) {
+    return IsOurs(content) && content.head.flag == static_cast<int>(Mode::Resolved) &&
+           !series::IsWarpResult(path);
+}
+
 }  // namespace
 
 FileFacts ReadResultFacts(const std::string& path) {
@@ -77,6 +130,9 @@ FileFacts ReadResultFacts(const std::string& path) {
         AddHead(content, facts);
         AddEntries(content, facts);
         facts.tables.push_back(ItemTable(content, series::IsWarpResult(path)));
+        if (HasLayers(content, path)) {
+            AddLayers(path, facts);
+        }
         return facts;
     } catch (const results::ResultFileError& error) {
         throw project::InputProblem(error.what());

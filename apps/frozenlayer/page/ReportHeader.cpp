@@ -13,8 +13,6 @@ namespace qnl::page {
 
 namespace {
 
-constexpr std::size_t kRegions = 10;
-
 using text::Json;
 
 Json ItemJson(const ReportItem& item) {
@@ -25,6 +23,15 @@ Json ItemJson(const ReportItem& item) {
     return {{"id", item.id},         {"name", item.name},          {"unit", item.unit},
             {"note", item.note},     {"min", item.range.min},      {"max", item.range.max},
             {"steady", item.steady}, {"blocks", std::move(blocks)}};
+}
+
+/// How the profiles come about, one sentence.
+std::string ProfileSource(const series::SeriesFiles& series) {
+    const std::string mode = RulesOf(series.view.mode).name;
+    return series.SeesInsideCells()
+               ? "Resolved mode: the temperature field along the inward normal, from wall to wall."
+               : "Results of the " + mode +
+                     " mode: averages of faces and cells, placed at the middles of their boxes.";
 }
 
 /// Null without profiles.
@@ -39,6 +46,7 @@ Json ProfilesJson(const series::LoadedSeries& loaded, const ValueRange& range) {
     return {{"nodes", loaded.profiles.nodes.size()},
             {"samples", loaded.profiles.depths.size()},
             {"name", "Temperature"},
+            {"source", ProfileSource(loaded.series)},
             {"unit", "°C"},
             {"min", range.min},
             {"max", range.max},
@@ -71,7 +79,7 @@ Json RegionJson(const series::LoadedSeries& loaded, const series::FreezingRegion
 Json RegionsJson(const series::LoadedSeries& loaded) {
     Json list = Json::array();
     const auto& regions = loaded.regions.regions;
-    for (std::size_t i = 0; i < std::min(kRegions, regions.size()); ++i) {
+    for (std::size_t i = 0; i < std::min(series::kShownRegions, regions.size()); ++i) {
         list.push_back(RegionJson(loaded, regions[i]));
     }
     return list;
@@ -96,6 +104,7 @@ Json FactsJson(const series::LoadedSeries& loaded) {
         {"Material", FileName(loaded.project.MaterialFile())},
         {"Freeze temperature", freeze ? text::NumberText(*freeze) + " °C" : "none"},
         {"Stage", std::string(project::StageTitle(base.extension)) + ", run " + base.run},
+        {"Mode", RulesOf(loaded.series.view.mode).name},
         {"Times", TimesText(loaded.series)},
         {"Program", "frozenlayer " QNL_VERSION}};
     Json list = Json::array();

@@ -1,9 +1,11 @@
 #include "page/ReportItems.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <utility>
 
+#include "series/PeopleNames.h"
 #include "text/NumberText.h"
 
 namespace qnl::page {
@@ -11,7 +13,6 @@ namespace qnl::page {
 namespace {
 
 constexpr int kTimeToFreezeItem = 101;
-constexpr int kWallThicknessItem = 102;
 constexpr int kNeverFrozenStatus = 1;
 
 ReportItem ItemOfResults(const series::ItemOverTime& item) {
@@ -32,14 +33,31 @@ ReportItem TimeToFreeze(const series::LoadedSeries& loaded) {
             {}};
 }
 
+/// What the notes of the frozen layers say, in their order.
+constexpr std::array<const char*, series::kLayerNames> kLayerNotes{
+    "Depth at which the temperature along the normal first reaches the freeze temperature",
+    "The same from the opposite wall",
+    "What lies between the two frozen layers",
+};
+
+std::vector<ReportItem> FrozenLayers(const series::LoadedSeries& loaded) {
+    std::vector<ReportItem> items;
+    for (const series::ItemOverTime& item : loaded.layers) {
+        items.push_back(ItemOfResults(item));
+        items.back().note = kLayerNotes[items.size() - 1];
+    }
+    return items;
+}
+
 ReportItem WallThickness(const series::LoadedSeries& loaded) {
     std::vector<float> walls;
     for (const double wall : loaded.rays.wall) {
         walls.push_back(wall > 0.0 ? static_cast<float>(wall) : std::numeric_limits<float>::quiet_NaN());
     }
-    return {kWallThicknessItem,
-            "Wall thickness",
-            "mm",
+    const series::PeopleName& wall = series::kWallNames.back();
+    return {wall.id,
+            std::string(wall.name),
+            std::string(wall.unit),
             "Way of the inward ray in the solid, runner included",
             true,
             {std::move(walls)},
@@ -57,6 +75,9 @@ std::vector<ReportItem> ReportItems(const series::LoadedSeries& loaded) {
     std::vector<ReportItem> items;
     for (const series::ItemOverTime& item : loaded.results.items) {
         items.push_back(ItemOfResults(item));
+    }
+    for (ReportItem& item : FrozenLayers(loaded)) {
+        items.push_back(std::move(item));
     }
     if (loaded.history && loaded.history->Freezes()) {
         items.push_back(TimeToFreeze(loaded));

@@ -22,7 +22,7 @@ struct ReportItem {
     std::string BlockName(std::size_t time) const;
 };
 
-/// The items of the results, then time to freeze and wall thickness.
+/// The items of the results, then the frozen layers, time to freeze and wall thickness.
 std::vector<ReportItem> ReportItems(const series::LoadedSeries& loaded);
 
 /// What a missing value of the page may mean, by status.

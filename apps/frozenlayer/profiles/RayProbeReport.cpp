@@ -21,11 +21,13 @@ std::vector<std::string_view> NameEndings() {
     return {".csv", ".vtp"};
 }
 
-/// One probed node: its pass elements by depth and their temperatures by time.
+/// One probed node: its pass elements by depth, or in the resolved mode samples of the field, and their
+/// temperatures by time.
 struct ProbedRay {
     int node = 0;  ///< surface node
     series::DepthProfile profile;
     std::vector<std::vector<double>> temperatures;  ///< by time, 1-based by element
+    std::vector<WallLayers> layers;                 ///< by time; none unless in the resolved mode
 };
 
 /// What the rays are probed in.
@@ -89,21 +91,37 @@ void ChooseRays(const ProbeRequest& request, Probe& probe) {
     }
     for (const int node : nodes) {
         const auto i = static_cast<std::size_t>(node);
-        probe.rays.push_back(
-            {node, ElementsByDepth(probe.project, probe.traced.elements[i], probe.traced.inward[i]), {}});
+        probe.rays.emplace_back().node = node;
+        if (!probe.project.SeesInsideCells()) {
+            probe.rays.back().profile =
+                ElementsByDepth(probe.project, probe.traced.elements[i], probe.traced.inward[i]);
+        }
+    }
+}
+
+void AddAverages(Probe& probe) {
+    const profile::PassElementField field = probe.project.Temperatures();
+    for (ProbedRay& ray : probe.rays) {
+        std::vector<double>& values = ray.temperatures.emplace_back(ray.profile.elements.size());
+        for (std::size_t j = 1; j < values.size(); ++j) {
+            values[j] = field[ray.profile.Element(j)];
+        }
+    }
+}
+
+void AddField(Probe& probe) {
+    series::RayFollower follower(probe.project, probe.surface, probe.traced);
+    for (ProbedRay& ray : probe.rays) {
+        const profile::ResolvedProfile& profile = follower.Follow(static_cast<std::size_t>(ray.node));
+        ray.profile = SamplesOfField(probe.project, profile, ray.temperatures.emplace_back());
+        ray.layers.push_back(follower.Layers());
     }
 }
 
 void ReadTemperatures(Probe& probe) {
     for (const series::SeriesTime& time : probe.series.times) {
         probe.project.LoadTemperatures(time.stageFile);
-        const profile::PassElementField field = probe.project.Temperatures();
-        for (ProbedRay& ray : probe.rays) {
-            std::vector<double>& values = ray.temperatures.emplace_back(ray.profile.elements.size());
-            for (std::size_t j = 1; j < values.size(); ++j) {
-                values[j] = field[ray.profile.Element(j)];
-            }
-        }
+        (probe.project.SeesInsideCells() ? AddField : AddAverages)(probe);
     }
 }
 
@@ -137,6 +155,18 @@ std::string FrozenText(const Probe& probe, double temperature) {
     return !freeze ? "" : temperature < *freeze ? "1" : "0";
 }
 
+/// The frozen layers of the wall, each behind a comma; empty where they are not known.
+std::string LayersText(const ProbedRay& ray, std::size_t time) {
+    std::string text;
+    for (std::size_t k = 0; k < series::kWallNames.size(); ++k) {
+        text += ",";
+        const float value = ray.layers.empty() ? std::numeric_limits<float>::quiet_NaN()
+                                               : series::ValuesOf(ray.layers[time])[k];
+        text += std::isfinite(value) ? text::ExactText(value) : "";
+    }
+    return text;
+}
+
 std::string Row(const Probe& probe, const ProbedRay& ray, std::size_t time, std::size_t element) {
     const mesh::PassElementNumbering numbering = probe.project.Elements().Numbering();
     const PassElement passed = ray.profile.Element(element);
@@ -151,13 +181,17 @@ std::string Row(const Probe& probe, const ProbedRay& ray, std::size_t time, std:
     for (const float coordinate : PlaceOnRay(probe, ray, element)) {
         row += "," + text::ExactText(coordinate);
     }
-    return row + "\n";
+    return row + LayersText(ray, time) + "\n";
 }
 
 std::string TableText(const Probe& probe) {
-    std::string text =
-        "Node label," + exports::CsvField(series::Label(probe.series.AxisName(), probe.series.AxisUnit())) +
-        ",Depth [mm],Temperature [°C],Frozen,Element kind,Element number,x [mm],y [mm],z [mm]\n";
+    std::string text = "Node label," +
+                       exports::CsvField(series::Label(probe.series.AxisName(), probe.series.AxisUnit())) +
+                       ",Depth [mm],Temperature [°C],Frozen,Element kind,Element number,x [mm],y [mm],z [mm]";
+    for (const series::PeopleName& name : series::kWallNames) {
+        text += "," + exports::CsvField(series::Label(std::string(name.name), std::string(name.unit)));
+    }
+    text += "\n";
     for (const ProbedRay& ray : probe.rays) {
         for (std::size_t t = 0; t < ray.temperatures.size(); ++t) {
             for (std::size_t j = 1; j < ray.profile.elements.size(); ++j) {

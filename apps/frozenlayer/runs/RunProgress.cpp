@@ -2,6 +2,7 @@
 
 #include "base/WindowsPath.h"
 #include "context/FrozenLayerJob.h"
+#include "context/RunConditions.h"
 #include "platform/Stages.h"
 #include "project/FaultReport.h"
 #include "project/ProjectPaths.h"
@@ -21,7 +22,7 @@ void RunProgress::TimeBegins(int index, int intermediateTimes, const char* stage
     begin_ = Clock::now();
     timeCount_ = intermediateTimes + 1;
     const project::StageSummary summary = project::ReadStageSummary(stageFile);
-    times_.push_back({{index, summary.seconds}, stageFile, "", false, {}});
+    times_.push_back({{index, summary.seconds}, stageFile, "", false, {}, {}});
     if (wishes_.checkNodeIds) {
         project::RecordNodeIdMisuse(stageFile, summary);
     }
@@ -44,6 +45,7 @@ void RunProgress::TimeEnds(int /*index*/, bool evaluated, const FrozenLayerJob& 
     if (job.m_bKernelFlag == 1) {
         return;  // the probe evaluates no surface nodes
     }
+    time.layers = series::LayersOfRun(job);
     const std::chrono::duration<double> elapsed = Clock::now() - begin_;
     bar_.Line(Title() + ": " + text::CountText(job.m_nSurfaceNodes, "surface node") + " evaluated in " +
               text::NumberText(elapsed.count()) + " s");
@@ -53,7 +55,7 @@ void RunProgress::RunEnds(const FrozenLayerJob& job) {
     if (job.m_bKernelFlag != 1) {
         walls_ = series::CountDeepWalls(job);
     }
-    smoothedNormals_ = job.m_bHasIntermediateTimes == 1;
+    view_ = {job.m_options.mode, SmoothsNormals(job)};
     isThermoset_ = job.m_bIsThermoset != 0;
     if (wishes_.keepMesh) {
         mesh_ = kernel::TakeMesh(*job.m_pOptKer);

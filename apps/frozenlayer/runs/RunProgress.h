@@ -10,7 +10,9 @@
 #include "kernel/MeshKernelState.h"
 #include "project/OutputTime.h"
 #include "results/ResultFile.h"
+#include "series/SeriesFiles.h"
 #include "series/WallDepth.h"
+#include "series/WallReadings.h"
 #include "text/ProgressBar.h"
 
 namespace qnl::runs {
@@ -22,6 +24,7 @@ struct EvaluatedTime {
     std::string resultFile;
     bool evaluated = false;
     std::optional<results::ResultFileContent> content;  ///< of the result file, once it is read
+    series::WallValues layers;                          ///< as series::LayersOfRun
 };
 
 /// What a run is followed for beyond its progress.
@@ -41,7 +44,7 @@ public:
     void RunEnds(const FrozenLayerJob& job) override;
 
     std::vector<EvaluatedTime> TakeTimes() { return std::move(times_); }
-    bool SmoothedNormals() const { return smoothedNormals_; }
+    const series::RunView& View() const { return view_; }
     bool IsThermoset() const { return isThermoset_; }
     /// The mesh of a run that came to its end, when it was wished for; once.
     std::optional<kernel::KernelMesh> TakeMesh() { return std::exchange(mesh_, std::nullopt); }
@@ -60,7 +63,7 @@ private:
     Clock::time_point begin_;
     std::vector<EvaluatedTime> times_;
     series::DeepWalls walls_;
-    bool smoothedNormals_ = false;
+    series::RunView view_;
     bool isThermoset_ = false;
     std::optional<kernel::KernelMesh> mesh_;
 };

@@ -16,20 +16,31 @@ namespace {
 
 using Align = text::TextTable::Align;
 
-text::TextTable ItemTable(const results::ResultFileContent& content, bool isWarp) {
+void AddRow(text::TextTable& table, std::string name, std::string unit, const std::vector<float>& numbers) {
+    const series::ItemStatistics values = series::Summarise(numbers);
+    table.AddRow({std::move(name), std::move(unit), text::NumberText(values.min),
+                  text::NumberText(values.mean), text::NumberText(values.max),
+                  std::to_string(values.finite)});
+}
+
+text::TextTable ItemTable(const EvaluatedTime& time) {
     text::TextTable table({{"Item"},
                            {"Unit"},
                            {"Minimum", Align::Right},
                            {"Mean", Align::Right},
                            {"Maximum", Align::Right},
                            {"Nodes", Align::Right}});
-    for (const results::ResultItem& item : content.items) {
+    const bool isWarp = series::IsWarpResult(time.resultFile);
+    for (const results::ResultItem& item : time.content->items) {
         const series::PeopleName* people = series::FindPeopleName(item.id, isWarp);
-        const series::ItemStatistics values = series::Summarise(item.values);
-        table.AddRow({people != nullptr ? std::string(people->name) : item.name,
-                      people != nullptr ? std::string(people->unit) : series::PeopleUnit(item.unit),
-                      text::NumberText(values.min), text::NumberText(values.mean),
-                      text::NumberText(values.max), std::to_string(values.finite)});
+        AddRow(table, people != nullptr ? std::string(people->name) : item.name,
+               people != nullptr ? std::string(people->unit) : series::PeopleUnit(item.unit), item.values);
+    }
+    for (std::size_t k = 0; k < time.layers.size(); ++k) {
+        if (!isWarp && series::Summarise(time.layers[k]).finite > 0) {
+            AddRow(table, std::string(series::kWallNames[k].name), std::string(series::kWallNames[k].unit),
+                   time.layers[k]);
+        }
     }
     return table;
 }
@@ -41,7 +52,7 @@ void PrintResult(const EvaluatedTime& time, std::ostream& out) {
         out << "  no node has a result\n\n";
         return;
     }
-    ItemTable(content, series::IsWarpResult(time.resultFile)).Print(out);
+    ItemTable(time).Print(out);
     out << "\n";
 }
 
@@ -87,12 +98,13 @@ void PrintResultTables(const std::vector<EvaluatedTime>& times, std::ostream& ou
 }
 
 series::SeriesFiles SeriesOfRun(const project::StageFile& base, std::vector<EvaluatedTime> times,
-                                bool smoothedNormals, std::vector<results::ResultFileContent>& contents) {
+                                const series::RunView& view,
+                                std::vector<results::ResultFileContent>& contents) {
     std::vector<series::SeriesTime> seriesTimes;
     for (const EvaluatedTime& time : times) {
         seriesTimes.push_back({time.time, time.stageFile, time.resultFile, 0.0});
     }
-    series::SeriesFiles files = series::OrderSeriesFiles(base, std::move(seriesTimes), smoothedNormals);
+    series::SeriesFiles files = series::OrderSeriesFiles(base, std::move(seriesTimes), view);
     contents.clear();
     for (const series::SeriesTime& ordered : files.times) {
         const auto own = std::find_if(times.begin(), times.end(), [&](const EvaluatedTime& time) {

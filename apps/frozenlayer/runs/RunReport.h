@@ -13,15 +13,16 @@ namespace qnl::runs {
 /// cannot be read.
 bool ReadResults(std::vector<EvaluatedTime>& times);
 
-/// Prints, for every output time with a result, a table of its items as the result file holds them: name,
-/// unit, minimum, mean, maximum, number of nodes. Output times stand in the order of their real times
-/// where all are known, else in the order of evaluation.
+/// Prints, for every output time with a result, a table of its items as the result file holds them, then of
+/// the frozen layers: name, unit, minimum, mean, maximum, number of nodes. Output times stand in the order of
+/// their real times where all are known, else in the order of evaluation.
 void PrintResultTables(const std::vector<EvaluatedTime>& times, std::ostream& out);
 
 /// The series that a run has written. Every time has been evaluated and its result read; the contents move
 /// into `contents`, by time of the series.
 series::SeriesFiles SeriesOfRun(const project::StageFile& base, std::vector<EvaluatedTime> times,
-                                bool smoothedNormals, std::vector<results::ResultFileContent>& contents);
+                                const series::RunView& view,
+                                std::vector<results::ResultFileContent>& contents);
 
 /// Prints the paths under a heading.
 void PrintWrittenFiles(const std::vector<std::string>& paths, std::ostream& out);

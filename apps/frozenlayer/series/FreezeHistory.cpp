@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include "kernel/mesh/MeshSizes.h"
-#include "mesh/MeshNodes.h"
 
 namespace qnl::series {
 
@@ -61,26 +61,6 @@ double ShareBelow(const std::vector<double>& weights, const double* values, doub
     return all > 0.0 ? kPercent * below / all : 0.0;
 }
 
-double Hottest(const profile::PassElementField& temperatures, const std::vector<int>& elements) {
-    double hottest = temperatures[PassElement(elements.front())];
-    for (const int element : elements) {
-        hottest = std::max(hottest, temperatures[PassElement(element)]);
-    }
-    return hottest;
-}
-
-std::vector<double> HottestAlongRays(const OpenedProject& project, const Surface& surface,
-                                     const SurfaceRays& rays) {
-    const profile::PassElementField temperatures = project.Temperatures();
-    std::vector<double> hottest(surface.Nodes(), kNothing);
-    for (std::size_t i = 0; i < hottest.size(); ++i) {
-        if (HasProfile(project, surface, rays, i)) {
-            hottest[i] = Hottest(temperatures, rays.elements[i]);
-        }
-    }
-    return hottest;
-}
-
 void SettleFreezing(const SeriesFiles& series, FreezeHistory& history) {
     std::vector<double> times;
     for (const SeriesTime& time : series.times) {
@@ -106,39 +86,7 @@ void SettleFreezing(const SeriesFiles& series, FreezeHistory& history) {
     }
 }
 
-std::vector<DepthProfile> SortProfiles(const OpenedProject& project, const SurfaceRays& rays,
-                                       const std::vector<int>& nodes) {
-    std::vector<DepthProfile> sorted;
-    for (const int node : nodes) {
-        const auto i = static_cast<std::size_t>(node);
-        sorted.push_back(ElementsByDepth(project, rays.elements[i], rays.inward[i]));
-    }
-    return sorted;
-}
-
-void AddProfileTime(const OpenedProject& project, const std::vector<DepthProfile>& sorted,
-                    DepthProfiles& profiles) {
-    const bool first = profiles.temperatures.empty();
-    std::vector<float>& temperatures = profiles.temperatures.emplace_back();
-    std::vector<double> values;
-    for (const DepthProfile& profile : sorted) {
-        const DepthProfile samples = SamplesByDepth(project, profile, values);
-        temperatures.insert(temperatures.end(), values.begin() + 1, values.end());
-        if (first) {
-            profiles.counts.push_back(samples.Count());
-            for (std::size_t j = 1; j < samples.depths.size(); ++j) {
-                profiles.depths.push_back(static_cast<float>(samples.Below(j)));
-            }
-        }
-    }
-}
-
 }  // namespace
-
-bool HasProfile(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays,
-                std::size_t i) {
-    return rays.elements[i].size() >= 2 && mesh::IsPartNode(project.Job(), NodeId(surface.nodes[i]));
-}
 
 bool FreezeHistory::Freezes() const {
     return std::isfinite(freezeTemperature);
@@ -157,20 +105,21 @@ PartMeasure MeasurePart(const OpenedProject& project) {
 }
 
 FreezeHistory ReadFreezeHistory(OpenedProject& project, const SeriesFiles& series, const Surface& surface,
-                                const SurfaceRays& rays, DepthProfiles& profiles) {
+                                const SurfaceRays& rays, ProfileSeries& profiles) {
     FreezeHistory history;
     history.freezeTemperature = project.FreezeTemperature().value_or(kNothing);
     const PartMeasure measure = MeasurePart(project);
-    const std::vector<DepthProfile> sorted = SortProfiles(project, rays, profiles.nodes);
     for (const SeriesTime& time : series.times) {
         project.LoadTemperatures(time.stageFile);
-        history.hottest.push_back(HottestAlongRays(project, surface, rays));
+        WallReadings walls = ReadWalls(project, surface, rays);
+        history.hottest.push_back(std::move(walls.hottest));
+        history.layers.push_back(std::move(walls.layers));
         const FrozenLayerJob& job = project.Job();
         history.frozenVolume.push_back(
             ShareBelow(measure.cellVolumes, job.m_pCellData[kTemperature].get(), history.freezeTemperature));
         history.frozenSurface.push_back(
             ShareBelow(measure.faceAreas, job.m_pSurfData[kTemperature].get(), history.freezeTemperature));
-        AddProfileTime(project, sorted, profiles);
+        profiles.AddTime();
     }
     SettleFreezing(series, history);
     return history;

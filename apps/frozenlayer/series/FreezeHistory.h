@@ -3,9 +3,11 @@
 #include <optional>
 #include <vector>
 
+#include "series/DepthProfiles.h"
 #include "series/OpenedProject.h"
 #include "series/SeriesFiles.h"
 #include "series/SurfaceRays.h"
+#include "series/WallReadings.h"
 
 namespace qnl::series {
 
@@ -18,6 +20,7 @@ struct FreezeHistory {
     std::vector<std::vector<double>>
         hottest;                        ///< by time, by surface node: highest temperature along the whole
                                         ///< ray, degC; not a number outside the part and without a profile
+    std::vector<WallValues> layers;     ///< by time, as in WallReadings
     std::vector<float> timeToFreeze;    ///< on the axis of the series; not a number unless it freezes
     std::vector<FreezeStatus> status;   ///< by surface node
     std::vector<double> frozenVolume;   ///< by time, % of the part's volume
@@ -27,31 +30,20 @@ struct FreezeHistory {
     bool Freezes() const;
 };
 
-/// Temperature over depth at some surface nodes, samples node after node.
-struct DepthProfiles {
-    std::vector<int> nodes;                        ///< surface nodes, each with a profile
-    std::vector<int> counts;                       ///< samples of each
-    std::vector<float> depths;                     ///< mm below the first sample
-    std::vector<std::vector<float>> temperatures;  ///< by time, degC
-};
-
 /// Weights of the part, 1-based, 0 for what belongs to the runner.
 struct PartMeasure {
     std::vector<double> cellVolumes;  ///< mm3
     std::vector<double> faceAreas;    ///< mm2
 };
 
-/// Whether surface node `i` belongs to the part and its ray passes at least two elements.
-bool HasProfile(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays, std::size_t i);
-
 PartMeasure MeasurePart(const OpenedProject& project);
 
 /// Reads the temperatures of every output time once. A node freezes at the first time at which the highest
 /// temperature along its whole ray, beyond the depth window too, is below the freeze temperature, linear
-/// between output times; frozen at the first output time counts as that time. `profiles` comes with its nodes
-/// and receives their profiles. Raises InputProblem for a stage file that cannot be used.
+/// between output times; frozen at the first output time counts as that time. `profiles` gets every output
+/// time. Raises InputProblem for a stage file that cannot be used.
 FreezeHistory ReadFreezeHistory(OpenedProject& project, const SeriesFiles& series, const Surface& surface,
-                                const SurfaceRays& rays, DepthProfiles& profiles);
+                                const SurfaceRays& rays, ProfileSeries& profiles);
 
 /// The time at which the values first fall below the limit, linear between times; the first time when they
 /// begin below it, none when they never are.

@@ -20,6 +20,7 @@ struct LoadedSeries {
     OpenedProject project;
     Surface surface;
     SurfaceResults results;
+    std::vector<ItemOverTime> layers;  ///< the first kLayerNames; none unless of the resolved mode
     SurfaceRays rays;
     std::vector<int> order;                ///< surface nodes along a space-filling curve
     std::optional<FreezeHistory> history;  ///< none for a stage without temperatures, or when stage files are
@@ -29,7 +30,11 @@ struct LoadedSeries {
     std::string withoutHistory;            ///< why there is none, one sentence
 };
 
-/// Loads a series from its files, with the profiles of at most `profileNodes` nodes spread over the part.
+/// Regions whose nodes have profiles of their own.
+inline constexpr std::size_t kShownRegions = 10;
+
+/// Loads a series from its files, with the profiles of at most `profileNodes` nodes spread over the part and,
+/// unless that is none, of the nodes of the regions that freeze last.
 /// Raises InputProblem.
 LoadedSeries LoadSeries(SeriesFiles series, std::size_t profileNodes);
 

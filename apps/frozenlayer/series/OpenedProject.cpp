@@ -6,6 +6,7 @@
 
 #include "job/OutputTimes.h"
 #include "job/RunSequence.h"
+#include "profile/ResolvedFields.h"
 #include "project/ProjectInputs.h"
 #include "text/StreamRedirection.h"
 
@@ -72,7 +73,7 @@ void OpenedProject::NameInputs(const SeriesFiles& series) {
     const project::ProjectInputs inputs = project::ReadProjectInputs(base);
     meshFile_ = inputs.meshFile;
     materialFile_ = inputs.materialFile;
-    job_->m_options.mode = Mode::Corrected;
+    job_->m_options.mode = series.SeesInsideCells() ? Mode::Resolved : Mode::Corrected;
     job_->m_szLogFile.Set(base.Sibling(".lgz"));
     job_->m_szMeshFile.Set(meshFile_);
     job_->m_szMaterialFile.Set(materialFile_);
@@ -84,7 +85,7 @@ void OpenedProject::OpenInputs(const SeriesFiles& series, RunStep first, RunStep
     job_->m_szInputResult = stageFile.c_str();
     const job::SequenceEnd end = job::RunSteps(*job_, first, last);
     job_->m_szInputResult = nullptr;
-    job_->m_bHasIntermediateTimes = series.smoothedNormals ? 1 : 0;
+    job_->m_bHasIntermediateTimes = series.view.smoothedNormals ? 1 : 0;
     if (end.code == job::ExitCode::MaterialFailed) {
         Refuse(FirstLine(overhearing.Text()), materialFile_, "the material");
     }
@@ -104,6 +105,9 @@ void OpenedProject::LoadTemperatures(const std::string& stageFile) {
         throw project::InputProblem(project::NativePath(stageFile) +
                                     ": the temperatures of this output time cannot be read" +
                                     (message.empty() ? "" : " (" + message + ")"));
+    }
+    if (SeesInsideCells()) {
+        profile::RecoverFields(*job_);
     }
 }
 

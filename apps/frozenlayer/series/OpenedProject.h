@@ -12,7 +12,8 @@
 namespace qnl::series {
 
 /// The mesh and the material of a stage of a project, opened to look at its results, and the temperatures
-/// of its output times as the corrected mode reads them.
+/// of its output times: inside the cells for results of the resolved mode, else as the corrected mode reads
+/// them, as averages of faces and cells.
 class OpenedProject {
 public:
     /// Raises InputProblem when the run file, the mesh or the material of the series' project is missing
@@ -31,7 +32,10 @@ public:
     /// False for stages without temperatures.
     bool HasTemperatures() const { return job_->m_bHasWarp == 0; }
 
-    /// Reads the temperatures of one output time and carries them to faces and cells. Raises InputProblem
+    bool SeesInsideCells() const { return job_->m_options.Rules().seesInsideCells; }
+
+    /// Reads the temperatures of one output time and carries them to faces and cells, or recovers their
+    /// gradients. Raises InputProblem
     /// when the stage file cannot be used.
     void LoadTemperatures(const std::string& stageFile);
     /// Temperatures of the last output time read, degC.

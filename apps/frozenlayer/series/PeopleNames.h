@@ -49,6 +49,15 @@ constexpr bool IdsAreConsecutive() {
 }
 static_assert(IdsAreConsecutive());
 
+/// What is read of the wall below a node in results of the resolved mode; no result file holds it.
+inline constexpr std::array<PeopleName, 4> kWallNames{{
+    {103, "Frozen layer, this side", "mm"},
+    {104, "Frozen layer, far side", "mm"},
+    {105, "Molten core", "mm"},
+    {102, "Wall thickness", "mm"},
+}};
+inline constexpr std::size_t kLayerNames = 3;  ///< the first of them, which change in time
+
 /// Null for an id that is not ours. In results of the warp stage item 1 holds the sink-mark displacement.
 const PeopleName* FindPeopleName(int id, bool isWarp);
 

@@ -111,38 +111,55 @@ void OrderTimes(SeriesFiles& series) {
     }
 }
 
-/// Runs that smooth their normals write the packing index, and no others do.
-bool ComesFromSmoothedNormals(const std::string& resultFile) {
+/// Of the modes that smooth normals, runs that do write the packing index, and no others.
+RunView ViewOf(const results::ResultFileContent& content) {
     constexpr int kPackingIndex = 11;
+    const bool known = content.head.flag >= 0 && content.head.flag < static_cast<int>(kModeRules.size());
+    RunView view;
+    view.mode = known ? static_cast<Mode>(content.head.flag) : Mode::Classic;
+    view.smoothedNormals =
+        RulesOf(view.mode).smoothsNormals &&
+        std::any_of(content.items.begin(), content.items.end(),
+                    [](const results::ResultItem& item) { return item.id == kPackingIndex; });
+    return view;
+}
+
+RunView ViewOf(const std::string& resultFile) {
     try {
-        const results::ResultFileContent content = results::ReadResultSummary(resultFile);
-        return std::any_of(content.items.begin(), content.items.end(),
-                           [](const results::ResultItem& item) { return item.id == kPackingIndex; });
+        return ViewOf(results::ReadResultSummary(resultFile));
     } catch (const results::ResultFileError& error) {
         throw project::InputProblem(project::FaultSentence(error.What()));
     }
 }
 
-bool ComesFromSmoothedNormals(const std::vector<SeriesTime>& times) {
-    std::optional<bool> first;
+[[noreturn]] void RefuseMixture(const SeriesTime& one, const SeriesTime& other,
+                                const std::string& difference) {
+    throw project::InputProblem(project::NativePath(one.resultFile) + " and " +
+                                project::NativePath(other.resultFile) + " are of different runs, " +
+                                difference + ": make all results again with frozenlayer run");
+}
+
+/// How the run looked that made all of them.
+RunView ViewOf(const std::vector<SeriesTime>& times) {
+    const RunView first = ViewOf(times.front().resultFile);
     for (const SeriesTime& time : times) {
-        const bool smoothed = ComesFromSmoothedNormals(time.resultFile);
-        if (smoothed != first.value_or(smoothed)) {
-            throw project::InputProblem(
-                project::NativePath(time.resultFile) + " and " +
-                project::NativePath(times.front().resultFile) +
-                " are of different runs, of which one smoothed the normals and one did not:"
-                " make all results again with frozenlayer run");
+        const RunView view = ViewOf(time.resultFile);
+        if (view.mode != first.mode) {
+            RefuseMixture(time, times.front(),
+                          std::string("one in the ") + RulesOf(view.mode).name + " and one in the " +
+                              RulesOf(first.mode).name + " mode");
         }
-        first = smoothed;
+        if (view.smoothedNormals != first.smoothedNormals) {
+            RefuseMixture(time, times.front(), "of which one smoothed the normals and one did not");
+        }
     }
-    return *first;
+    return first;
 }
 
 }  // namespace
 
-SeriesFiles OrderSeriesFiles(project::StageFile base, std::vector<SeriesTime> times, bool smoothedNormals) {
-    SeriesFiles series{std::move(base), std::move(times), false, smoothedNormals};
+SeriesFiles OrderSeriesFiles(project::StageFile base, std::vector<SeriesTime> times, const RunView& view) {
+    SeriesFiles series{std::move(base), std::move(times), false, view};
     OrderTimes(series);
     return series;
 }
@@ -165,8 +182,8 @@ SeriesFiles FindSeriesFiles(const SeriesSelection& named) {
         const project::StageSummary summary = project::ReadStageSummary(stage.Path());
         times.push_back({{index, summary.seconds}, stage.Path(), ResultOf(stage).Path(), 0.0});
     }
-    const bool smoothed = ComesFromSmoothedNormals(times);
-    return OrderSeriesFiles(base, std::move(times), smoothed);
+    const RunView view = ViewOf(times);
+    return OrderSeriesFiles(base, std::move(times), view);
 }
 
 }  // namespace qnl::series

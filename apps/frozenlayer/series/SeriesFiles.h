@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "context/Mode.h"
 #include "project/OutputTime.h"
 #include "project/ProjectPaths.h"
 
@@ -16,14 +17,22 @@ struct SeriesTime {
     double axis = 0.0;  ///< place on the axis of the series: s, or the position from 1
 };
 
+/// How a run looked at the wall.
+struct RunView {
+    Mode mode = Mode::Classic;
+    bool smoothedNormals = false;  ///< along smoothed normals, not along those of the mesh
+};
+
 /// The files of the frozen-layer results of one stage of one run, in the order of time.
 struct SeriesFiles {
     project::StageFile base;  ///< stage file of the base time; it need not be there
     std::vector<SeriesTime> times;
     bool realTimes =
         false;  ///< every stage file tells its time; else intermediate times come first, by index
-    bool smoothedNormals = false;  ///< the run smoothed the normals that it looked along
+    RunView view;
 
+    /// Whether the run saw the field inside the cells, not averages of faces and cells.
+    bool SeesInsideCells() const { return RulesOf(view.mode).seesInsideCells; }
     const char* AxisName() const { return realTimes ? "Time" : "Output index"; }
     const char* AxisUnit() const { return realTimes ? "s" : ""; }
 };
@@ -37,7 +46,7 @@ struct SeriesSelection {
 };
 
 /// A series of these times, put into their order, which also decides their places on the axis.
-SeriesFiles OrderSeriesFiles(project::StageFile base, std::vector<SeriesTime> times, bool smoothedNormals);
+SeriesFiles OrderSeriesFiles(project::StageFile base, std::vector<SeriesTime> times, const RunView& view);
 
 /// The series that is named. Raises InputProblem.
 SeriesFiles FindSeriesFiles(const SeriesSelection& named);

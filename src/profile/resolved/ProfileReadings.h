@@ -1,21 +1,14 @@
 #pragma once
 
 #include "base/OneBased.h"
+#include "context/WallLayers.h"
 
 /// Readings of a profile over samples of strictly ascending depth, mm, linear between them. The arrays of one
 /// call have the same count, at least 1.
 namespace qnl::profile {
 
-/// The frozen layers of a wall along the ray, mm.
-struct WallLayers {
-    double frozenHere = 0.0;  ///< depth at which the temperature first reaches the freeze temperature
-    double frozenFar = 0.0;   ///< the same from the far side
-    double moltenCore = 0.0;  ///< what lies between the two; 0 in a wall that is frozen through
-    double wall = 0.0;        ///< from the first to the last sample
-};
-
-/// A temperature at the freeze temperature is not frozen. In a wall that is frozen through both layers are as
-/// thick as the wall.
+/// The layers of the wall from the first to the last sample. A temperature at the freeze temperature is not
+/// frozen. In a wall that is frozen through both layers are as thick as the wall.
 WallLayers ReadWallLayers(OneBased<const double> depths, OneBased<const double> temperatures,
                           double freezeTemperature);
 

@@ -4,13 +4,7 @@
 #include <cstdlib>
 #include <new>
 
-#if defined(__SANITIZE_THREAD__)
-#define QNL_FOREIGN_NEW 1
-#elif defined(__has_feature)
-#if __has_feature(thread_sanitizer)
-#define QNL_FOREIGN_NEW 1
-#endif
-#endif
+#include "support/ThreadSanitizer.h"
 
 namespace {
 
@@ -20,11 +14,7 @@ std::atomic<std::size_t> largest{0};
 }  // namespace
 
 bool CountsAllocations() {
-#ifdef QNL_FOREIGN_NEW
-    return false;
-#else
-    return true;
-#endif
+    return QNL_THREAD_SANITIZER == 0;
 }
 
 std::size_t AllocationCount() {
@@ -39,7 +29,7 @@ void ForgetLargestAllocation() {
     largest = 0;
 }
 
-#ifndef QNL_FOREIGN_NEW
+#if QNL_THREAD_SANITIZER == 0
 
 void* operator new(std::size_t size) {
     ++allocations;

@@ -20,7 +20,7 @@ EvaluatedTime Written(const ScratchFolder& folder, int index, double seconds, fl
     result.maxNode = 1;
     result.items = {{2, "Max_Temperature", "oC", qnl::results::kNodeData, 0.0F, 0.0F, {value}}};
     EXPECT_TRUE(qnl::results::WriteStageResult(path, result));
-    return {{index, seconds}, "", path, true, {}};
+    return {{index, seconds}, "", path, true, {}, {}};
 }
 
 TEST(SeriesOfRun, StandsInTheOrderOfTimeWithItsContents) {
@@ -29,9 +29,11 @@ TEST(SeriesOfRun, StandsInTheOrderOfTimeWithItsContents) {
                                      Written(folder, 2, 2.0, 20.0F)};
     ASSERT_TRUE(qnl::runs::ReadResults(times));
     std::vector<qnl::results::ResultFileContent> contents;
-    const qnl::series::SeriesFiles series = qnl::runs::SeriesOfRun({}, times, true, contents);
+    const qnl::series::SeriesFiles series =
+        qnl::runs::SeriesOfRun({}, times, {qnl::Mode::Resolved, true}, contents);
     EXPECT_TRUE(series.realTimes);
-    EXPECT_TRUE(series.smoothedNormals);
+    EXPECT_TRUE(series.view.smoothedNormals);
+    EXPECT_TRUE(series.SeesInsideCells());
     ASSERT_EQ(series.times.size(), 3U);
     ASSERT_EQ(contents.size(), 3U);
     for (std::size_t t = 0; t < 3; ++t) {

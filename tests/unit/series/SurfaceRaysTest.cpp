@@ -101,8 +101,8 @@ TEST_F(RaysTest, ResultsOfBothKindsInOneSeriesAreRefused) {
     const auto one = [](const Point&) { return 1.0; };
     project_.AddTime(1, 0.5F, one, [](const Point& p) { return OnSurfaceOfCubes(p) ? 1.0 : kNothing; });
     EXPECT_THROW(project_.Series(), qnl::project::InputProblem);
-    EXPECT_FALSE(qnl::series::FindSeriesFiles({{project_.File("box1_001.fzr")}, true}).smoothedNormals);
-    EXPECT_TRUE(qnl::series::FindSeriesFiles({{project_.File("box1.fzr")}, true}).smoothedNormals);
+    EXPECT_FALSE(qnl::series::FindSeriesFiles({{project_.File("box1_001.fzr")}, true}).view.smoothedNormals);
+    EXPECT_TRUE(qnl::series::FindSeriesFiles({{project_.File("box1.fzr")}, true}).view.smoothedNormals);
 }
 
 }  // namespace

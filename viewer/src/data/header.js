@@ -13,7 +13,7 @@ function isItem(item, times) {
 
 function areProfiles(profiles, times) {
     return isCount(profiles.nodes, 1) && isCount(profiles.samples, 1) && isRange(profiles)
-        && isText(profiles.name) && isText(profiles.unit) && isBlockList(profiles.blocks, times);
+        && isText(profiles.name) && isText(profiles.unit) && isText(profiles.source ?? '') && isBlockList(profiles.blocks, times);
 }
 
 const isRegion = (region) => [region.x, region.y, region.z].every(Number.isFinite)

@@ -88,10 +88,33 @@ export function nodeNormal(model, node) {
     return unit(sum);
 }
 
-/** Index of the node among `candidates` nearest to a point, and its distance. */
-export function nearestNode(model, candidates, [x, y, z]) {
-    let best = 0, least = Infinity;
+/** Outward normals of all nodes, the mean over their triangles by area, three numbers a node. */
+export function nodeNormals(model) {
+    const sums = new Float64Array(3 * model.header.nodes);
+    for (let t = 0; t < model.header.triangles; ++t) {
+        const vector = areaVector(model, t);
+        for (const node of model.corners(t)) for (let c = 0; c < 3; ++c) sums[3 * node + c] += vector[c];
+    }
+    for (let n = 0; n < model.header.nodes; ++n) sums.set(unit(sums.subarray(3 * n, 3 * n + 3)), 3 * n);
+    return sums;
+}
+
+const SAME_DIRECTION = Math.cos(Math.PI / 6), SAME_WALL = 0.25;
+
+/**
+ * Whether two nodes see the same wall: normals within 30 degrees, walls within 25 % of that of `node`.
+ * @param wallOf wall thickness of a node, NaN where there is none
+ */
+export function onSameWall(normals, wallOf, node, other) {
+    const wall = wallOf(node);
+    return dot3(normals, node, other) >= SAME_DIRECTION && Math.abs(wallOf(other) - wall) <= SAME_WALL * wall;
+}
+
+/** Index of the node among `candidates` nearest to a point of those that `accepts` takes, and its distance; -1 for none. */
+export function nearestNode(model, candidates, [x, y, z], accepts = () => true) {
+    let best = -1, least = Infinity;
     candidates.forEach((node, i) => {
+        if (!accepts(node)) return;
         const [a, b, c] = model.point(node);
         const squared = (a - x) ** 2 + (b - y) ** 2 + (c - z) ** 2;
         if (squared < least) { least = squared; best = i; }

@@ -67,15 +67,21 @@ function emptied(svg, label) {
 /**
  * Draws lines.
  * @param chart `series` of {points: [x, y][], style, title (optional)}, axis labels, optional ranges,
- *        `atX`, `atY`: marked places on the axes as {value, text}
+ *        `atX`, `atY`: marked places on the axes as {value, text}; `bands`: shaded stretches of the x axis as
+ *        {from, to, title}; `marks`: points as {x, y, text}
  */
-export function drawLines(svg, { series, xLabel, yLabel, label, xRange, yRange, atX = null, atY = null }) {
+export function drawLines(svg, { series, xLabel, yLabel, label, xRange, yRange, atX = null, atY = null, bands = [], marks = [] }) {
     emptied(svg, label);
     const all = series.flatMap(({ points }) => points);
     const reached = all.filter(([, b]) => Number.isFinite(b)).map(([, b]) => b).concat(atY ? [atY.value] : []);
     const { x, y } = drawFrame(svg, {
         xRange: xRange ?? rangeOf(all.map(([a]) => a)), yRange: yRange ?? rangeOf(reached), xLabel, yLabel,
     });
+    for (const { from, to, title } of bands) {
+        const band = svgElement('rect', { class: 'band', x: x(from), width: Math.max(x(to) - x(from), 0), y: FRAME.top, height: FRAME.bottom - FRAME.top });
+        band.append(svgElement('title', {}, title));
+        svg.append(band);
+    }
     if (atX) svg.append(svgElement('line', { class: 'now', x1: x(atX.value), x2: x(atX.value), y1: FRAME.top, y2: FRAME.bottom }));
     for (const { points, style, title } of series) {
         const line = svgElement('path', { class: 'line', d: pathOf(points, x, y), style });
@@ -84,9 +90,15 @@ export function drawLines(svg, { series, xLabel, yLabel, label, xRange, yRange, 
         const known = points.filter(([, b]) => Number.isFinite(b));
         if (known.length === 1) svg.append(svgElement('circle', { cx: x(known[0][0]), cy: y(known[0][1]), r: 3, class: 'dot' }));
     }
-    if (!atY) return;
-    svg.append(svgElement('line', { class: 'limit', x1: FRAME.left, x2: FRAME.right, y1: y(atY.value), y2: y(atY.value) }));
-    svg.append(svgElement('text', { class: 'limit', x: FRAME.right - 2, y: y(atY.value) - 5, 'text-anchor': 'end' }, atY.text));
+    if (atY) {
+        svg.append(svgElement('line', { class: 'limit', x1: FRAME.left, x2: FRAME.right, y1: y(atY.value), y2: y(atY.value) }));
+        svg.append(svgElement('text', { class: 'limit', x: FRAME.right - 2, y: y(atY.value) - 5, 'text-anchor': 'end' }, atY.text));
+    }
+    for (const mark of marks) {
+        const right = x(mark.x) > (FRAME.left + FRAME.right) / 2;
+        svg.append(svgElement('circle', { class: 'crossing', cx: x(mark.x), cy: y(mark.y), r: 4.5 }));
+        svg.append(svgElement('text', { class: 'crossing', x: x(mark.x) + (right ? -8 : 8), y: y(mark.y) + 17, 'text-anchor': right ? 'end' : 'start' }, mark.text));
+    }
 }
 
 /** Draws a histogram: `bins` over `range`, coloured by `colourOf(bin)`. */

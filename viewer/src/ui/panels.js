@@ -1,6 +1,7 @@
 import { MAX_LEVEL, valueOfLevel } from '../data/decode.js';
 import { itemLabel, timeLabel, timeText, withUnit } from '../data/model.js';
 import { numberText } from '../math/numbers.js';
+import { freezeCrossings } from '../math/profile.js';
 import { areaHistogram } from '../math/surface.js';
 import { cssColour } from '../view/colours.js';
 import { drawBars, drawLines, svgElement } from './chart.js';
@@ -95,7 +96,22 @@ export function drawHistory(svg, model, item, levelsOfTimes, node, time) {
     });
 }
 
-/** Temperature over depth at all times, the shown one in front, with the freeze temperature. */
+/** The frozen skins of a profile: shaded, with their ends marked and their thickness in words. */
+function frozenSkins(points, freeze, length) {
+    const crossings = freezeCrossings(points, freeze);
+    if (!crossings) return { bands: [], marks: [], text: '' };
+    const begin = points[0][0], end = points.at(-1)[0], { here, far } = crossings;
+    const thickness = (value) => `${numberText(value)} ${length}`;
+    if (here === null) return { bands: [{ from: begin, to: end, title: 'frozen through' }], marks: [], text: 'Frozen through.' };
+    const skins = [{ from: begin, to: here, at: here }, { from: far, to: end, at: far }].filter(({ from, to }) => to > from);
+    return {
+        bands: skins.map(({ from, to }) => ({ from, to, title: `frozen, ${thickness(to - from)}` })),
+        marks: skins.map(({ from, to, at }) => ({ x: at, y: freeze, text: thickness(to - from) })),
+        text: `Frozen layer ${thickness(here - begin)} on this side, ${thickness(end - far)} on the far side; molten core ${thickness(far - here)}.`,
+    };
+}
+
+/** Temperature over depth at all times, the shown one in front, with the freeze temperature; says what is frozen. */
 export function drawProfile(svg, model, profiles, levelsOfTimes, index, time) {
     const { range, starts, depths } = profiles;
     const { freeze_temperature: freeze, length_unit: length } = model.header;
@@ -108,9 +124,11 @@ export function drawProfile(svg, model, profiles, levelsOfTimes, index, time) {
         points: lineAt(t), title: timeText(model.header, t),
         style: t === time ? 'stroke: var(--line-1); stroke-width: 2.6' : 'stroke: var(--faint-line); stroke-width: 1.2',
     }));
+    const { bands, marks, text } = frozenSkins(lineAt(time), freeze, length);
     drawLines(svg, {
-        series, xLabel: withUnit('Depth below the surface', length), yLabel: withUnit(range.name, range.unit),
+        series, bands, marks, xLabel: withUnit('Depth below the surface', length), yLabel: withUnit(range.name, range.unit),
         atY: freeze === null ? null : { value: freeze, text: `freeze temperature ${numberText(freeze)} ${range.unit}` },
-        label: `${range.name} over depth at all times; the shown time in front`,
+        label: `${range.name} over depth at all times; the shown time in front. ${text}`,
     });
+    return text;
 }

@@ -1,0 +1,142 @@
+#include "series/WallReadings.h"
+
+#include <omp.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include "base/ThreadFailure.h"
+#include "mesh/MeshNodes.h"
+#include "profile/FrozenWall.h"
+#include "profile/ResolvedFields.h"
+#include "profile/resolved/ProfileReadings.h"
+
+namespace qnl::series {
+
+namespace {
+
+constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
+
+double Hottest(const profile::PassElementField& temperatures, const std::vector<int>& elements) {
+    double hottest = temperatures[PassElement(elements.front())];
+    for (const int element : elements) {
+        hottest = std::max(hottest, temperatures[PassElement(element)]);
+    }
+    return hottest;
+}
+
+void ReadByAverages(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays,
+                    WallReadings& walls) {
+    const profile::PassElementField temperatures = project.Temperatures();
+    for (std::size_t i = 0; i < surface.Nodes(); ++i) {
+        if (HasProfile(project, surface, rays, i)) {
+            walls.hottest[i] = Hottest(temperatures, rays.elements[i]);
+        }
+    }
+}
+
+void ReadWall(RayFollower& follower, std::size_t i, WallReadings& walls) {
+    const profile::ResolvedProfile& profile = follower.Follow(i);
+    if (profile.Count() < 2) {
+        return;
+    }
+    walls.hottest[i] = profile::HighestValue(profile.Values(profile::ProfileField::Temperature));
+    const auto values = ValuesOf(follower.Layers());
+    for (std::size_t k = 0; k < values.size(); ++k) {
+        walls.layers[k][i] = values[k];
+    }
+}
+
+void ReadInsideCells(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays,
+                     WallReadings& walls) {
+    constexpr int kChunk = 64;
+    for (std::vector<float>& values : walls.layers) {
+        values.assign(surface.Nodes(), std::numeric_limits<float>::quiet_NaN());
+    }
+    ThreadFailure failure;
+    const int threads = project.Job().m_nThreads;
+#pragma omp parallel num_threads(threads)
+    {
+        RayFollower follower(project, surface, rays);
+#pragma omp for schedule(dynamic, kChunk)
+        for (std::int64_t i = 0; i < static_cast<std::int64_t>(surface.Nodes()); ++i) {
+            failure.Guard([&] {
+                const auto number = static_cast<std::size_t>(i);
+                if (HasProfile(project, surface, rays, number)) {
+                    ReadWall(follower, number, walls);
+                }
+            });
+        }
+    }
+    failure.RaiseAgain();
+}
+
+/// The temperature alone of what a run forms its quantities from.
+profile::ProfileInput TemperatureOf(const FrozenLayerJob& job) {
+    profile::ProfileInput input = profile::FieldsOf(job);
+    for (std::size_t k = 0; k < input.fields.size(); ++k) {
+        if (k != static_cast<std::size_t>(profile::ProfileField::Temperature)) {
+            input.fields[k] = {};
+        }
+    }
+    input.velocity = {};
+    return input;
+}
+
+}  // namespace
+
+bool HasProfile(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays,
+                std::size_t i) {
+    return rays.elements[i].size() >= 2 && mesh::IsPartNode(project.Job(), NodeId(surface.nodes[i]));
+}
+
+std::array<float, kWallNames.size()> ValuesOf(const WallLayers& layers) {
+    return {static_cast<float>(layers.frozenHere), static_cast<float>(layers.frozenFar),
+            static_cast<float>(layers.moltenCore), static_cast<float>(layers.wall)};
+}
+
+WallReadings ReadWalls(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays) {
+    WallReadings walls;
+    walls.hottest.assign(surface.Nodes(), kNothing);
+    (project.SeesInsideCells() ? ReadInsideCells : ReadByAverages)(project, surface, rays, walls);
+    return walls;
+}
+
+WallValues LayersOfRun(const FrozenLayerJob& job) {
+    WallValues values;
+    if (job.m_wallLayers.empty()) {
+        return values;
+    }
+    for (int n = 1; n <= job.m_nNodes; ++n) {
+        if (job.m_pHasProfile[n] == 0 || !mesh::IsPartNode(job, NodeId(n))) {
+            continue;
+        }
+        const auto own = ValuesOf(job.m_wallLayers[static_cast<std::size_t>(n)]);
+        for (std::size_t k = 0; k < own.size(); ++k) {
+            values[k].push_back(own[k]);
+        }
+    }
+    return values;
+}
+
+RayFollower::RayFollower(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays)
+    : project_(project), surface_(surface), rays_(rays) {
+    scratch_.resolved.TakeInput(TemperatureOf(project.Job()));
+}
+
+const profile::ResolvedProfile& RayFollower::Follow(std::size_t i) {
+    const FrozenLayerJob& job = project_.Job();
+    const std::vector<int>& elements = rays_.elements[i];
+    profile::ResolveRay(
+        job, {mesh::PlaceOf(job, NodeId(surface_.nodes[i])), rays_.inward[i], omp_get_thread_num()},
+        {elements.data(), static_cast<int>(elements.size())}, scratch_);
+    return scratch_.resolved;
+}
+
+WallLayers RayFollower::Layers() const {
+    return scratch_.resolved.Count() < 2 ? WallLayers{}
+                                         : profile::FrozenWall(project_.Job(), scratch_.resolved);
+}
+
+}  // namespace qnl::series

@@ -1,0 +1,19 @@
+#include "profile/FrozenWall.h"
+
+#include <limits>
+
+#include "profile/resolved/ProfileReadings.h"
+
+namespace qnl::profile {
+
+WallLayers FrozenWall(const FrozenLayerJob& job, const ResolvedProfile& profile) {
+    WallLayers layers =
+        ReadWallLayers(profile.Depths(), profile.Values(ProfileField::Temperature), job.m_dFreezeTemp);
+    if (job.m_bIsThermoset != 0) {
+        constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
+        layers = {kUnknown, kUnknown, kUnknown, layers.wall};
+    }
+    return layers;
+}
+
+}  // namespace qnl::profile
