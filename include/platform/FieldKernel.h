@@ -58,8 +58,8 @@ public:
 
     /// Pieces of the ray from `origin` along the unit vector `direction` in the cells that it passes, by the
     /// rule that decides whether a cell is passed. `passElements` are the ids that FindPassElemByAnyRay gave
-    /// for the same ray (0-based array, ascending); faces among them are passed over. Pieces of cells that
-    /// share a face or an edge along the ray overlap.
+    /// for the same ray (0-based array, ascending); faces among them are passed over. Of pieces that
+    /// overlap, in cells that share a face or an edge along the ray, those are given that reach farthest.
     ///
     /// The array belongs to the slot and holds until the next call on it. Safe from several threads with
     /// distinct slots. Raises std::out_of_range for a slot that was not prepared.

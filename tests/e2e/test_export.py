@@ -25,8 +25,8 @@ def read_rows(text):
     return {name: [row[i] for row in rows[1:]] for i, name in enumerate(rows[0])}
 
 
-def export(test, project, *words, name="out"):
-    done = run("run", project.root)
+def export(test, project, *words, name="out", mode="--resolved"):
+    done = run("run", project.root, mode)
     test.assertEqual(done.returncode, 0, done.stderr)
     result = run("export", project.root, "--out", project.root / name, *words)
     test.assertEqual(result.returncode, 0, result.stderr)
@@ -90,7 +90,7 @@ class ExportTest(unittest.TestCase):
 
     def test_what_does_not_depend_on_time(self):
         project = cooling_box(self)
-        export(self, project)
+        export(self, project, mode="--corrected")
         file = VtkFile(project.root / "out_static.vtp")
         self.assertEqual(file.numbers, {"Freeze temperature [°C]": 130.0})
         top = ((file.points == (6, 4, 2)).all(axis=1)).nonzero()[0][0]
@@ -118,7 +118,7 @@ class ExportTest(unittest.TestCase):
         noise = numpy.random.default_rng(5).uniform(0.0, 60.0, len(project.points))
         for index, seconds, offset in ((1, 1.0, 60.0), (2, 4.0, 5.0), (0, 9.0, -32.0)):
             write_flow(project, index, seconds, project.temperature + noise + offset)
-        export(self, project)
+        export(self, project, mode="--corrected")
         file = VtkFile(project.root / "out_static.vtp")
         status, rank = file.arrays["Freeze status"], file.arrays["Last to freeze, rank"]
         self.assertEqual(set(status), {0, 2})
@@ -163,7 +163,7 @@ class ExportTest(unittest.TestCase):
         project = cooling_box(self)
 
         def inward(*run_words, before_export=lambda: None):
-            done = run("run", project.root, *run_words)
+            done = run("run", project.root, "--corrected", *run_words)
             self.assertEqual(done.returncode, 0, done.stderr)
             before_export()
             result = run("export", project.root, "--out", project.root / "out", "--force")
@@ -177,7 +177,7 @@ class ExportTest(unittest.TestCase):
         leaning, longer = inward(before_export=project.file("QNLIntermediateOutputTime.log").unlink)
         self.assertGreater(leaning[0], 0.05)
         self.assertAlmostEqual(longer, 2 / -leaning[2], places=5)
-        run("run", project.file("box1.k4f"), "--intermediate-times", 0)
+        run("run", project.file("box1.k4f"), "--corrected", "--intermediate-times", 0)
         for word in ("export", "view"):
             mixed = run(word, project.root, "--out", project.root / "mixed.html")
             self.assertEqual(mixed.returncode, 1)
@@ -268,7 +268,7 @@ class ProbeTest(unittest.TestCase):
 
     def probed_box(self):
         project = cooling_box(self)
-        done = run("run", project.root)
+        done = run("run", project.root, "--corrected")
         self.assertEqual(done.returncode, 0, done.stderr)
         return project
 
@@ -295,7 +295,7 @@ class ProbeTest(unittest.TestCase):
         project = cooling_box(self)
         faces = 128
         for words, name in ((("--analysis-code", 2), "box.sur"), ((), "box_s.sur")):
-            done = run("run", project.root, *words)
+            done = run("run", project.root, "--corrected", *words)
             self.assertEqual(done.returncode, 0, done.stderr)
             run("export", project.root, "--out", project.root / "out", "--force")
             file = VtkFile(project.root / "out_static.vtp")

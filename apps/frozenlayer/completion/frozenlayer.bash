@@ -8,9 +8,9 @@ _frozenlayer_options[import]="--help --stage=flow|pack|cool|warp --temperature= 
     --cooling-time= --density= --volume-shrinkage= --temperature-unit=K|degC --length-unit=m|mm|cm|in --times=
     --region-array= --runner= --special= --wall= --material=@ --freeze-temperature= --pressure= --pressure-array=
     --pressure-unit=MPa|Pa|bar --allow-missing= --out=@ --force"
-_frozenlayer_options[show]="${_frozenlayer_options[import]} --keep=@"
+_frozenlayer_options[show]="${_frozenlayer_options[import]} --keep=@ --resolved --corrected --classic"
 _frozenlayer_options[run]="--help --analysis-code= --intermediate-times=auto --log-level= --threads= --fibre-probe
-    --fiber-probe --view=@ --export=@ --classic --resolved"
+    --fiber-probe --view=@ --export=@ --resolved --corrected --classic"
 _frozenlayer_options[info]="--help --json"
 _frozenlayer_options[view]="--help --out=@"
 _frozenlayer_options[export]="--help --out=@ --to=pvd|vtu|hdf|csv --compress --force"

@@ -1,6 +1,7 @@
 #include "kernel/rays/RayPieces.h"
 
 #include <algorithm>
+#include <cmath>
 #include <tuple>
 #include <utility>
 
@@ -30,6 +31,74 @@ std::array<double, 4> Barycentric(const Tetra& tetra, double sixVolumes, const P
     return lambda;
 }
 
+// How far any point of a tetra can get when its planes are moved outward by `margin`: that stretches it about
+// the centre of its inner sphere, of radius 3 V by surface, by at most sqrt(3) L^3 / (3 V), L no shorter than
+// its longest edge.
+double PlaneOvershoot(double longest, double sixVolumes, double margin) {
+    constexpr double kTwiceRootThree = 3.4641016151377546;
+    return margin * kTwiceRootThree * longest * longest * longest / std::fabs(sixVolumes);
+}
+
+// Corners of a cell and their average, and how the ray sees them.
+struct SeenCell {
+    static constexpr std::size_t kMost = 9;
+    std::array<Point, kMost> place;
+    std::array<Seen, kMost> seen;
+    double extent = 0.0;  // no shorter than any edge
+};
+
+SeenCell LookAtCell(const RecordMesh& mesh, const Ray& ray, int cell) {
+    SeenCell look{};
+    const int* corners = mesh.Corners(cell);
+    const auto count = static_cast<std::size_t>(mesh.CornerCount(cell));
+    for (std::size_t c = 0; c < count; ++c) {
+        look.place[c] = mesh.Place(corners[c]);
+    }
+    look.place[count] = CornerAverage(static_cast<int>(count),
+                                      [&](int c) { return look.place[static_cast<std::size_t>(c)]; });
+    for (std::size_t c = 0; c <= count; ++c) {
+        look.seen[c] = LookAt(ray, look.place[c]);
+        const Point arm = Minus(look.place[c], look.place[count]);
+        look.extent = std::max(look.extent, 2.0 * std::sqrt(Dot(arm, arm)));
+    }
+    return look;
+}
+
+// How far the box around some places, as the ray sees them, is from the ray; 0 or less where it may meet it.
+double BoxDistance(const std::array<Seen, SeenCell::kMost>& seen, const std::array<std::size_t, 4>& place) {
+    Seen low = seen[place[0]];
+    Seen high = low;
+    for (std::size_t v = 1; v < place.size(); ++v) {
+        const Seen& s = seen[place[v]];
+        low = {std::min(low.u, s.u), std::min(low.v, s.v), 0.0};
+        high = {std::max(high.u, s.u), std::max(high.v, s.v), std::max(high.depth, s.depth)};
+    }
+    return std::max({low.u, -high.u, low.v, -high.v, -high.depth});
+}
+
+// The intervals, in ascending order, that a cover of the ray takes: at each step the one that reaches
+// farthest of those that begin within what is covered; behind a gap it goes on with the next.
+template <class Interval, class Take>
+void TakeCover(const std::vector<Interval>& intervals, Take take) {
+    std::size_t next = 0;
+    while (next < intervals.size()) {
+        double reached = intervals[next].from;
+        const Interval* farthest = nullptr;
+        do {
+            farthest = nullptr;
+            for (; next < intervals.size() && intervals[next].from <= reached; ++next) {
+                if (intervals[next].to > (farthest == nullptr ? reached : farthest->to)) {
+                    farthest = &intervals[next];
+                }
+            }
+            if (farthest != nullptr) {
+                take(*farthest);
+                reached = farthest->to;
+            }
+        } while (farthest != nullptr);
+    }
+}
+
 }  // namespace
 
 PieceFinder::PieceFinder(const RecordMesh& mesh, int boundaryFaces, double epsilon, double passLength)
@@ -43,60 +112,88 @@ void PieceFinder::PrepareSlots(int n) {
 
 RayPieces PieceFinder::Find(const Point& origin, const Point& direction, const int* passElements, int count,
                             int slot) {
-    Slot& pieces = *slots_.at(static_cast<std::size_t>(slot));
+    const Ray ray(origin, direction);
+    auto& [intervals, pieces] = *slots_.at(static_cast<std::size_t>(slot));
+    intervals.clear();
     pieces.clear();
     double lastEntry = 0.0;
     for (int i = 0; i < count; ++i) {
         if (passElements[i] <= boundaryFaces_) {
             continue;
         }
-        const std::size_t before = pieces.size();
-        AddCell(pieces, {origin, direction}, passElements[i] - boundaryFaces_);
+        const std::size_t before = intervals.size();
+        AddCell(intervals, ray, passElements[i] - boundaryFaces_);
         double entry = lastEntry;
-        for (std::size_t p = before; p < pieces.size(); ++p) {
-            entry = p == before ? pieces[p].from : std::min(entry, pieces[p].from);
+        for (std::size_t p = before; p < intervals.size(); ++p) {
+            entry = p == before ? intervals[p].from : std::min(entry, intervals[p].from);
         }
         lastEntry = std::max(lastEntry, entry);
     }
-    std::sort(pieces.begin(), pieces.end(), [](const RayPiece& a, const RayPiece& b) {
+    std::sort(intervals.begin(), intervals.end(), [](const Interval& a, const Interval& b) {
         return std::tie(a.from, a.to, a.cell) < std::tie(b.from, b.to, b.cell);
     });
-    EndAtGap(pieces, lastEntry);
+    EndAtGap(intervals, lastEntry);
+    TakeCover(intervals, [&](const Interval& interval) { pieces.push_back(PieceOf(interval, ray)); });
     return {pieces.data(), static_cast<int>(pieces.size())};
 }
 
-void PieceFinder::AddCell(Slot& pieces, const Ray& ray, int cell) const {
-    const int* corners = mesh_.Corners(cell);
-    const CellShape& shape = mesh_.Shape(cell);
-    if (shape.type == CellType::Tetra) {
-        AddTetra(pieces, ray, cell, {corners[0], corners[1], corners[2], corners[3]}, {});
+void PieceFinder::AddCell(std::vector<Interval>& intervals, const Ray& ray, int cell) const {
+    if (mesh_.Shape(cell).type != CellType::Tetra) {
+        AddParts(intervals, ray, cell);
         return;
     }
-    const Point middle =
-        CornerAverage(mesh_.CornerCount(cell), [&](int c) { return mesh_.Place(corners[c]); });
-    for (int face = 0; face < shape.faces; ++face) {
-        const std::array<int, 4> nodes = FaceNodes(shape, corners, face);
-        const FaceTriangles triangles =
-            SplitFace(nodes.data(), shape.faceCorners[static_cast<std::size_t>(face)]);
-        for (std::size_t t = 0; t < static_cast<std::size_t>(triangles.count); ++t) {
-            const std::array<int, 3>& n = triangles.nodes[t];
-            AddTetra(pieces, ray, cell, {n[0], n[2], n[1], kMiddle}, middle);
+    const int* corners = mesh_.Corners(cell);
+    AddTetra(
+        intervals, ray,
+        {mesh_.Place(corners[0]), mesh_.Place(corners[1]), mesh_.Place(corners[2]), mesh_.Place(corners[3])},
+        cell, {corners[0], corners[1], corners[2], corners[3]});
+}
+
+// Most of the parts of a cell are beside the ray by far, and need no clipping.
+void PieceFinder::AddParts(std::vector<Interval>& intervals, const Ray& ray, int cell) const {
+    const CellShape& shape = mesh_.Shape(cell);
+    const int* corners = mesh_.Corners(cell);
+    const auto middle = static_cast<std::size_t>(shape.corners);
+    const SeenCell look = LookAtCell(mesh_, ray, cell);
+    for (std::size_t face = 0; face < static_cast<std::size_t>(shape.faces); ++face) {
+        const auto& local = shape.face[face];
+        const CornerTriangles triangles =
+            SplitCorners(shape.faceCorners[face], [&](std::size_t c) { return corners[local[c]]; });
+        for (std::size_t t = 0; t < triangles.count; ++t) {
+            const auto& n = triangles.corner[t];
+            const std::array<std::size_t, 4> place{local[n[0]], local[n[2]], local[n[1]], middle};
+            const Tetra tetra{look.place[place[0]], look.place[place[1]], look.place[place[2]],
+                              look.place[middle]};
+            const double distance = BoxDistance(look.seen, place);
+            if (distance > 0.0 &&
+                distance > 2.0 * PlaneOvershoot(look.extent, SixVolumes(tetra), epsilon_) + epsilon_) {
+                continue;
+            }
+            AddTetra(intervals, ray, tetra, cell,
+                     {corners[place[0]], corners[place[1]], corners[place[2]], kMiddle});
         }
     }
 }
 
-void PieceFinder::AddTetra(Slot& pieces, const Ray& ray, int cell, std::array<int, 4> vertex,
-                           const Point& middle) const {
-    Tetra tetra;
-    for (std::size_t v = 0; v < 4; ++v) {
-        tetra[v] = vertex[v] == kMiddle ? middle : mesh_.Place(vertex[v]);
-    }
-    const double sixVolumes = SixVolumes(tetra);
+void PieceFinder::AddTetra(std::vector<Interval>& intervals, const Ray& ray, const Tetra& tetra, int cell,
+                           const std::array<int, 4>& vertex) const {
     const Span span = ClipAnyTetra(tetra, ray.origin, ray.direction, epsilon_);
     const double from = std::max(span.low, 0.0);
-    if (!(from < span.high) || sixVolumes == 0.0) {
-        return;
+    if (from < span.high && SixVolumes(tetra) != 0.0) {
+        intervals.push_back({from, span.high, cell, vertex});
     }
+}
+
+RayPiece PieceFinder::PieceOf(const Interval& interval, const Ray& ray) const {
+    Tetra tetra;
+    for (std::size_t v = 0; v < 4; ++v) {
+        const int* corners = mesh_.Corners(interval.cell);
+        tetra[v] = interval.vertex[v] == kMiddle
+                       ? CornerAverage(mesh_.CornerCount(interval.cell),
+                                       [&](int c) { return mesh_.Place(corners[c]); })
+                       : mesh_.Place(interval.vertex[v]);
+    }
+    const double sixVolumes = SixVolumes(tetra);
     const auto at = [&](double depth) {
         Point place = ray.origin;
         for (std::size_t a = 0; a < 3; ++a) {
@@ -104,19 +201,19 @@ void PieceFinder::AddTetra(Slot& pieces, const Ray& ray, int cell, std::array<in
         }
         return Barycentric(tetra, sixVolumes, place);
     };
-    pieces.push_back({from, span.high, at(from), at(span.high), vertex, cell});
+    return {interval.from, interval.to, at(interval.from), at(interval.to), interval.vertex, interval.cell};
 }
 
 // A cell with a bent face on the boundary may be left and entered again; the ray is then no longer inside. Up
 // to the entry into the last cell it is: shorter gaps belong to cells too short to be passed.
-void PieceFinder::EndAtGap(Slot& pieces, double lastEntry) const {
+void PieceFinder::EndAtGap(std::vector<Interval>& intervals, double lastEntry) const {
     double reached = 0.0;
-    for (auto piece = pieces.begin(); piece != pieces.end(); ++piece) {
-        if (piece->from > lastEntry && piece->from > reached + passLength_) {
-            pieces.erase(piece, pieces.end());
+    for (auto interval = intervals.begin(); interval != intervals.end(); ++interval) {
+        if (interval->from > lastEntry && interval->from > reached + passLength_) {
+            intervals.erase(interval, intervals.end());
             return;
         }
-        reached = std::max(reached, piece->to);
+        reached = std::max(reached, interval->to);
     }
 }
 

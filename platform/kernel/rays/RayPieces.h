@@ -1,16 +1,19 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <vector>
 
 #include "kernel/mesh/RecordMesh.h"
 #include "kernel/mesh/TetraGeometry.h"
+#include "kernel/rays/RayGeometry.h"
 #include "platform/FieldKernel.h"
 
 namespace qnl::kernel {
 
 /// Finds the stretches of a ray inside the tetras of the cells that it passes: the intervals by which
-/// RayWalker decides that a cell is passed, tetra by tetra.
+/// RayWalker decides that a cell is passed, tetra by tetra. Of intervals that overlap those are kept that
+/// reach farthest.
 class PieceFinder {
 public:
     /// `epsilon` and `passLength`, mm, are those of the walk (RayScale). The mesh is borrowed.
@@ -23,16 +26,24 @@ public:
     RayPieces Find(const Point& origin, const Point& direction, const int* passElements, int count, int slot);
 
 private:
-    struct Ray {
-        const Point& origin;
-        const Point& direction;
+    /// An interval of the ray inside a tetra.
+    struct Interval {
+        double from;
+        double to;
+        int cell;
+        std::array<int, 4> vertex;
     };
-    using Slot = std::vector<RayPiece>;
+    struct Slot {
+        std::vector<Interval> intervals;
+        std::vector<RayPiece> pieces;
+    };
 
-    void AddCell(Slot& pieces, const Ray& ray, int cell) const;
-    void AddTetra(Slot& pieces, const Ray& ray, int cell, std::array<int, 4> vertex,
-                  const Point& middle) const;
-    void EndAtGap(Slot& pieces, double lastEntry) const;
+    void AddCell(std::vector<Interval>& intervals, const Ray& ray, int cell) const;
+    void AddParts(std::vector<Interval>& intervals, const Ray& ray, int cell) const;
+    void AddTetra(std::vector<Interval>& intervals, const Ray& ray, const Tetra& tetra, int cell,
+                  const std::array<int, 4>& vertex) const;
+    void EndAtGap(std::vector<Interval>& intervals, double lastEntry) const;
+    RayPiece PieceOf(const Interval& interval, const Ray& ray) const;
 
     RecordMesh mesh_;
     int boundaryFaces_;

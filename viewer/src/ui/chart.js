@@ -92,7 +92,7 @@ export function drawLines(svg, { series, xLabel, yLabel, label, xRange, yRange, 
     }
     if (atY) {
         svg.append(svgElement('line', { class: 'limit', x1: FRAME.left, x2: FRAME.right, y1: y(atY.value), y2: y(atY.value) }));
-        svg.append(svgElement('text', { class: 'limit', x: FRAME.right - 2, y: y(atY.value) - 5, 'text-anchor': 'end' }, atY.text));
+        svg.append(svgElement('text', { class: 'limit', x: (FRAME.left + FRAME.right) / 2, y: y(atY.value) - 5, 'text-anchor': 'middle' }, atY.text));
     }
     for (const mark of marks) {
         const right = x(mark.x) > (FRAME.left + FRAME.right) / 2;

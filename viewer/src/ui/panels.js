@@ -101,7 +101,7 @@ function frozenSkins(points, freeze, length) {
     const crossings = freezeCrossings(points, freeze);
     if (!crossings) return { bands: [], marks: [], text: '' };
     const begin = points[0][0], end = points.at(-1)[0], { here, far } = crossings;
-    const thickness = (value) => `${numberText(value)} ${length}`;
+    const thickness = (value) => `${Number(value.toPrecision(3))} ${length}`;
     if (here === null) return { bands: [{ from: begin, to: end, title: 'frozen through' }], marks: [], text: 'Frozen through.' };
     const skins = [{ from: begin, to: here, at: here }, { from: far, to: end, at: far }].filter(({ from, to }) => to > from);
     return {
