@@ -12,14 +12,15 @@ namespace {
 
 using Nodes = std::vector<int>;
 
-/// Three nodes with the labels 3, 7 and 5. The map leads labels 3 and 5 each to the other's node. Every array
-/// an item may come from exists and holds zeros.
+/// Three nodes with the labels 3, 7 and 5. The map leads labels 3 and 5 each to the other's node; node 3,
+/// with label 5, lies on the runner. Every array an item may come from exists and holds zeros.
 class BinaryResult : public ::testing::Test {
 protected:
     BinaryResult() {
         job_.m_nNodes = 3;
         job_.p_Node = nodes_.data();
         job_.m_pNodeGlobalIdToLocal = toLocal_.data();
+        job_.m_pNotRunnerNode = classes_.data();
         job_.m_szResultFile.Set("part1.fzr");
         job_.m_szMeshFile.Set("Mesh\\a.hdf");
         job_.m_szMaterialFile.Set("Material\\b.toml");
@@ -34,6 +35,7 @@ protected:
 
     const std::array<NodeRecord, 4> nodes_{{{}, {0, 0, 0, 3, 0}, {0, 0, 0, 7, 0}, {0, 0, 0, 5, 0}}};
     const std::array<int, 8> toLocal_{0, 0, 0, 3, 0, 1, 0, 2};
+    const std::array<int, 8> classes_{0, 0, 0, 1, 0, 0, 0, 1};
     FrozenLayerJob job_;
 };
 
@@ -100,8 +102,6 @@ TEST_F(BinaryResult, ClassicWritesNodesWithACentreTemperatureAboveOne) {
 }
 
 TEST_F(BinaryResult, CorrectedWritesPartNodesThatHadAProfile) {
-    const std::array<int, 8> classes{0, 0, 0, 1, 0, 0, 0, 1};
-    job_.m_pNotRunnerNode = classes.data();
     job_.m_options.mode = qnl::Mode::Corrected;
     EXPECT_EQ(qnl::output::SelectOutputNodes(job_), Nodes{}) << "no node has been evaluated yet";
     job_.m_pHasProfile = std::make_unique<unsigned char[]>(4);
