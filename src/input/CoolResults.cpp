@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "context/Messages.h"
@@ -52,20 +53,20 @@ void StoreEntries(FrozenLayerJob& job, const CoolItems& items, int count, const 
     const StoredNodes nodes(job);
     const NodeInputs inputs(job);
     const bool dense = items.labels.empty();
-    const int last = dense ? std::min(count, nodes.MaxLabel()) : count;
+    const int last = dense ? std::min(count, nodes.MaxLabel().Value()) : count;
     UnknownIds unknown;
     for (int i = 1; i <= last; ++i) {
         const auto entry = static_cast<std::size_t>(i);
-        const int label = dense ? i : items.labels[entry];
+        const NodeLabel label(dense ? i : items.labels[entry]);
         if (!nodes.InRange(label)) {
-            unknown.Add(label);
-        } else if (const int local = nodes.Stored(label)) {
-            inputs.data[kTemperature][local] = static_cast<double>(items.temperature[entry]);
-            inputs.data[kCoolingTime][local] = static_cast<double>(items.coolingTime[entry]);
-            inputs.data[kGasMarker][local] = StoredGas(static_cast<double>(items.gas[entry]));
+            unknown.Add(label.Value());
+        } else if (const std::optional<NodeId> node = nodes.Stored(label)) {
+            inputs.data[kTemperature][*node] = static_cast<double>(items.temperature[entry]);
+            inputs.data[kCoolingTime][*node] = static_cast<double>(items.coolingTime[entry]);
+            inputs.data[kGasMarker][*node] = StoredGas(static_cast<double>(items.gas[entry]));
         }
     }
-    unknown.Report(path, "node labels", nodes.MaxLabel());
+    unknown.Report(path, "node labels", nodes.MaxLabel().Value());
     if (dense) {
         ReportEntriesBeyond(path, count, nodes.MaxLabel());
     }

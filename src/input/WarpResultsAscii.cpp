@@ -55,8 +55,10 @@ struct WarpScan {
     }
 };
 
+/// What stands in the place of the label counts as the node itself.
 void Store(FrozenLayerJob& job, const WarpScan& scan) {
-    job.m_pNodeData[kVolumeShrinkage].get()[scan.id] = scan.shrinkage;
+    const NodeId node(scan.id);
+    job.m_pNodeData[kVolumeShrinkage][node.Value()] = scan.shrinkage;
     job.m_dMaxValue = std::max(job.m_dMaxValue, scan.shrinkage);
 }
 
