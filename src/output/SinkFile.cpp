@@ -6,6 +6,7 @@
 #include <string>
 
 #include "context/Messages.h"
+#include "mesh/MeshNodes.h"
 #include "platform/HostFiles.h"
 #include "platform/Stages.h"
 
@@ -59,8 +60,8 @@ void WriteHead(const FrozenLayerJob& job, int rows, std::FILE* out) {
 
 /// Component of the vector at a node, 0 for node 0. Adding 0 turns a negative zero, which would be printed
 /// with its sign, into a plain one.
-double Component(const double* values, int node) {
-    return node > 0 ? values[node] + 0.0 : 0.0;
+double Component(const double* values, NodeId node) {
+    return node > NodeId(0) ? values[node.Value()] + 0.0 : 0.0;
 }
 
 void WriteNodeRows(const FrozenLayerJob& job, int rows, const double* u, const double* v, const double* w,
@@ -68,7 +69,7 @@ void WriteNodeRows(const FrozenLayerJob& job, int rows, const double* u, const d
     const std::string otherVariables = Zeros<kNodeVariables.size() - 3>();
     for (int row = 1; row <= rows; ++row) {
         const bool isPartNode = row <= job.m_nMaxLabel && job.m_pIsPartNodeTemp[row] == 1;
-        const int node = isPartNode ? job.m_pNodeGlobalIdToLocal[row] : 0;
+        const NodeId node = isPartNode ? mesh::NodeOfLabel(job, NodeLabel(row)) : NodeId(0);
         std::fprintf(out, "%d %g %g %g", row, Component(u, node), Component(v, node), Component(w, node));
         std::fputs(otherVariables.c_str(), out);
     }

@@ -10,7 +10,7 @@
 
 namespace {
 
-using Nodes = std::vector<int>;
+using Nodes = std::vector<qnl::NodeId>;
 
 /// Three nodes with the labels 3, 7 and 5. The map leads labels 3 and 5 each to the other's node; node 3,
 /// with label 5, lies on the runner. Every array an item may come from exists and holds zeros.
@@ -18,6 +18,7 @@ class BinaryResult : public ::testing::Test {
 protected:
     BinaryResult() {
         job_.m_nNodes = 3;
+        job_.m_nMaxLabel = 7;
         job_.p_Node = nodes_.data();
         job_.m_pNodeGlobalIdToLocal = toLocal_.data();
         job_.m_pNotRunnerNode = classes_.data();
@@ -98,7 +99,7 @@ TEST_F(BinaryResult, LogsBeginningAndEnd) {
 TEST_F(BinaryResult, ClassicWritesNodesWithACentreTemperatureAboveOne) {
     job_.m_pCenterTemperature[1] = 1.0;
     job_.m_pCenterTemperature[3] = 1.0000001;
-    EXPECT_EQ(qnl::output::SelectOutputNodes(job_), (Nodes{2, 3}));
+    EXPECT_EQ(qnl::output::SelectOutputNodes(job_), (Nodes{qnl::NodeId(2), qnl::NodeId(3)}));
 }
 
 TEST_F(BinaryResult, CorrectedWritesPartNodesThatHadAProfile) {
@@ -107,6 +108,6 @@ TEST_F(BinaryResult, CorrectedWritesPartNodesThatHadAProfile) {
     job_.m_pHasProfile = std::make_unique<unsigned char[]>(4);
     job_.m_pHasProfile[2] = 1;
     job_.m_pHasProfile[3] = 1;
-    EXPECT_EQ(qnl::output::SelectOutputNodes(job_), Nodes{2})
+    EXPECT_EQ(qnl::output::SelectOutputNodes(job_), Nodes{qnl::NodeId(2)})
         << "node 1 had no profile, node 3 lies on the runner";
 }
