@@ -134,6 +134,7 @@ ROOMS = {
         "apps/frozenlayer/project",
         "apps/frozenlayer/series",
         "apps/frozenlayer/exports",
+        "src/mesh",
     ],
     "apps/frozenlayer/commands": [
         "apps/frozenlayer/text",
