@@ -8,8 +8,9 @@ namespace qnl::frozen {
 namespace {
 
 void ClearNode(FrozenLayerJob& job, NodeId node) {
+    const RunTraits run = TraitsOf(job);
     for (const OutputQuantity& quantity : kOutputQuantities) {
-        if (quantity.special == kSpecialCleared && quantity.computed(job)) {
+        if (quantity.special == kSpecialCleared && quantity.computed(run)) {
             (job.*quantity.array)[node.Value()] = 0.0;
         }
     }

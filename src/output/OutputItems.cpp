@@ -20,6 +20,7 @@ void CopyText(char (&target)[Size], const char* text) {
 }
 
 void DescribeItems(FrozenLayerJob& job) {
+    const RunTraits run = TraitsOf(job);
     if (!job.m_pOutputItems) {
         job.m_pOutputItems = std::make_unique<OutputItem[]>(kItemCount);
     }
@@ -30,7 +31,7 @@ void DescribeItems(FrozenLayerJob& job) {
         CopyText(item.szName, quantity.name);
         CopyText(item.szUnit, quantity.unit);
         item.pData = (job.*quantity.array).get();
-        item.bOutput = quantity.written(job) ? 1 : 0;
+        item.bOutput = quantity.written(run) ? 1 : 0;
         job.m_nOutputItemCount += item.bOutput;
     }
 }
