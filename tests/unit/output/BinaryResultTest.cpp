@@ -80,6 +80,16 @@ TEST_F(BinaryResult, ItemsThatAreNotShownAreLeftOut) {
     EXPECT_EQ(TheWriting().values.size(), 6U);
 }
 
+TEST_F(BinaryResult, RecordsBehindTheTableAreNotLookedAt) {
+    job_.m_pOutputItems = std::make_unique<qnl::OutputItem[]>(21);
+    qnl::OutputItem& behind = job_.m_pOutputItems[20];
+    behind.bOutput = 1;
+    behind.pData = job_.m_pMaxTemperature.get();
+    qnl::output::WriteBinaryResult(job_);
+    EXPECT_EQ(TheWriting().values.size(), 5U);
+    EXPECT_EQ(behind.dMax, -1000.0) << "the values are 0";
+}
+
 TEST_F(BinaryResult, ValuesAreThoseOfTheNodeThatTheLabelMapNames) {
     qnl::output::WriteBinaryResult(job_);
     EXPECT_EQ(TheWriting().labels, (std::vector<int>{3, 7, 5}));
@@ -98,8 +108,9 @@ TEST_F(BinaryResult, LogsBeginningAndEnd) {
 
 TEST_F(BinaryResult, ClassicWritesNodesWithACentreTemperatureAboveOne) {
     job_.m_pCenterTemperature[1] = 1.0;
+    job_.m_pCenterTemperature[2] = 0.5;
     job_.m_pCenterTemperature[3] = 1.0000001;
-    EXPECT_EQ(qnl::output::SelectOutputNodes(job_), (Nodes{qnl::NodeId(2), qnl::NodeId(3)}));
+    EXPECT_EQ(qnl::output::SelectOutputNodes(job_), Nodes{qnl::NodeId(3)});
 }
 
 TEST_F(BinaryResult, CorrectedWritesPartNodesThatHadAProfile) {

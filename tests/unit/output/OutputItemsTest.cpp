@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <set>
 
 #include "context/OutputQuantities.h"
@@ -63,6 +64,14 @@ TEST_F(OutputItems, ShrinkageOfAMillionthIsKept) {
     EXPECT_EQ(Written().count(16), 1U);
     job_.m_pMaxVolumeShrinkage[2] = 0.0;
     EXPECT_EQ(Written().count(16), 1U) << "the running maximum stays";
+}
+
+TEST_F(OutputItems, ShrinkageBelowZeroIsKept) {
+    job_.m_bHasFlow = 1;
+    job_.m_pMaxVolumeShrinkage[2] = -1e-6;
+    EXPECT_EQ(Written().count(16), 1U);
+    job_.m_pMaxVolumeShrinkage[2] = -3.0;
+    EXPECT_EQ(Written().count(16), 1U);
 }
 
 TEST_F(OutputItems, GasFillCoolingFlakeAndIntermediateTimesAddTheirs) {
@@ -127,6 +136,14 @@ TEST_F(OutputItems, ValuesBelowTheStartLeaveTheMaximumWhereItStarts) {
     Written();
     EXPECT_EQ(Item(2).dMax, -1000.0);
     EXPECT_EQ(Item(2).dMin, -2000.0);
+}
+
+TEST_F(OutputItems, OfEqualValuesTheFirstIsTheLimit) {
+    job_.m_pMaxTemperature[1] = -0.0;
+    job_.m_pMaxTemperature[2] = 0.0;
+    Written();
+    EXPECT_TRUE(std::signbit(Item(2).dMax));
+    EXPECT_TRUE(std::signbit(Item(2).dMin));
 }
 
 TEST_F(OutputItems, LimitsRunOverNodesThatAreNotWrittenToo) {
