@@ -36,7 +36,7 @@ std::vector<int> ReadLabels(CQNL3DResultReader_Manipulator& reader, int count) {
     return labels;
 }
 
-CoolItems ReadItems(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader, int count) {
+CoolItems ReadItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader, int count) {
     CoolItems items;
     items.labels = ReadLabels(reader, count);
     items.temperature = ReadItem(reader, kCoolTemperature, count);
@@ -44,7 +44,6 @@ CoolItems ReadItems(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader,
     items.gas.resize(ItemEntries(count));
     if (reader.GetResultItem(kCoolGas, items.gas.data())) {
         LogLine(job, "Gas in cool result !");
-        job.m_bGasInCool = 1;
     }
     return items;
 }
@@ -95,8 +94,6 @@ int ReadCoolResults(FrozenLayerJob& job, const char* path) {
     const qnl::input::CoolItems items = qnl::input::ReadItems(job, reader, maxNode);
     qnl::input::StoreEntries(job, items, maxNode, path);
     reader.EndReading();
-    if (job.m_bGasInCool == 1) {
-        job.m_bGasInCool = qnl::input::HasNoGasEntry(items.gas) ? 1 : 0;
-    }
+    job.m_bGasInCool = qnl::input::HasNoGasEntry(items.gas) ? 1 : 0;
     return 1;
 }

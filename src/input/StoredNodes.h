@@ -1,7 +1,10 @@
 #pragma once
 
-#include <cstddef>
+#include <algorithm>
+#include <array>
+#include <iterator>
 #include <optional>
+#include <type_traits>
 
 #include "base/OneBased.h"
 #include "context/FieldSlots.h"
@@ -30,10 +33,10 @@ public:
         return known ? std::optional(node) : std::nullopt;
     }
 
-    /// The node with this label, if its values are stored.
+    /// The node with this label, which is in range, if its values are stored.
     std::optional<NodeId> Stored(NodeLabel label) const {
-        const std::optional<NodeId> node = Known(label);
-        return node && (storesRunner_ || job_.m_pIsPartNodeTemp[label.Value()] == 1) ? node : std::nullopt;
+        const bool stored = storesRunner_ || job_.m_pIsPartNodeTemp[label.Value()] == 1;
+        return stored ? Known(label) : std::nullopt;
     }
 
     /// Whether the text layouts replace the values of this node: runner nodes in stage 1, and special nodes.
@@ -51,16 +54,15 @@ private:
 /// The node arrays that the readers fill.
 struct NodeInputs {
     explicit NodeInputs(FrozenLayerJob& job) {
-        for (std::size_t slot = 0; slot < kFieldSlots; ++slot) {
-            data[slot] = {job.m_pNodeData[slot].get(), job.m_nNodes};
-        }
-        for (std::size_t k = 0; k < 3; ++k) {
-            vector[k] = {job.m_pNodeVector[k].get(), job.m_nNodes};
-        }
+        const auto byNode = [nodes = job.m_nNodes](const auto& array) {
+            return OneBased<std::decay_t<decltype(array[0])>, NodeId>(array.get(), nodes);
+        };
+        std::transform(std::begin(job.m_pNodeData), std::end(job.m_pNodeData), data.begin(), byNode);
+        std::transform(std::begin(job.m_pNodeVector), std::end(job.m_pNodeVector), vector.begin(), byNode);
     }
 
-    OneBased<double, NodeId> data[kFieldSlots];  ///< by FieldSlot
-    OneBased<float, NodeId> vector[3];           ///< empty when the job has no flow results
+    std::array<OneBased<double, NodeId>, kFieldSlots> data;  ///< by FieldSlot
+    std::array<OneBased<float, NodeId>, 3> vector;           ///< empty when the job has no flow results
 };
 
 /// Temperature that marks a node whose own is not to be used, degC.

@@ -30,14 +30,6 @@ void GenerateThickness(const FrozenLayerJob& job) {
     }
 }
 
-void PrepareThickness(FrozenLayerJob& job) {
-    if (job.m_pNodeThickness) {
-        std::fill_n(job.m_pNodeThickness.get(), ItemEntries(job.m_nNodes), 0.0F);
-    } else {
-        job.m_pNodeThickness = std::make_unique<float[]>(ItemEntries(job.m_nNodes));
-    }
-}
-
 void StorePositive(FrozenLayerJob& job, const StoredNodes& nodes, const ItemValues& values, NodeLabel last) {
     for (NodeLabel label(1); label <= last; ++label) {
         const float value = values[static_cast<std::size_t>(label.Value())];
@@ -62,7 +54,7 @@ int ReadThickness(FrozenLayerJob& job) {
     }
     const int maxNode = reader.GetMaxCavityNode();
     qnl::LogPlain(job, "nMaxNodes = %d \n", maxNode);
-    qnl::input::PrepareThickness(job);
+    job.m_pNodeThickness = qnl::NewFromOne<float>(job.m_nNodes);
     const qnl::input::StoredNodes nodes(job);
     const qnl::NodeLabel last = std::min(qnl::NodeLabel(maxNode), nodes.MaxLabel());
     qnl::input::ItemValues values(qnl::input::ItemEntries(maxNode));

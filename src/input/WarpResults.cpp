@@ -20,19 +20,12 @@ constexpr WarpItem kDisplacement[] = {kWarpDisplacementX, kWarpDisplacementY, kW
 constexpr OpenMessages kMessages{"Can't open Warp Results ", "Read WarpResults by ASCII ",
                                  "Read WarpResults by Binary "};
 
-/// Room for every label of the file and every node of the mesh, zeroed; existing room of that size is
-/// used again.
+/// Room for every label of the file and every node of the mesh, zeroed.
 void PrepareDisplacement(FrozenLayerJob& job, int maxNode) {
-    const int entries = std::max(maxNode, job.m_nNodes);
+    job.m_nWarpEntries = std::max(maxNode, job.m_nNodes);
     for (OwnedArray<double>& array : job.m_pWarpDisplacement) {
-        if (array && job.m_nWarpEntries == entries) {
-            std::fill_n(array.get(), ItemEntries(entries), 0.0);
-        } else {
-            array.reset();
-            array = std::make_unique<double[]>(ItemEntries(entries));
-        }
+        array = NewFromOne<double>(job.m_nWarpEntries);
     }
-    job.m_nWarpEntries = entries;
 }
 
 struct WarpItems {
