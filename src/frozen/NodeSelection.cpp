@@ -34,7 +34,7 @@ void SelectSurfaceNodes(FrozenLayerJob& job) {
     MarkSurfaceNodes(job, [&job](NodeId) { ++job.m_nSurfaceNodes; });
     LogPlain(job, "nSurfaceNodes = %d \n", job.m_nSurfaceNodes);
     if (!job.m_pSurfNodeList) {
-        job.m_pSurfNodeList = std::make_unique<int[]>(static_cast<std::size_t>(job.m_nSurfaceNodes) + 1);
+        job.m_pSurfNodeList = NewFromOne<int>(job.m_nSurfaceNodes);
     }
     std::fill_n(job.m_pSurfNodeFlag.get(), static_cast<std::size_t>(job.m_nNodes) + 1, 0);
     job.m_nSurfaceNodes = 0;

@@ -179,9 +179,12 @@ TEST_F(StageDriver, NormalsAreSmoothedInRunsWithIntermediateTimes) {
 }
 
 TEST_F(StageDriver, WithoutWarpageTheFrozenRatioStays) {
+    job_.m_pSinkMarkTotal[1] = 3.0;
+    job_.m_pSinkMarkWork[1] = 1.0;
     Run();
     EXPECT_EQ(job_.m_pFrozenRatio[1], 100.0);
     EXPECT_EQ(job_.m_pNormalX[1], 1.0);
+    EXPECT_EQ(job_.m_pSinkMarkTotal[1], 3.0);
     EXPECT_FALSE(WritesSinkFile());
 }
 
@@ -213,4 +216,14 @@ TEST_F(StageDriver, TheSinkFileIsWrittenForTheLogOnly) {
     Run();
     EXPECT_LT(job_.m_pNormalX[1], 0.0);
     EXPECT_FALSE(WritesSinkFile());
+    job_.m_nLogLevel = -1;
+    Run();
+    EXPECT_FALSE(WritesSinkFile());
+}
+
+TEST_F(StageDriver, FlowRunsThinOutTheirVelocities) {
+    job_.m_bHasFlow = 1;
+    job_.m_pSurfTree = std::make_unique<CQNLOptKer>();
+    Run();
+    EXPECT_EQ(job_.m_dSurAvgMeshSize, 2.0) << "of the face boxes";
 }
