@@ -1,6 +1,8 @@
 #include "profile/ProfileInputs.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 
 #include "profile/JobViews.h"
 
@@ -11,9 +13,9 @@ namespace {
 template <typename Value, std::size_t Components>
 auto ByCell(const FrozenLayerJob& job, const OwnedArray<Value> (&arrays)[Components]) {
     std::array<OneBased<const Value, CellId>, Components> views;
-    for (std::size_t k = 0; k < Components; ++k) {
-        views[k] = {arrays[k].get(), job.m_nCells};
-    }
+    std::transform(std::begin(arrays), std::end(arrays), views.begin(), [&](const OwnedArray<Value>& array) {
+        return OneBased<const Value, CellId>(array.get(), job.m_nCells);
+    });
     return views;
 }
 
