@@ -33,7 +33,7 @@ ROOMS = {
         "src/profile/search",
         "src/profile/resolved",
     ],
-    "src/output": ["src/context"],
+    "src/output": ["src/context", "src/mesh"],
     "src/probe": ["src/context", "src/mesh", "src/profile", "src/profile/rays", "src/profile/search"],
     "src/frozen": [
         "src/context",
@@ -135,6 +135,7 @@ ROOMS = {
         "apps/frozenlayer/project",
         "apps/frozenlayer/series",
         "apps/frozenlayer/exports",
+        "src/mesh",
     ],
     "apps/frozenlayer/commands": [
         "src/context",

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -21,5 +22,11 @@ public:
         return this->get()[index];
     }
 };
+
+/// Zeroed array of entries 1 to `count`, whose entry 0 is unused.
+template <typename T>
+OwnedArray<T> NewFromOne(int count) {
+    return std::make_unique<T[]>(static_cast<std::size_t>(count) + 1);
+}
 
 }  // namespace qnl

@@ -9,9 +9,4 @@ namespace qnl::frozen {
 /// output time stand during the counting pass, whose count sizes the list only when there is none yet.
 void SelectSurfaceNodes(FrozenLayerJob& job);
 
-/// Class of a node: 1 part, 0 runner, -1 special.
-inline int NodeClass(const FrozenLayerJob& job, int node) {
-    return job.m_pNotRunnerNode[job.p_Node[node].label];
-}
-
 }  // namespace qnl::frozen

@@ -23,8 +23,7 @@ bool IsSearchFileBelieved(const FrozenLayerJob& job) {
 }
 
 void CreateSearchRecords(FrozenLayerJob& job) {
-    job.m_pNodeSearchResults =
-        std::make_unique<CSurfNodeSearch[]>(static_cast<std::size_t>(job.m_nSurfaceNodes) + 1);
+    job.m_pNodeSearchResults = NewFromOne<CSurfNodeSearch>(job.m_nSurfaceNodes);
     LogLine(job, "new CSurfNodeSearch");
     NameSearchFile(job);
     if (IsSearchFileBelieved(job)) {

@@ -1,6 +1,8 @@
 #include "frozen/SinkVectors.h"
 
-#include <cmath>
+#include <algorithm>
+
+#include "base/Vector3.h"
 
 namespace qnl::frozen {
 
@@ -8,8 +10,7 @@ void SubtractSinkReference(FrozenLayerJob& job) {
     double* total = job.m_pSinkMarkTotal.get();
     const double* reference = job.m_pSinkMarkWork.get();
     for (int v = 1; v <= job.m_nNodes; ++v) {
-        const double depth = total[v] - reference[v];
-        total[v] = depth < 0.0 ? 0.0 : depth;
+        total[v] = std::max(total[v] - reference[v], 0.0);
     }
 }
 
@@ -19,9 +20,8 @@ void TurnNormalsIntoSinkVectors(FrozenLayerJob& job) {
         double& x = job.m_pNormalX[v];
         double& y = job.m_pNormalY[v];
         double& z = job.m_pNormalZ[v];
-        const double norm = std::sqrt(x * x + y * y + z * z);
-        const double length = norm < kShortestNormal ? kShortestNormal : norm;
-        const double depth = job.m_pSinkMarkTotal[v] < 0.0 ? 0.0 : job.m_pSinkMarkTotal[v];
+        const double length = std::max(Length(Vector3{x, y, z}), kShortestNormal);
+        const double depth = std::max(job.m_pSinkMarkTotal[v], 0.0);
         x = -depth * (x / length);
         y = -depth * (y / length);
         z = -depth * (z / length);

@@ -1,16 +1,17 @@
 #include "frozen/SpecialNodes.h"
 
 #include "context/OutputQuantities.h"
-#include "frozen/NodeSelection.h"
+#include "mesh/MeshNodes.h"
 
 namespace qnl::frozen {
 
 namespace {
 
-void ClearNode(FrozenLayerJob& job, int node) {
+void ClearNode(FrozenLayerJob& job, NodeId node) {
+    const RunTraits run = TraitsOf(job);
     for (const OutputQuantity& quantity : kOutputQuantities) {
-        if (quantity.special == kSpecialCleared && quantity.computed(job)) {
-            (job.*quantity.array)[static_cast<std::size_t>(node)] = 0.0;
+        if (quantity.special == kSpecialCleared && quantity.computed(run)) {
+            (job.*quantity.array)[node.Value()] = 0.0;
         }
     }
 }
@@ -18,10 +19,9 @@ void ClearNode(FrozenLayerJob& job, int node) {
 }  // namespace
 
 void ClearSpecialNodes(FrozenLayerJob& job) {
-    constexpr int kSpecialNode = -1;
-    for (int i = 1; i <= job.m_nSurfaceNodes; ++i) {
-        const int node = job.m_pSurfNodeList[i];
-        if (NodeClass(job, node) == kSpecialNode) {
+    for (ListPosition i(1); i <= ListPosition(job.m_nSurfaceNodes); ++i) {
+        const NodeId node = mesh::ListedNode(job, i);
+        if (mesh::ClassOf(job, node) == mesh::NodeClass::Special) {
             ClearNode(job, node);
         }
     }

@@ -4,8 +4,8 @@
 
 namespace qnl::frozen {
 
-/// Creates the normal arrays where they are missing, zeroes them and lets the kernel fill in the outward
-/// normals of the boundary nodes. Gives 1.
+/// Makes the normal arrays anew, zeroed, and lets the kernel fill in the outward normals of the boundary
+/// nodes. Gives 1.
 int ComputeSurfaceNormals(FrozenLayerJob& job);
 
 /// Smooths three arrays by node, as runs with intermediate output times do with their normals.

@@ -4,6 +4,7 @@
 
 #include "context/RunConditions.h"
 #include "mesh/DataExtension.h"
+#include "mesh/MeshNodes.h"
 
 namespace qnl::frozen {
 
@@ -17,25 +18,25 @@ double LongestBoxSide(const FrozenLayerJob& job) {
                      job.m_dBoxMax[2] - job.m_dBoxMin[2]});
 }
 
-double NormalProduct(const FrozenLayerJob& job, int v, int w) {
-    return job.m_pNormalX[v] * job.m_pNormalX[w] + job.m_pNormalY[v] * job.m_pNormalY[w] +
-           job.m_pNormalZ[v] * job.m_pNormalZ[w];
+double NormalProduct(const FrozenLayerJob& job, NodeId v, NodeId w) {
+    return Dot(mesh::InwardNormal(job, v), mesh::InwardNormal(job, w));
 }
 
-bool HasKeptNeighbour(FrozenLayerJob& job, int node, double h) {
-    const NodeRecord& p = job.p_Node[node];
+bool HasKeptNeighbour(FrozenLayerJob& job, NodeId node, double h) {
+    const Vector3 p = mesh::PlaceOf(job, node);
     int count = 0;
     const int* found =
         job.m_pSurfTree->SearchNearBlockID(p.x - h, p.y - h, p.z - h, p.x + h, p.y + h, p.z + h, count, 0);
     return std::any_of(found, found + count, [&job, node](int position) {
-        return NormalProduct(job, node, job.m_pSurfNodeList[position]) > kOppositeNormals;
+        return NormalProduct(job, node, mesh::ListedNode(job, ListPosition(position))) > kOppositeNormals;
     });
 }
 
-void KeepNode(FrozenLayerJob& job, int position) {
-    const NodeRecord& p = job.p_Node[job.m_pSurfNodeList[position]];
+void KeepNode(FrozenLayerJob& job, ListPosition position) {
+    const Vector3 p = mesh::PlaceOf(job, mesh::ListedNode(job, position));
     constexpr double d = kStoredHalfSize;
-    job.m_pSurfTree->AddSurfaceToADTree(position, p.x - d, p.y - d, p.z - d, p.x + d, p.y + d, p.z + d);
+    job.m_pSurfTree->AddSurfaceToADTree(position.Value(), p.x - d, p.y - d, p.z - d, p.x + d, p.y + d,
+                                        p.z + d);
 }
 
 }  // namespace
@@ -50,14 +51,14 @@ void ThinOutVelocities(FrozenLayerJob& job) {
     }
     mesh::AverageSurfaceMeshSize(job);
     const double h = ThinningDistance(job.m_dSurAvgMeshSize, LongestBoxSide(job));
-    for (int i = 1; i <= job.m_nSurfaceNodes; ++i) {
-        const int node = job.m_pSurfNodeList[i];
+    for (ListPosition position(1); position <= ListPosition(job.m_nSurfaceNodes); ++position) {
+        const NodeId node = mesh::ListedNode(job, position);
         if (HasKeptNeighbour(job, node, h)) {
-            job.m_pAverageVelocityU[node] = 0.0;
-            job.m_pAverageVelocityV[node] = 0.0;
-            job.m_pAverageVelocityW[node] = 0.0;
+            job.m_pAverageVelocityU[node.Value()] = 0.0;
+            job.m_pAverageVelocityV[node.Value()] = 0.0;
+            job.m_pAverageVelocityW[node.Value()] = 0.0;
         } else {
-            KeepNode(job, i);
+            KeepNode(job, position);
         }
     }
 }

@@ -1,5 +1,7 @@
 #include "input/BinaryResult.h"
 
+#include <algorithm>
+
 #include "context/Messages.h"
 
 namespace qnl::input {
@@ -57,15 +59,15 @@ OpenedAs OpenResult(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& r
 std::vector<ListedItem> ListItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader) {
     const int count = ReadItemCount(reader);
     LogPlain(job, "nItemCount = %d \n", count);
-    const std::size_t items = count > 0 ? static_cast<std::size_t>(count) : 0;
+    const auto items = static_cast<std::size_t>(std::max(count, 0));
     std::vector<int> ids(items);
     std::vector<int> types(items);
     ItemTexts names(items);
     ItemTexts units(items);
     reader.GetResultItemInfo(ids.data(), names.Texts(), units.Texts(), types.data());
-    std::vector<ListedItem> listed(items);
+    std::vector<ListedItem> listed;
     for (std::size_t i = 0; i < items; ++i) {
-        listed[i] = {ids[i], types[i] == QNLRESULT_ELEMENT};
+        listed.push_back({ids[i], types[i] == QNLRESULT_ELEMENT});
     }
     return listed;
 }

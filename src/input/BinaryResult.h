@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -13,7 +14,7 @@ using ItemValues = std::vector<float>;
 
 /// `count` entries and entry 0; a negative count is taken as 0.
 inline std::size_t ItemEntries(int count) {
-    return static_cast<std::size_t>(count > 0 ? count : 0) + 1;
+    return static_cast<std::size_t>(std::max(count, 0)) + 1;
 }
 
 enum class OpenedAs { Binary, Text, Nothing };
@@ -31,8 +32,8 @@ OpenedAs OpenResult(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& r
 
 /// One item of a file, and whether its values are by element.
 struct ListedItem {
-    int id = 0;
-    bool byElement = false;
+    int id;
+    bool byElement;
 };
 
 /// Items of the open file; logs their number.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "context/Messages.h"
@@ -35,7 +36,7 @@ std::vector<int> ReadLabels(CQNL3DResultReader_Manipulator& reader, int count) {
     return labels;
 }
 
-CoolItems ReadItems(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader, int count) {
+CoolItems ReadItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader, int count) {
     CoolItems items;
     items.labels = ReadLabels(reader, count);
     items.temperature = ReadItem(reader, kCoolTemperature, count);
@@ -43,7 +44,6 @@ CoolItems ReadItems(FrozenLayerJob& job, CQNL3DResultReader_Manipulator& reader,
     items.gas.resize(ItemEntries(count));
     if (reader.GetResultItem(kCoolGas, items.gas.data())) {
         LogLine(job, "Gas in cool result !");
-        job.m_bGasInCool = 1;
     }
     return items;
 }
@@ -52,20 +52,20 @@ void StoreEntries(FrozenLayerJob& job, const CoolItems& items, int count, const 
     const StoredNodes nodes(job);
     const NodeInputs inputs(job);
     const bool dense = items.labels.empty();
-    const int last = dense ? std::min(count, nodes.MaxLabel()) : count;
+    const int last = dense ? std::min(count, nodes.MaxLabel().Value()) : count;
     UnknownIds unknown;
     for (int i = 1; i <= last; ++i) {
         const auto entry = static_cast<std::size_t>(i);
-        const int label = dense ? i : items.labels[entry];
+        const NodeLabel label(dense ? i : items.labels[entry]);
         if (!nodes.InRange(label)) {
-            unknown.Add(label);
-        } else if (const int local = nodes.Stored(label)) {
-            inputs.data[kTemperature][local] = static_cast<double>(items.temperature[entry]);
-            inputs.data[kCoolingTime][local] = static_cast<double>(items.coolingTime[entry]);
-            inputs.data[kGasMarker][local] = StoredGas(static_cast<double>(items.gas[entry]));
+            unknown.Add(label.Value());
+        } else if (const std::optional<NodeId> node = nodes.Stored(label)) {
+            inputs.data[kTemperature][*node] = static_cast<double>(items.temperature[entry]);
+            inputs.data[kCoolingTime][*node] = static_cast<double>(items.coolingTime[entry]);
+            inputs.data[kGasMarker][*node] = StoredGas(static_cast<double>(items.gas[entry]));
         }
     }
-    unknown.Report(path, "node labels", nodes.MaxLabel());
+    unknown.Report(path, "node labels", nodes.MaxLabel().Value());
     if (dense) {
         ReportEntriesBeyond(path, count, nodes.MaxLabel());
     }
@@ -94,8 +94,6 @@ int ReadCoolResults(FrozenLayerJob& job, const char* path) {
     const qnl::input::CoolItems items = qnl::input::ReadItems(job, reader, maxNode);
     qnl::input::StoreEntries(job, items, maxNode, path);
     reader.EndReading();
-    if (job.m_bGasInCool == 1) {
-        job.m_bGasInCool = qnl::input::HasNoGasEntry(items.gas) ? 1 : 0;
-    }
+    job.m_bGasInCool = qnl::input::HasNoGasEntry(items.gas) ? 1 : 0;
     return 1;
 }

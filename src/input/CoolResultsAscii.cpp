@@ -30,9 +30,9 @@ const char* ReadRecord(TokenReader& text, CoolRecord& record) {
     return whole ? nullptr : "scanf!=3 Reading cool data file Error !\n";
 }
 
-void StoreRecord(const NodeInputs& inputs, const StoredNodes& nodes, const CoolRecord& record, int local) {
-    inputs.data[kTemperature][local] = nodes.IsCleared(local) ? kClearedTemperature : record.temperature;
-    inputs.data[kCoolingTime][local] = record.coolingTime;
+void StoreRecord(const NodeInputs& inputs, const StoredNodes& nodes, const CoolRecord& record, NodeId node) {
+    inputs.data[kTemperature][node] = nodes.IsCleared(node) ? kClearedTemperature : record.temperature;
+    inputs.data[kCoolingTime][node] = record.coolingTime;
 }
 
 bool ReadRecords(FrozenLayerJob& job, TokenReader& text, int count, const char* path) {
@@ -46,13 +46,13 @@ bool ReadRecords(FrozenLayerJob& job, TokenReader& text, int count, const char* 
         if (error != nullptr) {
             LogGeneral(job, error);
             ReportShortRecord(path, text, i, "a node id and 3 numbers");
-        } else if (!nodes.InRange(record.id)) {
+        } else if (!nodes.InRange(NodeLabel(record.id))) {
             unknown.Add(record.id);
-        } else if (const int local = nodes.Stored(record.id)) {
-            StoreRecord(inputs, nodes, record, local);
+        } else if (const std::optional<NodeId> node = nodes.Stored(NodeLabel(record.id))) {
+            StoreRecord(inputs, nodes, record, *node);
         }
     }
-    unknown.Report(path, "node records", nodes.MaxLabel());
+    unknown.Report(path, "node records", nodes.MaxLabel().Value());
     return error == nullptr;
 }
 

@@ -64,7 +64,7 @@ int ReadFiberResults(FrozenLayerJob& job, const char* path) {
     const int room = std::max(maxElem, maxNode);  // a stage file may hold items by node under these ids
     for (const qnl::input::FiberItem& item : qnl::input::kItems) {
         const qnl::input::ItemValues values = qnl::input::ReadItem(reader, item.item, room);
-        if (qnl::OwnedArray<double>& slot = job.m_pCellFiber[item.slot]; slot && last > 0) {
+        if (qnl::OwnedArray<double>& slot = job.m_pCellFiber[item.slot]; slot) {
             std::copy_n(values.begin() + 1, last, slot.get() + 1);
         }
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "context/Messages.h"
 #include "input/BinaryResult.h"
@@ -55,24 +56,24 @@ FlowItems ReadItems(const FrozenLayerJob& job, CQNL3DResultReader_Manipulator& r
     return items;
 }
 
-void StoreNode(FrozenLayerJob& job, const NodeInputs& inputs, const FlowItems& items, std::size_t id,
-               int local) {
-    inputs.data[kTemperature][local] = static_cast<double>(items.temperature[id]);
-    inputs.data[kVolumeShrinkage][local] = static_cast<double>(items.shrinkage[id]);
+void StoreNode(FrozenLayerJob& job, const NodeInputs& inputs, const FlowItems& items, std::size_t entry,
+               NodeId node) {
+    inputs.data[kTemperature][node] = static_cast<double>(items.temperature[entry]);
+    inputs.data[kVolumeShrinkage][node] = static_cast<double>(items.shrinkage[entry]);
     if (job.m_bHasIntermediateTimes == 1) {
-        job.m_dMaxValue = std::max(job.m_dMaxValue, static_cast<double>(items.shrinkage[id]));
-        inputs.data[kDensity][local] = static_cast<double>(items.density[id]);
+        job.m_dMaxValue = std::max(job.m_dMaxValue, static_cast<double>(items.shrinkage[entry]));
+        inputs.data[kDensity][node] = static_cast<double>(items.density[entry]);
     }
-    inputs.data[kGasMarker][local] = StoredGas(static_cast<double>(items.gas[id]));
-    const float u = items.velocity[0][id];
-    const float v = items.velocity[1][id];
-    const float w = items.velocity[2][id];
-    inputs.data[kSpeed][local] = SpeedFromSquare(static_cast<double>(u * u + v * v + w * w));
-    inputs.data[kCoolingTime][local] = static_cast<double>(items.coolingTime[id]);
+    inputs.data[kGasMarker][node] = StoredGas(static_cast<double>(items.gas[entry]));
+    const float u = items.velocity[0][entry];
+    const float v = items.velocity[1][entry];
+    const float w = items.velocity[2][entry];
+    inputs.data[kSpeed][node] = SpeedFromSquare(static_cast<double>(u * u + v * v + w * w));
+    inputs.data[kCoolingTime][node] = static_cast<double>(items.coolingTime[entry]);
     if (job.m_bHasFlow == 1) {
-        inputs.vector[0][local] = u;
-        inputs.vector[1][local] = v;
-        inputs.vector[2][local] = w;
+        inputs.vector[0][node] = u;
+        inputs.vector[1][node] = v;
+        inputs.vector[2][node] = w;
     }
 }
 
@@ -97,10 +98,10 @@ int ReadFlowResults(FrozenLayerJob& job, const char* path) {
     const qnl::input::FlowItems items = qnl::input::ReadItems(job, reader, maxNode);
     const qnl::input::StoredNodes nodes(job);
     const qnl::input::NodeInputs inputs(job);
-    const int last = std::min(maxNode, nodes.MaxLabel());
-    for (int id = 1; id <= last; ++id) {
-        if (const int local = nodes.Stored(id)) {
-            qnl::input::StoreNode(job, inputs, items, static_cast<std::size_t>(id), local);
+    const qnl::NodeLabel last = std::min(qnl::NodeLabel(maxNode), nodes.MaxLabel());
+    for (qnl::NodeLabel label(1); label <= last; ++label) {
+        if (const std::optional<qnl::NodeId> node = nodes.Stored(label)) {
+            qnl::input::StoreNode(job, inputs, items, static_cast<std::size_t>(label.Value()), *node);
         }
     }
     reader.EndReading();

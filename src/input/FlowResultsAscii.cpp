@@ -27,28 +27,28 @@ bool ReadRecord(TokenReader& text, FlowRecord& record) {
                                                   [&](double& value) { return text.ReadDouble(value); });
 }
 
-void StoreRecord(FrozenLayerJob& job, const NodeInputs& inputs, const FlowRecord& record, int local) {
+void StoreRecord(FrozenLayerJob& job, const NodeInputs& inputs, const FlowRecord& record, NodeId node) {
     const double* column = record.column;
-    inputs.data[kTemperature][local] = column[3];
-    inputs.data[kGasMarker][local] = StoredGas(record.gas);
+    inputs.data[kTemperature][node] = column[3];
+    inputs.data[kGasMarker][node] = StoredGas(record.gas);
     if (job.m_bHasIntermediateTimes == 1) {
-        inputs.data[kVolumeShrinkage][local] = column[9];
-        inputs.data[kGasMarker][local] = column[9];
+        inputs.data[kVolumeShrinkage][node] = column[9];
+        inputs.data[kGasMarker][node] = column[9];
         job.m_bIsGasIn = 1;
         job.m_dMaxValue = std::max(job.m_dMaxValue, column[9]);
     }
     const double square = column[6] * column[6] + column[7] * column[7] + column[8] * column[8];
-    inputs.data[kSpeed][local] = SpeedFromSquare(square);
+    inputs.data[kSpeed][node] = SpeedFromSquare(square);
     if (job.m_bHasFlow == 1) {
-        inputs.vector[0][local] = static_cast<float>(column[6]);
-        inputs.vector[1][local] = static_cast<float>(column[7]);
-        inputs.vector[2][local] = static_cast<float>(column[8]);
+        inputs.vector[0][node] = static_cast<float>(column[6]);
+        inputs.vector[1][node] = static_cast<float>(column[7]);
+        inputs.vector[2][node] = static_cast<float>(column[8]);
     }
 }
 
-void Clear(const NodeInputs& inputs, int local) {
-    inputs.data[kTemperature][local] = kClearedTemperature;
-    inputs.data[kGasMarker][local] = kNoGas;
+void Clear(const NodeInputs& inputs, NodeId node) {
+    inputs.data[kTemperature][node] = kClearedTemperature;
+    inputs.data[kGasMarker][node] = kNoGas;
 }
 
 bool ReadRecords(FrozenLayerJob& job, TokenReader& text, const AsciiHead& head, const char* path) {
@@ -67,16 +67,16 @@ bool ReadRecords(FrozenLayerJob& job, TokenReader& text, const AsciiHead& head, 
         if (!complete) {
             ReportShortRecord(path, text, i,
                               withGas ? "a node id and 15 numbers" : "a node id and 14 numbers");
-        } else if (!nodes.InRange(record.id)) {
+        } else if (!nodes.InRange(NodeLabel(record.id))) {
             unknown.Add(record.id);
-        } else if (const int local = nodes.Stored(record.id)) {
-            StoreRecord(job, inputs, record, local);
-            if (nodes.IsCleared(local)) {
-                Clear(inputs, local);
+        } else if (const std::optional<NodeId> node = nodes.Stored(NodeLabel(record.id))) {
+            StoreRecord(job, inputs, record, *node);
+            if (nodes.IsCleared(*node)) {
+                Clear(inputs, *node);
             }
         }
     }
-    unknown.Report(path, "node records", nodes.MaxLabel());
+    unknown.Report(path, "node records", nodes.MaxLabel().Value());
     return complete;
 }
 

@@ -25,8 +25,8 @@ void ReportBeyond(const std::string& path, const char* object, int entries, int 
 
 }  // namespace
 
-void ReportEntriesBeyond(const std::string& path, int entries, int maxLabel) {
-    ReportBeyond(path, "node entries", entries, maxLabel);
+void ReportEntriesBeyond(const std::string& path, int entries, NodeLabel maxLabel) {
+    ReportBeyond(path, "node entries", entries, maxLabel.Value());
 }
 
 void ReportCellsBeyond(const std::string& path, int entries, int cells) {

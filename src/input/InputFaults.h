@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "base/Id.h"
+
 namespace qnl::input {
 
 /// Counts the ids of a file that name nothing in the mesh, for one fault at the end.
@@ -24,7 +26,7 @@ private:
 };
 
 /// Records a fault when a dense file has entries for labels that the mesh does not reach.
-void ReportEntriesBeyond(const std::string& path, int entries, int maxLabel);
+void ReportEntriesBeyond(const std::string& path, int entries, NodeLabel maxLabel);
 
 /// Records a fault when a result has more cells than the mesh.
 void ReportCellsBeyond(const std::string& path, int entries, int cells);

@@ -1,10 +1,15 @@
 #pragma once
 
-#include <cstddef>
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <optional>
+#include <type_traits>
 
 #include "base/OneBased.h"
 #include "context/FieldSlots.h"
 #include "context/FrozenLayerJob.h"
+#include "mesh/MeshNodes.h"
 
 namespace qnl::input {
 
@@ -15,62 +20,49 @@ namespace qnl::input {
 class StoredNodes {
 public:
     explicit StoredNodes(const FrozenLayerJob& job)
-        : isPart_(job.m_pIsPartNodeTemp),
-          toLocal_(job.m_pNodeGlobalIdToLocal),
-          runnerClass_(job.m_pNotRunnerNode),
-          nodes_(job.p_Node),
-          maxLabel_(job.m_nMaxLabel),
-          nodeCount_(job.m_nNodes),
-          stageIsOne_(job.m_nStage == 1),
-          storesRunner_(!job.m_options.Rules().carriesState) {}
+        : job_(job), storesRunner_(!job.m_options.Rules().carriesState) {}
 
     /// Labels beyond this one, or below 1, name no node of the mesh.
-    int MaxLabel() const { return maxLabel_; }
-    bool InRange(int label) const { return label >= 1 && label <= maxLabel_; }
+    NodeLabel MaxLabel() const { return NodeLabel(job_.m_nMaxLabel); }
+    bool InRange(NodeLabel label) const { return label >= NodeLabel(1) && label <= MaxLabel(); }
 
-    /// Index of the node with this label; 0 where there is none.
-    int Known(int label) const {
-        const int local = InRange(label) ? toLocal_[label] : 0;
-        return local >= 1 && local <= nodeCount_ ? local : 0;
+    /// The node with this label, if the mesh has one.
+    std::optional<NodeId> Known(NodeLabel label) const {
+        const NodeId node = mesh::NodeOfLabel(job_, label);
+        const bool known = node >= NodeId(1) && node <= NodeId(job_.m_nNodes);
+        return known ? std::optional(node) : std::nullopt;
     }
 
-    /// Index of the node with this label; 0 when its values are not stored.
-    int Stored(int label) const {
-        const int local = Known(label);
-        return local != 0 && (storesRunner_ || isPart_[label] == 1) ? local : 0;
+    /// The node with this label, which is in range, if its values are stored.
+    std::optional<NodeId> Stored(NodeLabel label) const {
+        const bool stored = storesRunner_ || job_.m_pIsPartNodeTemp[label.Value()] == 1;
+        return stored ? Known(label) : std::nullopt;
     }
 
-    /// Whether the text layouts replace the values of this node (an index): runner nodes in stage 1, and
-    /// special nodes.
-    bool IsCleared(int local) const {
-        const int nodeClass = runnerClass_[nodes_[local].label];
-        return !storesRunner_ && ((stageIsOne_ && nodeClass == 0) || nodeClass == -1);
+    /// Whether the text layouts replace the values of this node: runner nodes in stage 1, and special nodes.
+    bool IsCleared(NodeId node) const {
+        const mesh::NodeClass nodeClass = mesh::ClassOf(job_, node);
+        return !storesRunner_ && ((job_.m_nStage == 1 && nodeClass == mesh::NodeClass::Runner) ||
+                                  nodeClass == mesh::NodeClass::Special);
     }
 
 private:
-    const int* isPart_;
-    const int* toLocal_;
-    const int* runnerClass_;
-    const NodeRecord* nodes_;
-    int maxLabel_;
-    int nodeCount_;
-    bool stageIsOne_;
+    const FrozenLayerJob& job_;
     bool storesRunner_;
 };
 
 /// The node arrays that the readers fill.
 struct NodeInputs {
     explicit NodeInputs(FrozenLayerJob& job) {
-        for (std::size_t slot = 0; slot < kFieldSlots; ++slot) {
-            data[slot] = {job.m_pNodeData[slot].get(), job.m_nNodes};
-        }
-        for (std::size_t k = 0; k < 3; ++k) {
-            vector[k] = {job.m_pNodeVector[k].get(), job.m_nNodes};
-        }
+        const auto byNode = [nodes = job.m_nNodes](const auto& array) {
+            return OneBased<std::decay_t<decltype(array[0])>, NodeId>(array.get(), nodes);
+        };
+        std::transform(std::begin(job.m_pNodeData), std::end(job.m_pNodeData), data.begin(), byNode);
+        std::transform(std::begin(job.m_pNodeVector), std::end(job.m_pNodeVector), vector.begin(), byNode);
     }
 
-    OneBased<double> data[kFieldSlots];  ///< by FieldSlot
-    OneBased<float> vector[3];           ///< empty when the job has no flow results
+    std::array<OneBased<double, NodeId>, kFieldSlots> data;  ///< by FieldSlot
+    std::array<OneBased<float, NodeId>, 3> vector;           ///< empty when the job has no flow results
 };
 
 /// Temperature that marks a node whose own is not to be used, degC.

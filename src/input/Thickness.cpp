@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "base/WindowsPath.h"
@@ -29,19 +30,12 @@ void GenerateThickness(const FrozenLayerJob& job) {
     }
 }
 
-void PrepareThickness(FrozenLayerJob& job) {
-    if (job.m_pNodeThickness) {
-        std::fill_n(job.m_pNodeThickness.get(), ItemEntries(job.m_nNodes), 0.0F);
-    } else {
-        job.m_pNodeThickness = std::make_unique<float[]>(ItemEntries(job.m_nNodes));
-    }
-}
-
-void StorePositive(FrozenLayerJob& job, const StoredNodes& nodes, const ItemValues& values, int last) {
-    for (int id = 1; id <= last; ++id) {
-        const float value = values[static_cast<std::size_t>(id)];
-        if (const int local = value > 0.0F ? nodes.Stored(id) : 0) {
-            job.m_pNodeThickness.get()[local] = value;
+void StorePositive(FrozenLayerJob& job, const StoredNodes& nodes, const ItemValues& values, NodeLabel last) {
+    for (NodeLabel label(1); label <= last; ++label) {
+        const float value = values[static_cast<std::size_t>(label.Value())];
+        const std::optional<NodeId> node = nodes.Stored(label);
+        if (node && value > 0.0F) {
+            job.m_pNodeThickness[node->Value()] = value;
         }
     }
 }
@@ -60,9 +54,9 @@ int ReadThickness(FrozenLayerJob& job) {
     }
     const int maxNode = reader.GetMaxCavityNode();
     qnl::LogPlain(job, "nMaxNodes = %d \n", maxNode);
-    qnl::input::PrepareThickness(job);
+    job.m_pNodeThickness = qnl::NewFromOne<float>(job.m_nNodes);
     const qnl::input::StoredNodes nodes(job);
-    const int last = std::min(maxNode, nodes.MaxLabel());
+    const qnl::NodeLabel last = std::min(qnl::NodeLabel(maxNode), nodes.MaxLabel());
     qnl::input::ItemValues values(qnl::input::ItemEntries(maxNode));
     for (const int item : qnl::input::kItemsInOrder) {
         reader.GetResultItem(item, values.data());

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <optional>
 
 #include "context/Messages.h"
 #include "input/BinaryResult.h"
@@ -19,19 +20,12 @@ constexpr WarpItem kDisplacement[] = {kWarpDisplacementX, kWarpDisplacementY, kW
 constexpr OpenMessages kMessages{"Can't open Warp Results ", "Read WarpResults by ASCII ",
                                  "Read WarpResults by Binary "};
 
-/// Room for every label of the file and every node of the mesh, zeroed; existing room of that size is
-/// used again.
+/// Room for every label of the file and every node of the mesh, zeroed.
 void PrepareDisplacement(FrozenLayerJob& job, int maxNode) {
-    const int entries = std::max(maxNode, job.m_nNodes);
+    job.m_nWarpEntries = std::max(maxNode, job.m_nNodes);
     for (OwnedArray<double>& array : job.m_pWarpDisplacement) {
-        if (array && job.m_nWarpEntries == entries) {
-            std::fill_n(array.get(), ItemEntries(entries), 0.0);
-        } else {
-            array.reset();
-            array = std::make_unique<double[]>(ItemEntries(entries));
-        }
+        array = NewFromOne<double>(job.m_nWarpEntries);
     }
-    job.m_nWarpEntries = entries;
 }
 
 struct WarpItems {
@@ -48,11 +42,11 @@ WarpItems ReadItems(CQNL3DResultReader_Manipulator& reader, int count) {
     return items;
 }
 
-void StoreNode(FrozenLayerJob& job, const WarpItems& items, std::size_t id, int local) {
+void StoreNode(FrozenLayerJob& job, const WarpItems& items, std::size_t entry, NodeId node) {
     for (std::size_t k = 0; k < 3; ++k) {
-        job.m_pWarpDisplacement[k].get()[local] = static_cast<double>(items.displacement[k][id]);
+        job.m_pWarpDisplacement[k][node.Value()] = static_cast<double>(items.displacement[k][entry]);
     }
-    job.m_pNodeData[kVolumeShrinkage].get()[local] = static_cast<double>(items.shrinkage[id]);
+    job.m_pNodeData[kVolumeShrinkage][node.Value()] = static_cast<double>(items.shrinkage[entry]);
 }
 
 }  // namespace
@@ -74,11 +68,11 @@ int ReadWarpResults(FrozenLayerJob& job, const char* path) {
     qnl::LogPlain(job, "nMaxNodes = %d \n", maxNode);
     const qnl::input::WarpItems items = qnl::input::ReadItems(reader, maxNode);
     const qnl::input::StoredNodes nodes(job);
-    const int last = std::min(maxNode, nodes.MaxLabel());
-    for (int id = 1; id <= last; ++id) {
-        const auto entry = static_cast<std::size_t>(id);
-        if (const int local = nodes.Known(id)) {
-            qnl::input::StoreNode(job, items, entry, local);
+    const qnl::NodeLabel last = std::min(qnl::NodeLabel(maxNode), nodes.MaxLabel());
+    for (qnl::NodeLabel label(1); label <= last; ++label) {
+        const auto entry = static_cast<std::size_t>(label.Value());
+        if (const std::optional<qnl::NodeId> node = nodes.Known(label)) {
+            qnl::input::StoreNode(job, items, entry, *node);
         }
         job.m_dMaxValue = std::max(job.m_dMaxValue, static_cast<double>(items.shrinkage[entry]));
     }

@@ -36,14 +36,12 @@ void ReadHead(TokenReader& text, WarpHead& head, std::string_view& line) {
 struct WarpScan {
     int id = 0;
     double shrinkage = 0.0;
-    bool hasId = false;
     bool hasShrinkage = false;
 
     bool Read(TokenReader& text, int values) {
         if (!text.ReadInt(id)) {
             return false;
         }
-        hasId = true;
         double unused = 0.0;
         for (int k = 1; k <= values; ++k) {
             if (!text.ReadDouble(k == kShrinkage ? shrinkage : unused)) {
@@ -55,8 +53,10 @@ struct WarpScan {
     }
 };
 
+/// What stands in the place of the label counts as the node itself.
 void Store(FrozenLayerJob& job, const WarpScan& scan) {
-    job.m_pNodeData[kVolumeShrinkage].get()[scan.id] = scan.shrinkage;
+    const NodeId node(scan.id);
+    job.m_pNodeData[kVolumeShrinkage][node.Value()] = scan.shrinkage;
     job.m_dMaxValue = std::max(job.m_dMaxValue, scan.shrinkage);
 }
 
@@ -71,14 +71,14 @@ void ReadRecords(FrozenLayerJob& job, TokenReader& text, const WarpHead& head, c
             whole = false;
             ReportShortRecord(path, text, i, "a node index and " + std::to_string(head.values) + " numbers");
         }
-        if (scan.hasId && scan.hasShrinkage) {
+        if (scan.hasShrinkage) {
             if (scan.id >= 1 && scan.id <= job.m_nNodes) {
                 Store(job, scan);
             } else if (read) {
                 unknown.Add(scan.id);
             }
         }
-        if (!read && text.Position() == before) {
+        if (text.Position() == before) {
             break;  // every later scan would stop here too
         }
     }

@@ -86,9 +86,10 @@ int NewDataStorage(FrozenLayerJob& job) {
 }
 
 int NewFrozenStorage(FrozenLayerJob& job) {
+    const RunTraits run = TraitsOf(job);
     for (const std::size_t row : kMakingOrder) {
         const OutputQuantity& quantity = kOutputQuantities[row];
-        if (quantity.computed(job)) {
+        if (quantity.computed(run)) {
             CreateZeroed(job.*quantity.array, job.m_nNodes);
         }
     }
@@ -98,9 +99,10 @@ int NewFrozenStorage(FrozenLayerJob& job) {
 }
 
 void EnsureComputedArrays(FrozenLayerJob& job) {
+    const RunTraits run = TraitsOf(job);
     for (const std::size_t row : kMakingOrder) {
         const OutputQuantity& quantity = kOutputQuantities[row];
-        if (quantity.computed(job)) {
+        if (quantity.computed(run)) {
             CreateIfMissing(job.*quantity.array, job.m_nNodes);
         }
     }

@@ -27,9 +27,16 @@ inline NodeId NodeOfLabel(const FrozenLayerJob& job, NodeLabel label) {
     return NodeId(known ? job.m_pNodeGlobalIdToLocal[label.Value()] : 0);
 }
 
-/// True for a node of the moulded part, false for one of the runner and for one whose results are cleared.
+/// What a node belongs to, by the numbers of the mesh kernel: the moulded part, the runner, or what is
+/// neither and has its results cleared.
+enum class NodeClass : int { Special = -1, Runner = 0, Part = 1 };
+
+inline NodeClass ClassOf(const FrozenLayerJob& job, NodeId node) {
+    return static_cast<NodeClass>(job.m_pNotRunnerNode[LabelOf(job, node).Value()]);
+}
+
 inline bool IsPartNode(const FrozenLayerJob& job, NodeId node) {
-    return job.m_pNotRunnerNode[LabelOf(job, node).Value()] == 1;
+    return ClassOf(job, node) == NodeClass::Part;
 }
 
 /// The job's surface normal, turned inwards; of length 1 or, where a node has none, 0.

@@ -1,6 +1,7 @@
 #include "output/BinaryResult.h"
 
 #include "context/Messages.h"
+#include "mesh/MeshNodes.h"
 #include "output/OutputItems.h"
 #include "platform/CQNL3DResultWriter_Manipulator.h"
 
@@ -13,13 +14,12 @@ constexpr int kHeadStamp = 802218888;
 constexpr int kProgramVersion = 1000;
 constexpr float kTimeValue = 0.01F;
 
-bool IsWritten(const FrozenLayerJob& job, int node) {
+bool IsWritten(const FrozenLayerJob& job, NodeId node) {
     constexpr double kEvaluatedAbove = 1.0;
     if (job.m_options.Rules().carriesState) {
-        return job.m_pCenterTemperature[static_cast<std::size_t>(node)] > kEvaluatedAbove;
+        return job.m_pCenterTemperature[node.Value()] > kEvaluatedAbove;
     }
-    return job.m_pNotRunnerNode[job.p_Node[node].label] == 1 && job.m_pHasProfile &&
-           job.m_pHasProfile[static_cast<std::size_t>(node)] == 1;
+    return mesh::IsPartNode(job, node) && job.m_pHasProfile && job.m_pHasProfile[node.Value()] == 1;
 }
 
 std::vector<OutputItem*> WrittenItems(FrozenLayerJob& job) {
@@ -64,11 +64,11 @@ void WriteItemInfo(CQNL3DResultWriter_Manipulator& writer, const std::vector<Out
     writer.SetMaxMinInfo(maxima.data(), minima.data());
 }
 
-/// Labels of the nodes, 1-based.
-std::vector<int> LabelsOf(const FrozenLayerJob& job, const std::vector<int>& nodes) {
-    std::vector<int> labels(nodes.size() + 1, 0);
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        labels[i + 1] = job.p_Node[nodes[i]].label;
+/// Labels of the nodes as the writer takes them, 1-based.
+std::vector<int> LabelsOf(const FrozenLayerJob& job, const std::vector<NodeId>& nodes) {
+    std::vector<int> labels{0};
+    for (const NodeId node : nodes) {
+        labels.push_back(mesh::LabelOf(job, node).Value());
     }
     return labels;
 }
@@ -79,7 +79,8 @@ void WriteItems(const FrozenLayerJob& job, CQNL3DResultWriter_Manipulator& write
     std::vector<float> values(labels.size(), 0.0F);
     for (const OutputItem* item : items) {
         for (std::size_t i = 1; i < labels.size(); ++i) {
-            values[i] = static_cast<float>(item->pData[job.m_pNodeGlobalIdToLocal[labels[i]]]);
+            const NodeId node = mesh::NodeOfLabel(job, NodeLabel(labels[i]));
+            values[i] = static_cast<float>(item->pData[node.Value()]);
         }
         writer.WriteResultItem(item->nItemID, values.data());
     }
@@ -87,9 +88,9 @@ void WriteItems(const FrozenLayerJob& job, CQNL3DResultWriter_Manipulator& write
 
 }  // namespace
 
-std::vector<int> SelectOutputNodes(const FrozenLayerJob& job) {
-    std::vector<int> nodes;
-    for (int node = 1; node <= job.m_nNodes; ++node) {
+std::vector<NodeId> SelectOutputNodes(const FrozenLayerJob& job) {
+    std::vector<NodeId> nodes;
+    for (NodeId node(1); node <= NodeId(job.m_nNodes); ++node) {
         if (IsWritten(job, node)) {
             nodes.push_back(node);
         }
@@ -102,7 +103,7 @@ int WriteBinaryResult(FrozenLayerJob& job) {
     LogLine(job, "Write Binary Result");
     CQNL3DResultWriter_Manipulator writer;
     writer.BeginWriting(job.m_szResultFile.Text(), "", true);
-    const std::vector<int> nodes = SelectOutputNodes(job);
+    const std::vector<NodeId> nodes = SelectOutputNodes(job);
     const std::vector<OutputItem*> items = WrittenItems(job);
     WriteHead(job, writer, static_cast<int>(nodes.size()));
     WriteItemInfo(writer, items);

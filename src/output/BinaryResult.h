@@ -10,8 +10,8 @@ namespace qnl::output {
 /// recorded by the result library and does not stop the run. Gives 1.
 int WriteBinaryResult(FrozenLayerJob& job);
 
-/// Indices of the nodes written, ascending: those with a centre temperature above 1 degree, or, in
+/// The nodes written, ascending: those with a centre temperature above 1 degree, or, in
 /// corrected mode, the part nodes whose evaluation had a profile.
-std::vector<int> SelectOutputNodes(const FrozenLayerJob& job);
+std::vector<NodeId> SelectOutputNodes(const FrozenLayerJob& job);
 
 }  // namespace qnl::output

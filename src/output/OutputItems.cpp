@@ -1,7 +1,7 @@
 #include "output/OutputItems.h"
 
 #include <cmath>
-#include <cstring>
+#include <cstdio>
 
 #include "context/Messages.h"
 #include "context/OutputQuantities.h"
@@ -13,13 +13,8 @@ namespace {
 constexpr int kShrinkageItem = 16;
 static_assert(QuantityOfItem(kShrinkageItem).array == &FrozenLayerJob::m_pMaxVolumeShrinkage);
 
-template <std::size_t Size>
-void CopyText(char (&target)[Size], const char* text) {
-    std::strncpy(target, text, Size - 1);
-    target[Size - 1] = '\0';
-}
-
 void DescribeItems(FrozenLayerJob& job) {
+    const RunTraits run = TraitsOf(job);
     if (!job.m_pOutputItems) {
         job.m_pOutputItems = std::make_unique<OutputItem[]>(kItemCount);
     }
@@ -27,10 +22,10 @@ void DescribeItems(FrozenLayerJob& job) {
         const OutputQuantity& quantity = kOutputQuantities[kItemOrder[i]];
         OutputItem& item = job.m_pOutputItems[i];
         item.nItemID = quantity.item;
-        CopyText(item.szName, quantity.name);
-        CopyText(item.szUnit, quantity.unit);
+        std::snprintf(item.szName, sizeof item.szName, "%s", quantity.name);
+        std::snprintf(item.szUnit, sizeof item.szUnit, "%s", quantity.unit);
         item.pData = (job.*quantity.array).get();
-        item.bOutput = quantity.written(job) ? 1 : 0;
+        item.bOutput = quantity.written(run) ? 1 : 0;
         job.m_nOutputItemCount += item.bOutput;
     }
 }

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <optional>
 #include <string>
 
 #include "context/Messages.h"
+#include "mesh/MeshNodes.h"
 #include "platform/HostFiles.h"
 #include "platform/Stages.h"
 
@@ -57,18 +59,24 @@ void WriteHead(const FrozenLayerJob& job, int rows, std::FILE* out) {
     std::fputs("\n[RESULTS EOW]\n", out);
 }
 
-/// Component of the vector at a node, 0 for node 0. Adding 0 turns a negative zero, which would be printed
+/// The part node that a row shows, if its label is that of one.
+std::optional<NodeId> ShownNode(const FrozenLayerJob& job, int row) {
+    const NodeId node = mesh::NodeOfLabel(job, NodeLabel(row));
+    const bool shown = node > NodeId(0) && job.m_pIsPartNodeTemp[row] == 1;
+    return shown ? std::optional(node) : std::nullopt;
+}
+
+/// Component of the vector at a node, 0 for none. Adding 0 turns a negative zero, which would be printed
 /// with its sign, into a plain one.
-double Component(const double* values, int node) {
-    return node > 0 ? values[node] + 0.0 : 0.0;
+double Component(const double* values, std::optional<NodeId> node) {
+    return node ? values[node->Value()] + 0.0 : 0.0;
 }
 
 void WriteNodeRows(const FrozenLayerJob& job, int rows, const double* u, const double* v, const double* w,
                    std::FILE* out) {
     const std::string otherVariables = Zeros<kNodeVariables.size() - 3>();
     for (int row = 1; row <= rows; ++row) {
-        const bool isPartNode = row <= job.m_nMaxLabel && job.m_pIsPartNodeTemp[row] == 1;
-        const int node = isPartNode ? job.m_pNodeGlobalIdToLocal[row] : 0;
+        const std::optional<NodeId> node = ShownNode(job, row);
         std::fprintf(out, "%d %g %g %g", row, Component(u, node), Component(v, node), Component(w, node));
         std::fputs(otherVariables.c_str(), out);
     }

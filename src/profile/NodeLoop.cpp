@@ -133,7 +133,7 @@ void RunShare(FrozenLayerJob& job, const std::vector<ListPosition>& order, const
 
 void EvaluateSurfaceNodes(FrozenLayerJob& job) {
     if (job.m_pHasProfile == nullptr) {
-        job.m_pHasProfile = std::make_unique<unsigned char[]>(static_cast<std::size_t>(job.m_nNodes) + 1);
+        job.m_pHasProfile = NewFromOne<unsigned char>(job.m_nNodes);
     }
     if (job.m_nSurfaceNodes < 1) {
         return;

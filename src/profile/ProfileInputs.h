@@ -4,30 +4,18 @@
 
 #include "base/OneBased.h"
 #include "context/FrozenLayerJob.h"
+#include "context/RunConditions.h"
 #include "profile/kernels/FlakeKernels.h"
 #include "profile/rays/RayProfile.h"
 
 namespace qnl::profile {
-
-/// What the stage has, as far as it decides which quantities are formed.
-struct StageTraits {
-    bool warp;
-    bool cool;
-    bool gas;
-    bool gasInCool;
-    bool gasRestricts;  ///< gas restricts the frozen ratio and the packing index, too
-    bool intermediateTimes;
-    bool fillCoolingTime;
-    bool flakes;
-    bool flow;
-};
 
 /// Velocity by cell, components u, v, w, cm/s; an empty one counts as 0.
 using VelocityField = std::array<OneBased<const float, CellId>, 3>;
 
 /// What the quantities of a profile are formed from.
 struct ProfileInputs {
-    StageTraits stage;
+    RunTraits run;
     RayMedium medium;
     PassElementField shrinkage;    ///< volume, percent
     PassElementField gasMarker;    ///< below -0.1 polymer, above 0.1 gas
@@ -42,8 +30,6 @@ struct ProfileInputs {
     double maxShrinkage;        ///< largest volume shrinkage of the run, percent
     bool showsFlakesAsAverage;  ///< the average temperature shows the flake intensity
 };
-
-StageTraits TraitsOf(const FrozenLayerJob& job);
 
 /// Views of the job's fields; they hold as long as its arrays.
 ProfileInputs InputsOf(const FrozenLayerJob& job);

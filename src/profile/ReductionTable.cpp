@@ -13,41 +13,41 @@ enum class Window { Unused, Taken, Set };
 struct Reduction {
     void (*reduce)(Reduced& node);
     Window window;
-    bool (*applies)(const StageTraits& stage);
+    RunCondition applies;
 };
 
-using Stage = const StageTraits&;
+using Run = const RunTraits&;
 
 /// All quantities in the order in which a node's are formed. The order matters where a later one replaces
 /// what an earlier one gave, and for the depth window.
 constexpr Reduction kReductions[] = {
-    {ReduceToFrozenRatio, Window::Set, [](Stage s) { return !s.warp; }},
-    {ReduceToWarpIndicator, Window::Unused, [](Stage s) { return s.warp; }},
-    {ReduceToShrinkLocation, Window::Unused, [](Stage s) { return !s.warp && s.intermediateTimes; }},
-    {ReduceToTemperatures, Window::Taken, [](Stage) { return true; }},
-    {ReduceToPackingIndex, Window::Taken, [](Stage s) { return s.intermediateTimes; }},
-    {ReduceToSinkDepth, Window::Unused, [](Stage s) { return s.intermediateTimes; }},
-    {ReduceToBulkTemperature, Window::Taken, [](Stage s) { return !s.cool; }},
+    {ReduceToFrozenRatio, Window::Set, [](Run run) { return !run.warp; }},
+    {ReduceToWarpIndicator, Window::Unused, [](Run run) { return run.warp; }},
+    {ReduceToShrinkLocation, Window::Unused, [](Run run) { return !run.warp && run.intermediateTimes; }},
+    {ReduceToTemperatures, Window::Taken, Always},
+    {ReduceToPackingIndex, Window::Taken, HasIntermediateTimes},
+    {ReduceToSinkDepth, Window::Unused, HasIntermediateTimes},
+    {ReduceToBulkTemperature, Window::Taken, IsNotCool},
     {ReduceToFrozenRatioInPolymer, Window::Set,
-     [](Stage s) { return s.cool ? s.gasInCool : s.gas && s.gasRestricts; }},
-    {ReduceToSkin, Window::Set, [](Stage s) { return !s.cool && s.gas; }},
+     [](Run run) { return run.cool ? run.gasInCool : run.gas && run.gasRestricts; }},
+    {ReduceToSkin, Window::Set, HasGasAndIsNotCool},
     {ReduceToPackingIndexToGas, Window::Taken,
-     [](Stage s) { return !s.cool && s.gas && s.gasRestricts && s.intermediateTimes; }},
-    {ReduceToWallDifference, Window::Unused, [](Stage s) { return s.cool; }},
-    {ReduceToMaxCoolingTime, Window::Set, [](Stage s) { return s.cool || s.fillCoolingTime; }},
-    {ReduceToFlakeIntensity, Window::Unused, [](Stage s) { return !s.cool && s.flakes; }},
-    {ReduceToFlow, Window::Taken, [](Stage s) { return s.flow; }},
+     [](Run run) { return HasGasAndIsNotCool(run) && run.gasRestricts && run.intermediateTimes; }},
+    {ReduceToWallDifference, Window::Unused, IsCool},
+    {ReduceToMaxCoolingTime, Window::Set, [](Run run) { return run.cool || run.fillCoolingTime; }},
+    {ReduceToFlakeIntensity, Window::Unused, HasFlakesAndIsNotCool},
+    {ReduceToFlow, Window::Taken, HasFlow},
 };
 
 void GatherElementValues(Reduced& node) {
-    const StageTraits& stage = node.inputs.stage;
+    const RunTraits& run = node.inputs.run;
     node.shrinkage =
         AtElements(node, ProfileField::VolumeShrinkage, node.inputs.shrinkage, ProfileScratch::kShrinkageRow);
-    if (stage.intermediateTimes) {
+    if (HasIntermediateTimes(run)) {
         node.densities =
             AtElements(node, ProfileField::Density, node.inputs.density, ProfileScratch::kDensityRow);
     }
-    if (stage.gas && !stage.cool) {
+    if (HasGasAndIsNotCool(run)) {
         node.gasMarkers =
             AtElements(node, ProfileField::GasMarker, node.inputs.gasMarker, ProfileScratch::kGasMarkerRow);
     }
@@ -66,7 +66,7 @@ void ReduceProfile(Reduced node, RelaxedValue<double>& window) {
     const ProfileInputs& inputs = node.inputs;
     GatherElementValues(node);
     for (const Reduction& reduction : kReductions) {
-        if (!reduction.applies(inputs.stage)) {
+        if (!reduction.applies(inputs.run)) {
             continue;
         }
         if (reduction.window == Window::Set) {
@@ -77,10 +77,10 @@ void ReduceProfile(Reduced node, RelaxedValue<double>& window) {
     }
 }
 
-bool ReadsWindowBeforeSetting(const StageTraits& stage) {
+bool ReadsWindowBeforeSetting(const RunTraits& run) {
     bool taken = false;
     for (const Reduction& reduction : kReductions) {
-        const bool applies = reduction.applies(stage);
+        const bool applies = reduction.applies(run);
         if (applies && reduction.window == Window::Set) {
             return taken;
         }

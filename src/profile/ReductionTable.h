@@ -10,8 +10,8 @@ namespace qnl::profile {
 /// window that all nodes share, mm: some quantities set it, others take it as it stands.
 void ReduceProfile(Reduced node, RelaxedValue<double>& window);
 
-/// True where a quantity of the stage takes the depth window before one sets it at the same node, and one
+/// True where a quantity of the run takes the depth window before one sets it at the same node, and one
 /// does set it later.
-bool ReadsWindowBeforeSetting(const StageTraits& stage);
+bool ReadsWindowBeforeSetting(const RunTraits& run);
 
 }  // namespace qnl::profile

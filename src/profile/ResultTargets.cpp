@@ -3,9 +3,10 @@
 namespace qnl::profile {
 
 ResultTargets::ResultTargets(const FrozenLayerJob& job) {
+    const RunTraits run = TraitsOf(job);
     for (const OutputQuantity& quantity : kOutputQuantities) {
         double* array = (job.*quantity.array).get();
-        if (array == nullptr || quantity.slot == kNoSlot || !quantity.computed(job)) {
+        if (array == nullptr || quantity.slot == kNoSlot || !quantity.computed(run)) {
             continue;
         }
         if (quantity.array == &FrozenLayerJob::m_pSkinThickness) {

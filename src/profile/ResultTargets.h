@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -36,8 +37,7 @@ private:
         if (wallThickness_ == nullptr) {
             return skin;
         }
-        const double wall = static_cast<double>(wallThickness_[n]);
-        return wall <= skin ? wall : skin;
+        return std::min(skin, static_cast<double>(wallThickness_[n]));
     }
 
     std::array<Target, kQuantityCount> targets_{};

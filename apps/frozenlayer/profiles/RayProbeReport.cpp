@@ -7,6 +7,7 @@
 
 #include "exports/CsvFile.h"
 #include "exports/VtkXmlFile.h"
+#include "mesh/MeshNodes.h"
 #include "project/OutputNames.h"
 #include "series/LoadedSeries.h"
 #include "text/NumberText.h"
@@ -40,9 +41,9 @@ struct Probe {
 };
 
 int NodeOfLabel(const Probe& probe, int label) {
-    const FrozenLayerJob& job = probe.project.Job();
-    const int node = label >= 1 && label <= job.m_nMaxLabel ? job.m_pNodeGlobalIdToLocal[label] : 0;
-    const int number = node > 0 ? probe.surface.numberOfNode[static_cast<std::size_t>(node)] : -1;
+    const NodeId node = mesh::NodeOfLabel(probe.project.Job(), NodeLabel(label));
+    const int number =
+        node > NodeId(0) ? probe.surface.numberOfNode[static_cast<std::size_t>(node.Value())] : -1;
     if (number < 0) {
         throw project::InputProblem("node " + std::to_string(label) + " is not on the surface of " +
                                     project::NativePath(probe.project.MeshFile()) +

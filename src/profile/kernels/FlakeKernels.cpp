@@ -38,7 +38,6 @@ double CalcuFlakeIntensity(qnl::OneBased<const double> depths, qnl::OneBasedIds<
     qnl::profile::Tensor sum{};
     double length = 0.0;
     double previous = depths[1];
-    bool counted = false;
     for (int j = 1; j <= depths.Count(); ++j) {
         if (numbering.IsFace(elements[j])) {
             continue;
@@ -50,13 +49,9 @@ double CalcuFlakeIntensity(qnl::OneBased<const double> depths, qnl::OneBasedIds<
             sum[k] += step * tensor[k][cell];
         }
         previous = depths[j];
-        counted = true;
         if (depths[j] - depths[1] >= layerEnd) {
             break;
         }
-    }
-    if (!counted) {
-        return 0.0;
     }
     length += kNoLengthGuard;
     for (double& component : sum) {

@@ -33,13 +33,9 @@ double CalcuFrozenRatio(qnl::OneBased<const double> depths, qnl::OneBased<const 
 double CalcuFrozenRatioInPolymer(qnl::OneBased<const double> depths, qnl::OneBased<const double> temperatures,
                                  qnl::OneBased<const double> gasMarkers, double freezeTemperature,
                                  double window) {
-    const int count = depths.Count();
-    if (count < 2) {
-        return 100.0;
-    }
     double frozen = 0.0;
     double polymer = 0.0;
-    for (int i = 1; i < count; ++i) {
+    for (int i = 1; i < depths.Count(); ++i) {
         const bool firstPolymer = qnl::profile::IsPolymer(gasMarkers[i]);
         const bool secondPolymer = qnl::profile::IsPolymer(gasMarkers[i + 1]);
         if (!firstPolymer && !secondPolymer) {
@@ -53,6 +49,5 @@ double CalcuFrozenRatioInPolymer(qnl::OneBased<const double> depths, qnl::OneBas
     if (cappedPolymer <= qnl::profile::kShortest) {
         return 100.0;
     }
-    const double ratio = std::min(frozen, window) / cappedPolymer;
-    return ratio > 1.0 ? 100.0 : 100.0 * ratio;
+    return 100.0 * std::min(std::min(frozen, window) / cappedPolymer, 1.0);
 }

@@ -1,7 +1,5 @@
 #include "profile/search/IntegerStream.h"
 
-#include <algorithm>
-
 namespace qnl::profile {
 
 namespace {
@@ -21,10 +19,8 @@ void IntegerWriter::Flush() {
 IntegerReader::IntegerReader(std::FILE* stream) : stream_(stream), block_(kBlockBytes) {}
 
 bool IntegerReader::Refill() {
-    const std::size_t left = end_ - next_;
-    std::copy_n(block_.begin() + static_cast<std::ptrdiff_t>(next_), left, block_.begin());
     next_ = 0;
-    end_ = left + std::fread(block_.data() + left, 1, block_.size() - left, stream_);
+    end_ = std::fread(block_.data(), 1, block_.size(), stream_);
     return end_ >= 4;
 }
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <vector>
 
 namespace qnl::profile {
@@ -18,10 +19,9 @@ public:
             Flush();
         }
         const auto bits = static_cast<std::uint32_t>(value);
-        for (unsigned k = 0; k < 4; ++k) {
-            block_[filled_ + k] = static_cast<unsigned char>(bits >> (8 * k));
+        for (unsigned shift = 0; shift < 32; shift += 8) {
+            block_[filled_++] = static_cast<unsigned char>(bits >> shift);
         }
-        filled_ += 4;
     }
     /// Hands the last, partly filled block to the stream.
     void Flush();
@@ -37,21 +37,20 @@ class IntegerReader {
 public:
     explicit IntegerReader(std::FILE* stream);
 
-    /// False when fewer than four bytes are left.
-    bool Get(int& value) {
+    /// None when fewer than four bytes are left.
+    std::optional<int> Next() {
         if (end_ - next_ < 4 && !Refill()) {
-            return false;
+            return std::nullopt;
         }
         std::uint32_t bits = 0;
-        for (unsigned k = 0; k < 4; ++k) {
-            bits |= static_cast<std::uint32_t>(block_[next_ + k]) << (8 * k);
+        for (unsigned shift = 0; shift < 32; shift += 8) {
+            bits |= static_cast<std::uint32_t>(block_[next_++]) << shift;
         }
-        next_ += 4;
-        value = static_cast<std::int32_t>(bits);
-        return true;
+        return static_cast<std::int32_t>(bits);
     }
 
 private:
+    /// Only the last block of a file is not full, so that what is left of a block is no integer.
     bool Refill();
 
     std::FILE* stream_;

@@ -45,7 +45,6 @@ const int* FindNodePassElems(FrozenLayerJob& job, int i, int& count, double x, d
         count = record.m_nPassElems;
         ids = record.m_pPassElems.get();
     } else {
-        count = 0;
         ids = job.m_pOptKer->FindPassElemByAnyRay(count, x, y, z, dx, dy, dz, thread);
         if (job.m_pNodeSearchResults != nullptr) {
             qnl::profile::StoreCopy(job.m_pNodeSearchResults.get()[i], ids, count);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,29 +41,29 @@ using Damage = const char*;
 /// Reads one record. Ids are collected in `ids` first, whose size follows what the file really holds, so
 /// that a count that the file does not keep allocates nothing.
 Damage ReadRecord(IntegerReader& reader, int largestId, std::vector<int>& ids, CSurfNodeSearch& record) {
-    int count = 0;
-    if (!reader.Get(count)) {
+    const std::optional<int> count = reader.Next();
+    if (!count) {
         return "the end of the file";
     }
-    if (count < 0) {
+    if (*count < 0) {
         return "a negative count";
     }
     ids.clear();
-    for (int k = 0; k < count; ++k) {
-        int id = 0;
-        if (!reader.Get(id)) {
+    for (int k = 0; k < *count; ++k) {
+        const std::optional<int> id = reader.Next();
+        if (!id) {
             return "the end of the file";
         }
-        if (id < 1 || id > largestId) {
+        if (*id < 1 || *id > largestId) {
             return "an id outside the mesh";
         }
-        ids.push_back(id);
+        ids.push_back(*id);
     }
-    if (count > 0) {
-        record.m_pPassElems = std::make_unique<int[]>(static_cast<std::size_t>(count));
+    if (!ids.empty()) {
+        record.m_pPassElems = std::make_unique<int[]>(ids.size());
         std::copy(ids.begin(), ids.end(), record.m_pPassElems.get());
     }
-    record.m_nPassElems = count;
+    record.m_nPassElems = *count;
     return nullptr;
 }
 
@@ -89,22 +90,22 @@ bool ReadRecords(FrozenLayerJob& job, IntegerReader& reader) {
 
 /// True when the head is that of a file for this job.
 bool ReadHead(const FrozenLayerJob& job, IntegerReader& reader) {
-    int version = 0;
-    int records = 0;
-    if (!reader.Get(version)) {
+    const std::optional<int> version = reader.Next();
+    if (!version) {
         RecordDamage(job, "version", "the end of the file");
         return false;
     }
-    if (version != kVersion) {
+    if (*version != kVersion) {
         LogLine(job, "Search File version mismatch!\n");
         return false;
     }
-    if (!reader.Get(records)) {
+    const std::optional<int> records = reader.Next();
+    if (!records) {
         RecordDamage(job, "number of records", "the end of the file");
         return false;
     }
-    if (records != job.m_nSurfaceNodes) {
-        LogPlain(job, "file record %d != current mesh %d\n", records, job.m_nSurfaceNodes);
+    if (*records != job.m_nSurfaceNodes) {
+        LogPlain(job, "file record %d != current mesh %d\n", *records, job.m_nSurfaceNodes);
         return false;
     }
     return true;

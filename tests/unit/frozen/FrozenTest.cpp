@@ -17,6 +17,7 @@
 #include "support/CapturedOutput.h"
 #include "support/ScratchFolder.h"
 #include "support/ScriptedKernel.h"
+#include "support/SetClock.h"
 
 namespace {
 
@@ -73,6 +74,14 @@ TEST_F(FrozenStage, SelectsCornersAtTheirFirstAppearance) {
     qnl::frozen::SelectSurfaceNodes(job_);
     EXPECT_EQ(List(), (std::vector<int>{4, 2, 3, 1}));
     EXPECT_EQ(output.Text(), "nSurfaceNodes = 4 \n");
+    EXPECT_EQ(std::vector<int>(job_.m_pSurfNodeFlag.get(), job_.m_pSurfNodeFlag.get() + 6),
+              (std::vector<int>{0, 1, 1, 1, 1, 0}));
+}
+
+TEST_F(FrozenStage, ANodeOfNoKnownClassIsNotSelected) {
+    classes_[3] = 2;
+    qnl::frozen::SelectSurfaceNodes(job_);
+    EXPECT_EQ(List(), (std::vector<int>{4, 2, 1}));
 }
 
 TEST_F(FrozenStage, StageOneSelectsPartNodesOnly) {
@@ -112,6 +121,15 @@ TEST_F(FrozenStage, SpecialNodesLoseSinkPackingShrinkageAndFlake) {
     EXPECT_EQ(job_.m_pFrozenRatio[4], 4.0);
 }
 
+TEST_F(FrozenStage, TheLastListedNodeMayBeSpecial) {
+    classes_[1] = -1;
+    qnl::frozen::SelectSurfaceNodes(job_);
+    job_.m_bHasFlow = 1;
+    job_.m_pMaxVolumeShrinkage = Doubles({0, 1, 2, 3, 4, 5});
+    qnl::frozen::ClearSpecialNodes(job_);
+    EXPECT_EQ(job_.m_pMaxVolumeShrinkage[1], 0.0);
+}
+
 TEST_F(FrozenStage, SpecialNodesKeepWhatTheRunDoesNotHave) {
     qnl::frozen::SelectSurfaceNodes(job_);
     job_.m_pMaxVolumeShrinkage = Doubles({0, 1, 2, 3, 4, 5});
@@ -124,6 +142,9 @@ TEST(ThinningDistance, IsThreeFaceSizesButAtMostThreePercentOfTheBox) {
     EXPECT_EQ(qnl::frozen::ThinningDistance(1.0, 100.0), 3.0)
         << "a face size of exactly one percent is not above it";
     EXPECT_EQ(qnl::frozen::ThinningDistance(2.0, 100.0), 3.0);
+    EXPECT_EQ(qnl::frozen::ThinningDistance(0.95, 100.0), 3.0 * 0.95);
+    ASSERT_NE(3.0 * 0.07, 7.0 * 3.0 / 100.0) << "they differ in the last bit";
+    EXPECT_EQ(qnl::frozen::ThinningDistance(0.07, 7.0), 3.0 * 0.07);
 }
 
 class Thinning : public FrozenStage {
@@ -185,8 +206,9 @@ TEST_F(Thinning, TheLongestSideOfTheBoxCountsAlongEveryAxis) {
     Place(2, 0, 0, 0, 1);
     Place(3, 1.5, 0, 0, 1);  // near by 3 mean face boxes, far by 3 % of the short sides
     for (std::size_t axis = 0; axis < 3; ++axis) {
-        std::fill(std::begin(job_.m_dBoxMax), std::end(job_.m_dBoxMax), 1.0);
-        job_.m_dBoxMax[axis] = 1000.0;
+        std::fill(std::begin(job_.m_dBoxMax), std::end(job_.m_dBoxMax), 0.0);
+        std::fill(std::begin(job_.m_dBoxMin), std::end(job_.m_dBoxMin), -1.0);
+        job_.m_dBoxMin[axis] = -1000.0;
         job_.m_pSurfTree = std::make_unique<CQNLOptKer>();
         job_.m_pAverageVelocityU = Doubles({0, 1, 2, 3, 4, 5});
         qnl::frozen::ThinOutVelocities(job_);
@@ -197,15 +219,33 @@ TEST_F(Thinning, TheLongestSideOfTheBoxCountsAlongEveryAxis) {
 
 TEST_F(Thinning, KeptNodesAreBoxesOfATenThousandthAround) {
     Place(2, 0, 0, 0, 1);
-    Place(3, 3.00005, 0, 0, 1);
-    qnl::frozen::ThinOutVelocities(job_);
-    EXPECT_EQ(job_.m_pAverageVelocityU[3], 0.0) << "beyond the distance, but not beyond the box";
+    const auto keeps = [this](double x, double y, double z, double distance) {
+        Place(3, x * distance, y * distance, z * distance, 1);
+        job_.m_pSurfTree = std::make_unique<CQNLOptKer>();
+        job_.m_pAverageVelocityU = Doubles({0, 1, 2, 3, 4, 5});
+        qnl::frozen::ThinOutVelocities(job_);
+        return job_.m_pAverageVelocityU[3] == 3.0;
+    };
+    for (const double side : {-1.0, 1.0}) {
+        for (const auto& [x, y, z] : {std::array{side, 0.0, 0.0}, {0.0, side, 0.0}, {0.0, 0.0, side}}) {
+            EXPECT_FALSE(keeps(x, y, z, 3.00005)) << "beyond the distance, but not beyond the box";
+            EXPECT_TRUE(keeps(x, y, z, 3.000105));
+        }
+    }
+}
 
-    Place(3, 3.00015, 0, 0, 1);
-    job_.m_pSurfTree = std::make_unique<CQNLOptKer>();
-    job_.m_pAverageVelocityU = Doubles({0, 1, 2, 3, 4, 5});
-    qnl::frozen::ThinOutVelocities(job_);
-    EXPECT_EQ(job_.m_pAverageVelocityU[3], 3.0);
+TEST_F(Thinning, NormalsThatAreOppositeByLessThanTheLimitCountAsTheSameWall) {
+    Place(2, 0, 0, 0, 1);
+    const auto keeps = [this](double normalZ) {
+        Place(3, 0, 0, 1.5, normalZ);
+        job_.m_pSurfTree = std::make_unique<CQNLOptKer>();
+        job_.m_pAverageVelocityU = Doubles({0, 1, 2, 3, 4, 5});
+        qnl::frozen::ThinOutVelocities(job_);
+        return job_.m_pAverageVelocityU[3] == 3.0;
+    };
+    EXPECT_FALSE(keeps(-0.95e-30));
+    EXPECT_TRUE(keeps(-1e-30)) << "the limit itself";
+    EXPECT_TRUE(keeps(-1.05e-30));
 }
 
 TEST_F(Thinning, WithoutFlowNothingHappens) {
@@ -249,6 +289,15 @@ TEST_F(FrozenStage, CoolingSmoothsTheMouldDifferenceAndTheCoolingTime) {
     EXPECT_EQ(fake::TheKernel().smoothings[5].first, job_.m_pMaxCoolingTime.get());
 }
 
+TEST_F(FrozenStage, TheResolvedModeSmoothsTheSinkMarkReferenceAlone) {
+    job_.m_options.mode = qnl::Mode::Resolved;
+    job_.m_bHasIntermediateTimes = 1;
+    job_.m_pSinkMarkWork = std::make_unique<double[]>(6);
+    qnl::frozen::SmoothResults(job_);
+    using Call = std::pair<const double*, int>;
+    EXPECT_EQ(fake::TheKernel().smoothings, std::vector<Call>{Call(job_.m_pSinkMarkWork.get(), 200)});
+}
+
 TEST_F(FrozenStage, NormalsAreZeroedBeforeTheKernelFillsThem) {
     job_.m_pNormalX.reset();
     job_.m_pNormalY[3] = 9.0;
@@ -259,8 +308,8 @@ TEST_F(FrozenStage, NormalsAreZeroedBeforeTheKernelFillsThem) {
 }
 
 TEST_F(FrozenStage, NegativeSinkTotalsAreClippedAndGiveNoVector) {
-    job_.m_pSinkMarkTotal = Doubles({0, 1.0, 0.25, 0, 0, 0});
-    job_.m_pSinkMarkWork = Doubles({0, 0.25, 1.0, 0, 0, 0});
+    job_.m_pSinkMarkTotal = Doubles({0, 1.0, 0.25, 0, 0, 1.5});
+    job_.m_pSinkMarkWork = Doubles({0, 0.25, 1.0, 0, 0, 0.5});
     job_.m_pNormalX[1] = 3.0;
     job_.m_pNormalY[1] = 4.0;
     job_.m_pNormalX[2] = 1.0;
@@ -271,7 +320,23 @@ TEST_F(FrozenStage, NegativeSinkTotalsAreClippedAndGiveNoVector) {
     EXPECT_EQ(job_.m_pNormalX[1], -0.75 * (3.0 / 5.0));
     EXPECT_EQ(job_.m_pNormalY[1], -0.75 * (4.0 / 5.0));
     EXPECT_EQ(job_.m_pNormalX[2], 0.0);
+    EXPECT_EQ(job_.m_pSinkMarkTotal[5], 1.0);
     EXPECT_EQ(job_.m_pNormalZ[5], 0.0) << "a zero normal stays finite";
+}
+
+TEST_F(FrozenStage, SinkVectorsPointInwards) {
+    job_.m_pSinkMarkTotal = Doubles({0, -1.0, 0, 0, 2.0, 7.0});
+    job_.m_pNormalZ[1] = 1.0;
+    job_.m_pNormalZ[4] = 1e-31;
+    for (qnl::OwnedArray<double>* normal : {&job_.m_pNormalX, &job_.m_pNormalY, &job_.m_pNormalZ}) {
+        (*normal)[5] = normal == &job_.m_pNormalX ? 4.0 : normal == &job_.m_pNormalY ? 6.0 : 12.0;
+    }
+    qnl::frozen::TurnNormalsIntoSinkVectors(job_);
+    EXPECT_EQ(job_.m_pNormalX[5], -7.0 * (4.0 / 14.0));
+    EXPECT_EQ(job_.m_pNormalY[5], -7.0 * (6.0 / 14.0));
+    EXPECT_EQ(job_.m_pNormalZ[5], -7.0 * (12.0 / 14.0));
+    EXPECT_EQ(job_.m_pNormalZ[1], 0.0) << "a negative depth is none";
+    EXPECT_DOUBLE_EQ(job_.m_pNormalZ[4], -0.2) << "a normal next to nothing is taken as 1e-30 long";
 }
 
 class WarpSink : public FrozenStage {
@@ -328,6 +393,43 @@ TEST_F(WarpSink, AllNodesFixedGiveZeroEverywhere) {
     EXPECT_EQ(ratio, std::vector<double>(6, 0.0));
 }
 
+TEST_F(WarpSink, DisplacementIsTakenAlongTheInwardNormal) {
+    std::vector<double> ratio(6, 0.3);
+    job_.m_pNormalX[2] = 2.0;
+    job_.m_pNormalY[2] = 3.0;
+    job_.m_pNormalZ[2] = 6.0;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        job_.m_pWarpDisplacement[axis][2] = 7.0 * static_cast<double>(axis + 1);
+    }
+    qnl::frozen::ComputeSinkMarkDisplacement(job_, ratio.data());
+    EXPECT_DOUBLE_EQ(ratio[2], -(2.0 * 1.0 + 3.0 * 2.0 + 6.0 * 3.0));
+
+    std::fill(ratio.begin(), ratio.end(), 0.3);
+    job_.m_pWarpDisplacement[1].reset();
+    qnl::frozen::ComputeSinkMarkDisplacement(job_, ratio.data());
+    EXPECT_DOUBLE_EQ(ratio[2], -(2.0 * 1.0 + 6.0 * 3.0)) << "an absent component is 0";
+}
+
+TEST_F(WarpSink, ANormalNextToNothingIsHeldAgainstAGuardOfItsSize) {
+    std::vector<double> ratio(6, 0.3);
+    job_.m_pNormalZ[2] = 1e-20;
+    qnl::frozen::ComputeSinkMarkDisplacement(job_, ratio.data());
+    EXPECT_DOUBLE_EQ(ratio[2], -0.5 * 0.2);
+}
+
+TEST_F(WarpSink, TheReferenceSpreadsFromTheFixedNodesFromTheFirstRoundOn) {
+    std::vector<double> ratio{0, 0.1, 0.3, 0.3, 0.3, 0};
+    std::vector<double> first;
+    fake::TheKernel().smoothingEffect = [&first](double* reference) {
+        if (first.empty()) {
+            first.assign(reference, reference + 6);
+        }
+    };
+    qnl::frozen::ComputeSinkMarkDisplacement(job_, ratio.data());
+    fake::TheKernel().smoothingEffect = nullptr;
+    EXPECT_EQ(first, (std::vector<double>{0.0, (-2.0 / (2.0 + 1e-20)) * 0.1, 0.0, 0.0, 0.0, 0.0}));
+}
+
 TEST_F(WarpSink, AZeroNormalAndAbsentDisplacementsGiveZero) {
     std::vector<double> ratio(6, 0.3);
     job_.m_pNormalZ[2] = 0.0;
@@ -347,9 +449,9 @@ protected:
         job_.m_options.mode = qnl::Mode::Corrected;
     }
 
-    /// Four empty lists.
+    /// Four lists, the first of one face.
     void WriteSearchFile(const std::string& name) {
-        const std::array<int, 6> words{1001, 4, 0, 0, 0, 0};
+        const std::array<int, 7> words{1001, 4, 1, 2, 0, 0, 0};
         folder_.Write(name, std::string(reinterpret_cast<const char*>(words.data()), sizeof words));
     }
 
@@ -368,6 +470,17 @@ TEST_F(SearchRecords, AFileAsOldAsItsMeshIsTaken) {
     qnl::frozen::PrepareSearchRecords(job_);
     EXPECT_EQ(job_.m_bSearchDone, 1);
     ASSERT_NE(job_.m_pNodeSearchResults, nullptr);
+    ASSERT_EQ(job_.m_pNodeSearchResults[1].m_nPassElems, 1);
+    EXPECT_EQ(job_.m_pNodeSearchResults[1].m_pPassElems[0], 2);
+}
+
+TEST_F(SearchRecords, WithoutASearchToReadNothingIsMade) {
+    job_.m_bSearchDone = 0;
+    job_.m_nLogLevel = 1;
+    const CapturedOutput output;
+    qnl::frozen::PrepareSearchRecords(job_);
+    EXPECT_EQ(job_.m_pNodeSearchResults, nullptr);
+    EXPECT_EQ(output.Text(), "");
 }
 
 TEST_F(SearchRecords, AFileOlderThanItsMeshIsNotBelievedInCorrectedMode) {
@@ -392,6 +505,35 @@ TEST_F(SearchRecords, SmoothedNormalsHaveAFileOfTheirOwnInCorrectedMode) {
     qnl::frozen::PrepareSearchRecords(job_);
     EXPECT_EQ(job_.m_bSearchDone, 1);
     EXPECT_EQ(job_.m_szSurFile.View(), folder_.Path() + "/m_s.sur");
+}
+
+TEST_F(SearchRecords, OtherModesHaveOneFileForAllNormals) {
+    for (const qnl::Mode mode : {qnl::Mode::Classic, qnl::Mode::Resolved}) {
+        job_.m_options.mode = mode;
+        job_.m_bHasIntermediateTimes = 1;
+        job_.m_pNodeSearchResults.reset();
+        WriteSearchFile("m.sur");
+        SetAge("m.sur", 1);
+        qnl::frozen::PrepareSearchRecords(job_);
+        EXPECT_EQ(job_.m_bSearchDone, 1);
+    }
+}
+
+TEST_F(SearchRecords, WithoutIntermediateTimesNoNormalsAreSmoothed) {
+    WriteSearchFile("m.sur");
+    SetAge("m.sur", 1);
+    qnl::frozen::PrepareSearchRecords(job_);
+    EXPECT_EQ(job_.m_szSurFile.View(), folder_.Path() + "\\m.sur");
+}
+
+TEST_F(SearchRecords, TellsHowLongTheReadingTook) {
+    job_.m_nLogLevel = 1;
+    fake::TheClock() = {100.0, 0.25};
+    const CapturedOutput output;
+    qnl::frozen::PrepareSearchRecords(job_);
+    fake::TheClock() = {};
+    EXPECT_NE(output.Text().find("ReadSearchResult Time: 0.25 seconds\n"), std::string::npos)
+        << output.Text();
 }
 
 TEST_F(SearchRecords, AreMadeOnceAndReportedEveryTime) {

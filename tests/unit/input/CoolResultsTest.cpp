@@ -129,6 +129,31 @@ TEST_F(CoolBinary, IdsOfTheMapOutsideTheLabelRangeAreSkippedAndReported) {
     EXPECT_EQ(faults[0].found, "4 ids outside, the first 0");
 }
 
+TEST_F(CoolBinary, AMapMayHaveMoreRowsThanThereAreLabels) {
+    file_->maxNode = 18;
+    file_->hasMap = true;
+    file_->map.assign(18, 1);
+    file_->items = {{1, std::vector<float>(18, 5.0F)}};
+    file_->items[1][17] = 20.0F;
+    MakeStorage();
+    EXPECT_EQ(ReadCoolResults(job_, "p.k4c"), 1);
+    EXPECT_EQ(Data(0, 1), 20.0) << "of the last row";
+    EXPECT_TRUE(qnl::TakeFaults().empty());
+}
+
+TEST_F(CoolBinary, EntriesOfADenseFileBeyondTheLabelsAreOneFault) {
+    file_->maxNode = 18;
+    for (auto& item : file_->items) {
+        item.second.resize(18);
+    }
+    MakeStorage();
+    EXPECT_EQ(ReadCoolResults(job_, "p.k4c"), 1);
+    const std::vector<qnl::Fault> faults = qnl::TakeFaults();
+    ASSERT_EQ(faults.size(), 1U);
+    EXPECT_EQ(faults[0].object, "node entries");
+    EXPECT_EQ(faults[0].found, "1 ids outside, the first 18");
+}
+
 TEST_F(CoolBinary, CorrectedRunsStoreEveryKnownNode) {
     job_.m_options.mode = qnl::Mode::Corrected;
     SetItem(1, 3, 30.0F);
@@ -205,17 +230,18 @@ TEST_F(CoolAscii, AMissingFileFails) {
     EXPECT_EQ(ReadCoolResultsAscii(job_, path.c_str()), -1);
     EXPECT_EQ(output.Text(),
               "Read ReadCoolResults by ASCII \nCool results don't exist !\nCool results don't exist !\n");
+    EXPECT_EQ(qnl::TakeFaults().size(), 2U);
 }
 
 TEST_F(CoolAscii, ARecordWithoutIdFails) {
     job_.m_nLogLevel = 1;
     MakeStorage();
-    const std::string path = File(2, "1 50 5 0\n[EOF]\n");
+    const std::string path = File(3, "1 50 5 0\n[EOF]\n");
     const CapturedOutput output;
     EXPECT_EQ(ReadCoolResultsAscii(job_, path.c_str()), -1);
     EXPECT_EQ(output.Text().substr(output.Text().find("scanf")), "scanf!=1 Reading cool data file Error !\n");
     EXPECT_EQ(Data(0, 1), 50.0);
-    ASSERT_EQ(qnl::TakeFaults().size(), 1U);
+    ASSERT_EQ(qnl::TakeFaults().size(), 1U) << "what follows is not looked at";
 }
 
 TEST_F(CoolAscii, ARecordWithTooFewNumbersFails) {
@@ -232,6 +258,25 @@ TEST_F(CoolAscii, ARecordWithTooFewNumbersFails) {
     const CapturedOutput output;
     EXPECT_EQ(ReadCoolResultsAscii(job_, File(1, "1 2").c_str()), -1);
     EXPECT_EQ(output.Text(), "");
+}
+
+TEST_F(CoolAscii, OneRecordInAnySectionIsEnough) {
+    MakeStorage();
+    const std::string section = "[PART VOLUME DATA]\nx\ny\nz\n";
+    const std::string path = TextFile("p.k4c", "[HEADER]\n1007 1.5\na\nb\nc\nd\n1\n" + section +
+                                                   "1 50 5 0\n[HEADER]\n1007 1.5\na\nb\nc\nd\n0\n" + section);
+    EXPECT_EQ(ReadCoolResultsAscii(job_, path.c_str()), 1);
+    EXPECT_EQ(Data(0, 1), 50.0);
+    EXPECT_TRUE(qnl::TakeFaults().empty());
+}
+
+TEST_F(CoolAscii, LongLinesAreReadInPiecesOf1023) {
+    MakeStorage();
+    const std::string path =
+        TextFile("p.k4c", std::string(1023, 'x') +
+                              "[HEADER]\n1007 1.5\na\nb\nc\nd\n1\n[PART VOLUME DATA]\nx\ny\nz\n1 50 5 0\n");
+    EXPECT_EQ(ReadCoolResultsAscii(job_, path.c_str()), 1);
+    EXPECT_EQ(Data(0, 1), 50.0);
 }
 
 TEST_F(CoolAscii, WithoutHeaderNoRecordsAreRead) {

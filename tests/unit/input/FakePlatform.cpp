@@ -1,5 +1,7 @@
 #include "unit/input/FakePlatform.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -75,9 +77,13 @@ void CQNL3DResultReader_Manipulator::GetResultItemInfo(int* itemIds, char** name
         itemIds[i] = file.itemIds[i];
         dataTypes[i] = file.itemType;
         for (char* text : {names[i], units[i]}) {
-            std::memset(text, 'y', 259);
+            std::memset(text, static_cast<int>(i) + 1, 259);
             text[259] = '\0';
         }
+    }
+    for (std::size_t i = 0; i < file.itemIds.size(); ++i) {
+        EXPECT_TRUE(names[i][0] == static_cast<int>(i) + 1 && units[i][258] == static_cast<int>(i) + 1)
+            << "texts of the items overlap";
     }
 }
 

@@ -99,6 +99,19 @@ TEST_F(FiberTest, ItemsByNodeUnderTheSameIdsAreNoTensor) {
     EXPECT_EQ(flow[0].remedy, "name the fibre result of the same run, p.k4o");
 }
 
+TEST_F(FiberTest, OtherItemsByElementAreNoTensor) {
+    file_->itemIds = {1, 2};
+    EXPECT_EQ(ReadFiberResults(job_, "p.k4o"), 1);
+    EXPECT_EQ(qnl::TakeFaults().size(), 1U);
+}
+
+TEST_F(FiberTest, AnArrayThatDoesNotExistStaysSo) {
+    job_.m_pCellFiber[3].reset();
+    EXPECT_EQ(ReadFiberResults(job_, "p.k4o"), 1);
+    EXPECT_EQ(job_.m_pCellFiber[3], nullptr);
+    EXPECT_EQ(Fiber(4)[0], 11.25);
+}
+
 TEST_F(FiberTest, NegativeCountsStoreNothing) {
     file_->maxElem = -1;
     file_->items.clear();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "input/FlowSpeed.h"
 #include "support/CapturedOutput.h"
 #include "unit/input/InputFixture.h"
 
@@ -133,6 +134,16 @@ TEST_F(FlowBinary, NodeAtRestHasTheLeastSpeed) {
     EXPECT_EQ(Data(3, 2), std::sqrt(static_cast<double>(square2)));
 }
 
+TEST_F(FlowBinary, SpeedIsTheLengthOfTheVelocity) {
+    MakeStorage();
+    SetItem(11, 1, 1.0F);
+    SetItem(12, 1, 2.0F);
+    SetItem(13, 1, 2.0F);
+    ReadFlowResults(job_, "p.k4f");
+    EXPECT_EQ(Data(3, 1), 3.0);
+    EXPECT_EQ(qnl::input::SpeedFromSquare(1e-8), 1e-8) << "the limit of the squares counts as rest";
+}
+
 TEST_F(FlowBinary, SpeedSquaresAreSummedInSinglePrecision) {
     MakeStorage();
     SetItem(11, 1, 4097.0F);
@@ -176,10 +187,15 @@ TEST_F(FlowBinary, WithoutIntermediateTimesTheMaximumStays) {
 
 TEST_F(FlowBinary, MissingItemsAreZero) {
     file_->items.clear();
+    job_.m_bHasIntermediateTimes = 1;
     MakeStorage();
     EXPECT_EQ(ReadFlowResults(job_, "p.k4f"), 1);
     EXPECT_EQ(Data(0, 1), 0.0);
     EXPECT_EQ(Data(1, 1), 0.0);
+    EXPECT_EQ(Data(5, 1), 0.0);
+    for (int k = 0; k < 3; ++k) {
+        EXPECT_EQ(Vector(k, 1), 0.0F) << k;
+    }
 }
 
 TEST_F(FlowBinary, ShorterFileLeavesTheOtherNodesAlone) {
@@ -308,7 +324,24 @@ TEST_F(FlowAscii, HeadCode1012WithFourteenNumbersFails) {
     EXPECT_EQ(ReadFlowResultsAscii(job_, path.c_str()), -1);
     EXPECT_EQ(job_.m_bIsGasIn, 1);
     EXPECT_EQ(Data(0, 1), -7.0);
+    const std::vector<qnl::Fault> faults = qnl::TakeFaults();
+    ASSERT_EQ(faults.size(), 1U);
+    EXPECT_EQ(faults[0].expected, "a node id and 15 numbers");
     EXPECT_EQ(ReadFlowResults(job_, path.c_str()), 1);
+}
+
+TEST_F(FlowAscii, AColumnThatBreaksOffIsNotMadeUpForByWhatFollows) {
+    MakeStorage();
+    EXPECT_EQ(ReadFlowResultsAscii(job_, File(1012, 1, "1 0 0 - 0.75\n").c_str()), -1);
+    EXPECT_EQ(Data(0, 1), -7.0);
+}
+
+TEST_F(FlowAscii, WithoutFlowFlagVelocitiesAreNotKept) {
+    job_.m_bHasFlow = 0;
+    MakeStorage();
+    EXPECT_EQ(ReadFlowResultsAscii(job_, File(1007, 1, std::string(kColumns1) + "\n").c_str()), 1);
+    EXPECT_EQ(Data(3, 1), 5.0);
+    EXPECT_FALSE(job_.m_pNodeVector[0]);
 }
 
 TEST_F(FlowAscii, IntermediateTimesReplaceTheGasValueByColumn9) {
@@ -326,6 +359,7 @@ TEST_F(FlowAscii, Column9OfMinusOneIsNoGasMark) {
     MakeStorage();
     ReadFlowResultsAscii(job_, File(1007, 1, "1 0 0 230 0 0 0 0 0 -1 0 0 0 0 0\n").c_str());
     EXPECT_EQ(Data(2, 1), -1.0);
+    EXPECT_EQ(job_.m_bIsGasIn, 1);
 }
 
 TEST_F(FlowAscii, SpeedIsFormedInDoublePrecision) {
@@ -333,6 +367,8 @@ TEST_F(FlowAscii, SpeedIsFormedInDoublePrecision) {
     ReadFlowResultsAscii(job_, File(1007, 1, "1 0 0 230 0 0 0.1 0.2 0.3 0 0 0 0 0 0\n").c_str());
     EXPECT_EQ(Data(3, 1), std::sqrt(0.1 * 0.1 + 0.2 * 0.2 + 0.3 * 0.3));
     EXPECT_EQ(Vector(0, 1), 0.1F);
+    EXPECT_EQ(Vector(1, 1), 0.2F);
+    EXPECT_EQ(Vector(2, 1), 0.3F);
 }
 
 TEST_F(FlowAscii, RunnerNodesThatAreStoredAreClearedInStageOne) {

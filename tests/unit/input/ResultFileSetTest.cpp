@@ -25,7 +25,7 @@ protected:
     void Select(const std::string& input) {
         input_ = input;
         job_.m_szInputResult = input_.c_str();
-        SelectResultFiles(job_);
+        EXPECT_EQ(SelectResultFiles(job_), 1);
     }
     std::string Flags() const {
         std::string flags;
@@ -61,6 +61,13 @@ TEST_F(FileSetTest, CoolInputLooksForNoLog) {
     EXPECT_STREQ(job_.m_szResultFile.Text(), "x.czr");
     EXPECT_EQ(Flags(), "cool ");
     EXPECT_EQ(output.Text(), "");
+}
+
+TEST_F(FileSetTest, CoolInputHasNoIntermediateTimesWhateverTheAnalysis) {
+    WriteLog("[EOF]\n");
+    job_.m_nAnalysisType = 4;
+    Select("x.k4c");
+    EXPECT_EQ(Flags(), "cool ");
 }
 
 TEST_F(FileSetTest, HeatingCoolingInputIsNoCoolInput) {

@@ -39,6 +39,13 @@ TEST_F(ThicknessTest, Item1WinsWhereItIsPositive) {
     EXPECT_TRUE(qnl::TakeFaults().empty());
 }
 
+TEST_F(ThicknessTest, ThinWallsAndTheLastLabelCount) {
+    SetItem(1, 1, 0.5F);
+    SetItem(1, 17, 0.25F);
+    ReadThickness(job_);
+    EXPECT_EQ(Thicknesses(), (std::vector<float>{0.5F, 0.0F, 0.0F, 0.0F, 0.25F}));
+}
+
 TEST_F(ThicknessTest, NodesOutsideThePartAreNotWritten) {
     SetItem(1, 3, 3.0F);
     SetItem(2, 12, 3.0F);

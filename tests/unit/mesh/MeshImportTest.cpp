@@ -9,7 +9,7 @@
 
 #include "support/CapturedOutput.h"
 #include "support/ScriptedKernel.h"
-#include "unit/mesh/SetClock.h"
+#include "support/SetClock.h"
 
 namespace {
 

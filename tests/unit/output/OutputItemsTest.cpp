@@ -2,14 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
+#include <cmath>
 #include <set>
 
 #include "context/OutputQuantities.h"
-#include "output/BinaryResult.h"
-#include "platform/CQNL3DResultReader_Manipulator.h"
 #include "support/CapturedOutput.h"
-#include "support/ScratchFolder.h"
 
 namespace {
 
@@ -67,6 +64,14 @@ TEST_F(OutputItems, ShrinkageOfAMillionthIsKept) {
     EXPECT_EQ(Written().count(16), 1U);
     job_.m_pMaxVolumeShrinkage[2] = 0.0;
     EXPECT_EQ(Written().count(16), 1U) << "the running maximum stays";
+}
+
+TEST_F(OutputItems, ShrinkageBelowZeroIsKept) {
+    job_.m_bHasFlow = 1;
+    job_.m_pMaxVolumeShrinkage[2] = -1e-6;
+    EXPECT_EQ(Written().count(16), 1U);
+    job_.m_pMaxVolumeShrinkage[2] = -3.0;
+    EXPECT_EQ(Written().count(16), 1U);
 }
 
 TEST_F(OutputItems, GasFillCoolingFlakeAndIntermediateTimesAddTheirs) {
@@ -133,55 +138,17 @@ TEST_F(OutputItems, ValuesBelowTheStartLeaveTheMaximumWhereItStarts) {
     EXPECT_EQ(Item(2).dMin, -2000.0);
 }
 
-TEST_F(OutputItems, ClassicWritesNodesWithACentreTemperatureAboveOne) {
-    job_.m_pCenterTemperature[1] = 1.0;
-    job_.m_pCenterTemperature[2] = 1.0000001;
-    EXPECT_EQ(qnl::output::SelectOutputNodes(job_), std::vector<int>{2});
+TEST_F(OutputItems, OfEqualValuesTheFirstIsTheLimit) {
+    job_.m_pMaxTemperature[1] = -0.0;
+    job_.m_pMaxTemperature[2] = 0.0;
+    Written();
+    EXPECT_TRUE(std::signbit(Item(2).dMax));
+    EXPECT_TRUE(std::signbit(Item(2).dMin));
 }
 
-TEST_F(OutputItems, ValuesAreThoseOfTheNodeThatTheLabelMapNames) {
-    const std::array<NodeRecord, 3> nodes{{{}, {0, 0, 0, 3, 0}, {0, 0, 0, 5, 0}}};
-    const std::array<int, 6> toLocal{0, 0, 0, 2, 0, 1};
-    job_.p_Node = nodes.data();
-    job_.m_pNodeGlobalIdToLocal = toLocal.data();
-    job_.m_pCenterTemperature[1] = 20.0;
+TEST_F(OutputItems, LimitsRunOverNodesThatAreNotWrittenToo) {
     job_.m_pCenterTemperature[2] = 40.0;
-    const ScratchFolder folder;
-    job_.m_szResultFile.Set(folder.Path() + "\\part1.fzr");
-    EXPECT_EQ(qnl::output::WriteBinaryResult(job_), 1);
-
-    CQNL3DResultReader_Manipulator reader;
-    ASSERT_GE(reader.BeginReading(job_.m_szResultFile.Text(), nullptr), 0);
-    ASSERT_EQ(reader.GetMaxCavityNode(), 2);
-    std::array<int, 3> labels{};
-    std::array<float, 3> values{};
-    EXPECT_TRUE(reader.GetResultDataIDArray(QNLRESULT_NODE, labels.data()));
-    EXPECT_TRUE(reader.GetResultItem(3, values.data()));
-    reader.EndReading();
-    EXPECT_EQ(labels, (std::array<int, 3>{0, 3, 5}));
-    EXPECT_EQ(values, (std::array<float, 3>{0.0F, 40.0F, 20.0F}));
-}
-
-TEST_F(OutputItems, LimitsRunOverAllNodesOfTheMesh) {
-    const std::array<NodeRecord, 3> nodes{{{}, {0, 0, 0, 1, 0}, {0, 0, 0, 2, 0}}};
-    job_.p_Node = nodes.data();
-    job_.m_pCenterTemperature[2] = 40.0;
-    EXPECT_EQ(qnl::output::SelectOutputNodes(job_), std::vector<int>{2});
     Written();
     EXPECT_EQ(Item(3).dMax, 40.0);
-    EXPECT_EQ(Item(3).dMin, 0.0) << "node 1 is not written";
-}
-
-TEST_F(OutputItems, CorrectedWritesPartNodesThatHadAProfile) {
-    const std::array<NodeRecord, 3> nodes{{{}, {0, 0, 0, 1, 0}, {0, 0, 0, 2, 0}}};
-    const std::array<int, 3> classes{0, 1, 0};
-    job_.p_Node = nodes.data();
-    job_.m_pNotRunnerNode = classes.data();
-    job_.m_options.mode = qnl::Mode::Corrected;
-    EXPECT_TRUE(qnl::output::SelectOutputNodes(job_).empty());
-    job_.m_pHasProfile = std::make_unique<unsigned char[]>(3);
-    job_.m_pHasProfile[1] = 1;
-    job_.m_pHasProfile[2] = 1;
-    EXPECT_EQ(qnl::output::SelectOutputNodes(job_), std::vector<int>{1})
-        << "the second node lies on the runner";
+    EXPECT_EQ(Item(3).dMin, 0.0) << "a node without centre temperature is not written";
 }

@@ -42,9 +42,9 @@ protected:
 
     std::array<int, 6> partNodes_{0, 1, 0, 0, 0, 1};
     std::array<int, 6> toLocal_{0, 1, 2, 0, 0, 3};
-    std::array<double, 4> u_{0, 0.5, 7, 1e-7};
-    std::array<double, 4> v_{0, -0.25, 7, -0.0};
-    std::array<double, 4> w_{0, 1.0 / 3.0, 7, 123456789.0};
+    std::array<double, 4> u_{9, 0.5, 7, 1e-7};
+    std::array<double, 4> v_{9, -0.25, 7, -0.0};
+    std::array<double, 4> w_{9, 1.0 / 3.0, 7, 123456789.0};
     ScratchFolder folder_;
     FrozenLayerJob job_;
 };
@@ -87,6 +87,13 @@ TEST_F(SinkFile, RowsAreAddressedByLabelAndOthersThanPartNodesAreZero) {
 TEST_F(SinkFile, WithoutLabelsThereAreAsManyRowsAsNodes) {
     job_.m_bUseNodeLabel = 0;
     EXPECT_EQ(WrittenLines()[7], "3 2 0");
+}
+
+TEST_F(SinkFile, RowsBeyondTheLabelsAreZero) {
+    job_.m_bUseNodeLabel = 0;
+    job_.m_nMaxLabel = 2;
+    partNodes_[3] = 1;  // behind the last label
+    EXPECT_EQ(WrittenLines()[36].substr(0, 8), "3 0 0 0 ");
 }
 
 TEST_F(SinkFile, ALogPathWithoutDotIsKeptWhole) {

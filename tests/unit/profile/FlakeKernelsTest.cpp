@@ -23,7 +23,7 @@ constexpr qnl::OneBased<const double, qnl::CellId> ByCell(const double* componen
 constexpr qnl::profile::TensorField kTensor{ByCell(kXx), ByCell(kYy), ByCell(kZz),
                                             ByCell(kXy), ByCell(kXz), ByCell(kYz)};
 
-const Doubles kDepths{0.0, 1.0, 2.0, 3.0};
+const Doubles kDepths{5.0, 6.0, 7.0, 8.0};
 const Ints kIds{1, 3, 4, 5};
 
 double Intensity(const Doubles& depths, const Ints& ids, const qnl::Vector3& d, double t) {
@@ -43,6 +43,28 @@ TEST(FlakeIntensity, TheReachItselfIsOutside) {
 
 TEST(FlakeIntensity, WithoutACellInReachTakesTheFirstCell) {
     EXPECT_EQ(Intensity(kDepths, kIds, kAlongZ, 0.5), 0.75);
+}
+
+TEST(FlakeIntensity, WithoutACellInReachAFirstCellNearTheWallIsEnough) {
+    EXPECT_EQ(Intensity({5.0, 5.25, 5.375, 6.5}, kIds, kAlongZ, 0.125), 0.75);
+}
+
+TEST(FlakeIntensity, AFaceInReachDoesNotDeepenTheLayer) {
+    EXPECT_EQ(Intensity({5.0, 6.0, 7.0, 7.375, 8.0}, {1, 3, 4, 2, 5}, kAlongZ, 2.5), 0.75);
+}
+
+TEST(FlakeIntensity, TheLayerReachesTheFirstCellAtHalfTheDepth) {
+    EXPECT_DOUBLE_EQ(Intensity({0.0, 1.0625, 2.25}, {1, 3, 4}, kAlongZ, 3.0),
+                     (1.0625 * 0.75 + 1.1875 * 0.25) / 2.25);
+    EXPECT_EQ(Intensity({0.0, 1.125, 2.25}, {1, 3, 4}, kAlongZ, 3.0), 0.75);
+}
+
+TEST(FlakeIntensity, ACellAtTheEndMayBeTheOnlyOne) {
+    EXPECT_EQ(Intensity({0.0, 1.0}, {1, 3}, kAlongZ, 5.0), 0.75);
+}
+
+TEST(FlakeIntensity, ALengthNextToNothingIsHeldAgainstAGuardOfItsSize) {
+    EXPECT_DOUBLE_EQ(Intensity({0.0, 1e-20}, {1, 3}, kAlongZ, 5.0), 0.375);
 }
 
 TEST(FlakeIntensity, AFirstCellAtNoDepthHasNoWeight) {

@@ -41,11 +41,13 @@ TEST(FrozenRatio, ExactlyAtTheFreezeTemperatureIsNotFrozen) {
 TEST(FrozenRatio, FewerThanTwoSamplesAreFrozen) {
     EXPECT_EQ(Ratio({}, {}, 10.0), 100.0);
     EXPECT_EQ(Ratio({1.0}, {200.0}, 10.0), 100.0);
+    constexpr double kBeyond[] = {9.0, 2.0};
+    EXPECT_EQ(CalcuFrozenRatio({kBeyond, 0}, {kBeyond, 0}, kFreeze, 10.0), 100.0) << "no entry is looked at";
 }
 
 TEST(FrozenRatio, AShortProfileIsFrozen) {
     EXPECT_EQ(Ratio({0.0, 1e-10}, {200.0, 200.0}, 10.0), 100.0);
-    EXPECT_EQ(Ratio({0.0, 2e-10}, {200.0, 200.0}, 10.0), 0.0);
+    EXPECT_EQ(Ratio({0.0, 1.05e-10}, {200.0, 200.0}, 10.0), 0.0);
     EXPECT_EQ(Ratio({0.0, 5.0}, {200.0, 200.0}, 0.0), 100.0);
 }
 
@@ -54,6 +56,21 @@ TEST(FrozenRatioInPolymer, OneEndCountsHalfAsPolymerAndFullyAsFrozen) {
         InPolymer({0.0, 1.0, 2.0, 3.0}, {50.0, 50.0, 200.0, 200.0}, {-1.0, -1.0, 1.0, 1.0}, 10.0),
         100.0 * ((1.0 + 70.0 / 150.0) / 1.5));
     EXPECT_EQ(InPolymer({0.0, 1.0}, {200.0, 200.0}, {-1.0, 0.0}, 10.0), 0.0);
+}
+
+TEST(FrozenRatioInPolymer, ASegmentInGasIsNotCountedAsFrozen) {
+    EXPECT_EQ(InPolymer({0.0, 1.0, 2.0, 3.0}, {200.0, 200.0, 200.0, 50.0}, {-1.0, -1.0, 1.0, 1.0}, 10.0),
+              0.0);
+}
+
+TEST(FrozenRatioInPolymer, APolymerEndCountsOnEitherSideOfASegment) {
+    EXPECT_DOUBLE_EQ(InPolymer({0.0, 1.0, 2.0}, {200.0, 200.0, 50.0}, {1.0, -1.0, 1.0}, 10.0),
+                     100.0 * 70.0 / 150.0);
+}
+
+TEST(FrozenRatioInPolymer, AShortLengthOfPolymerIsFrozen) {
+    EXPECT_EQ(InPolymer({0.0, 1e-10}, {200.0, 200.0}, {-1.0, -1.0}, 10.0), 100.0) << "the limit itself";
+    EXPECT_EQ(InPolymer({0.0, 1.05e-10}, {200.0, 200.0}, {-1.0, -1.0}, 10.0), 0.0);
 }
 
 TEST(FrozenRatioInPolymer, NeverExceedsAHundred) {
@@ -79,6 +96,17 @@ TEST(SegmentLengths, AMeltSegmentFromTheLimitUpwardsCountsAsNothing) {
     EXPECT_EQ(qnl::profile::HotLength(2.0, 50.0, 100.0, 100.0), 0.0);
     EXPECT_DOUBLE_EQ(qnl::profile::HotLength(2.0, 50.0, 150.0, 100.0), 1.0);
     EXPECT_EQ(qnl::profile::HotLength(2.0, 50.0, 60.0, 100.0), 0.0);
+}
+
+TEST(SegmentLengths, AMeltSegmentMayCoolDown) {
+    EXPECT_DOUBLE_EQ(qnl::profile::HotLength(2.0, 150.0, 50.0, 100.0), 1.0);
+}
+
+TEST(SegmentLengths, MarkersBeyondATenthTellPolymerFromGas) {
+    EXPECT_TRUE(qnl::profile::IsPolymer(-0.105));
+    EXPECT_FALSE(qnl::profile::IsPolymer(-0.1));
+    EXPECT_TRUE(qnl::profile::IsGas(0.105));
+    EXPECT_FALSE(qnl::profile::IsGas(0.1));
 }
 
 TEST(SegmentLengths, AFrozenSegmentUpToTheLimitCountsInFull) {

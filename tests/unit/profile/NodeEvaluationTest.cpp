@@ -190,6 +190,15 @@ TEST(NodeEvaluation, AWarpRunWithoutASetterSeesNoWindow) {
     EXPECT_EQ(wall.job.m_dKernelScratch, 0.0);
 }
 
+TEST(NodeEvaluation, AWarpRunHasItsIndicatorAsTheRatioOnly) {
+    Wall wall;
+    wall.job.m_bHasWarp = 1;
+    wall.job.m_bHasIntermediateTimes = 1;
+    const NodeProfileResult result = wall.Evaluate();
+    EXPECT_EQ(result[qnl::kSlotFrozenRatio], 0.3);
+    EXPECT_EQ(result[qnl::kSlotShrinkLocation], 0.0);
+}
+
 TEST(NodeEvaluation, AWarpRunIndicatesShrinkageInTheCoreByZero) {
     Wall wall;
     wall.job.m_bHasWarp = 1;
@@ -294,6 +303,29 @@ TEST(NodeEvaluation, ACoolRunHasTheDifferenceOfTheWallsAndNoBulkTemperature) {
     EXPECT_EQ(wall.Evaluate()[qnl::kSlotSkinOrMoldDifference], 30.0) << "never negative";
 }
 
+TEST(NodeEvaluation, ACoolRunsPackingIndexDoesNotEndAtGas) {
+    Wall wall;
+    wall.job.m_bHasCool = 1;
+    wall.job.m_bIsGasIn = 1;
+    wall.job.m_bHasIntermediateTimes = 1;
+    wall.MakeHot();
+    EXPECT_NEAR(wall.Evaluate()[qnl::kSlotPackingIndex], kHotPackingIndex, 1e-15);
+}
+
+TEST(NodeEvaluation, ElementsCloserThanAShareOfTheHeightAreOneSample) {
+    Wall wall;
+    wall.job.m_dBoxMin[2] = -2e8;  // a height of 200 km, a share of 2 mm
+    EXPECT_EQ(wall.Evaluate()[qnl::kSlotMaxTemperature], (50.0 + 100.0 + 150.0 + 100.0 + 60.0) / 5.0);
+}
+
+TEST(NodeEvaluation, TwoSamplesHaveABulkTemperature) {
+    Wall wall;
+    Script(wall.job).rays[1] = {1, 2};
+    wall.job.m_dGeomTolerance = 2.0;
+    wall.SetField(qnl::kSpeed, {1.0, 3.0}, {});
+    EXPECT_DOUBLE_EQ(wall.Evaluate()[qnl::kSlotBulkTemperature], (1.0 * 50.0 + 3.0 * 60.0) / 4.0);
+}
+
 TEST(NodeEvaluation, GasInACoolRunRestrictsTheRatio) {
     Wall wall;
     wall.job.m_bHasCool = 1;
@@ -315,6 +347,23 @@ TEST(NodeEvaluation, FacesHaveNoVelocity) {
     wall.job.m_dGeomTolerance = 2.0;
     wall.job.m_pCellVector[0][0] = 1000.0F;  // where a face would be looked for among the cells
     EXPECT_EQ(wall.Evaluate()[qnl::kSlotAverageVelocityU], 1.0);
+}
+
+TEST(NodeEvaluation, TheFirstAndTheLastCellHaveVelocities) {
+    Wall wall;
+    wall.job.m_bHasFlow = 1;
+    Script(wall.job).rays[1] = {3, 4, 5};
+    Wall::Fill<float>(wall.job.m_pCellVector[0].get(), {0.5F, 1.5F, 4.0F});
+    EXPECT_EQ(wall.Evaluate()[qnl::kSlotAverageVelocityU], 2.0);
+}
+
+TEST(NodeEvaluation, AMissingVelocityComponentIsZero) {
+    Wall wall;
+    wall.job.m_bHasFlow = 1;
+    wall.job.m_pCellVector[1].reset();
+    const NodeProfileResult result = wall.Evaluate();
+    EXPECT_EQ(result[qnl::kSlotAverageVelocityU], 1.0);
+    EXPECT_EQ(result[qnl::kSlotAverageVelocityV], 0.0);
 }
 
 TEST(NodeEvaluation, FlowGivesShrinkageAndTheMeanVelocityOfMovingCells) {

@@ -256,14 +256,19 @@ TEST(NodeLoop, TellsWhichNodesHadAProfile) {
     EXPECT_EQ(nodes.job.m_pHasProfile[1], 1);
     EXPECT_EQ(nodes.job.m_pHasProfile[2], 0);
     nodes.job.m_pNormalZ[1] = 0.0;
+    nodes.job.m_pHasProfile[0] = 9;
     qnl::profile::EvaluateSurfaceNodes(nodes.job);
     EXPECT_EQ(nodes.job.m_pHasProfile[1], 0) << "a record alone makes no profile";
+    EXPECT_EQ(nodes.job.m_pHasProfile[0], 9) << "only the listed nodes are set";
 }
 
 TEST(NodeLoop, WithoutNodesDoesNothing) {
     TwoNodes nodes;
     nodes.job.m_nSurfaceNodes = 0;
+    omp_set_num_threads(3);
+    nodes.job.m_nThreads = 2;
     EXPECT_EQ(nodes.Stored(), Names{});
+    EXPECT_EQ(omp_get_max_threads(), 3);
     EXPECT_EQ(Script(nodes.job).rayCalls, 0);
     EXPECT_NE(nodes.job.m_pHasProfile, nullptr);
 }
@@ -289,6 +294,24 @@ TEST(NodeLoop, KeepsTheOrderOfTheNodesFromTimeToTime) {
     nodes.job.m_evaluationOrder.pop_back();
     qnl::profile::EvaluateSurfaceNodes(nodes.job);
     EXPECT_EQ(rays, (std::vector<int>{3, 1, 2, 1, 2, 3})) << "one of another size is made anew";
+}
+
+TEST(NodeLoop, WhereTheWindowChangesOnTheWayTheOrderIsThatOfTheList) {
+    using qnl::ListPosition;
+    ManyNodes nodes(3);
+    nodes.job.m_bHasWarp = 1;
+    std::vector<int> rays;
+    Script(nodes.job).beforeRay = [&rays](int ray) { rays.push_back(ray); };
+    nodes.job.m_evaluationOrder = {ListPosition(3), ListPosition(1), ListPosition(2)};
+    qnl::profile::EvaluateSurfaceNodes(nodes.job);
+    EXPECT_EQ(rays, (std::vector<int>{1, 2, 3})) << "the cooling time sets the window after its first use";
+}
+
+TEST(NodeLoop, AListOfOneNodeIsEvaluated) {
+    TwoNodes nodes;
+    nodes.job.m_nSurfaceNodes = 1;
+    qnl::profile::EvaluateSurfaceNodes(nodes.job);
+    EXPECT_EQ(nodes.job.m_pMaxTemperature[1], 150.0);
 }
 
 TEST(NodeLoop, ThreadCountDoesNotChangeABit) {
@@ -382,6 +405,20 @@ TEST(NodeLoop, TheObserverHearsOfTheProgressNowAndThen) {
         }
         EXPECT_EQ(before, 5000);
     }
+}
+
+TEST(NodeLoop, TheObserverHearsOfEvery512NodesAndOfTheEnd) {
+    const auto told = [](int count) {
+        RecordingObserver observer;
+        ManyNodes nodes(count);
+        nodes.job.m_options.observer = &observer;
+        qnl::profile::EvaluateSurfaceNodes(nodes.job);
+        return observer.calls;
+    };
+    using Calls = std::vector<std::pair<int, int>>;
+    EXPECT_EQ(told(511), (Calls{{511, 511}}));
+    EXPECT_EQ(told(1100), (Calls{{512, 1100}, {1024, 1100}, {1100, 1100}}));
+    EXPECT_EQ(told(1024), (Calls{{512, 1024}, {1024, 1024}})) << "the end is not told twice";
 }
 
 TEST(NodeLoop, ShrinkageBeyondTheWholeIsOneFault) {

@@ -87,4 +87,25 @@ TEST(NodeOrder, NodesOutsideTheListHaveNoPlace) {
     EXPECT_TRUE(qnl::profile::NodeOrder(grid.job).empty());
 }
 
+TEST(NodeOrder, PlacesBeyondTheReachOfAFloatAreOne) {
+    ShuffledGrid grid;
+    grid.job.m_nSurfaceNodes = 3;
+    const auto placed = [&grid](double first, double second) {
+        const double places[] = {first, second, 0.0};
+        for (int i = 0; i < 3; ++i) {
+            grid.nodes[static_cast<std::size_t>(i) + 1] = {places[i], 0.0, 0.0, 0, 0};
+            grid.job.m_pSurfNodeList[i + 1] = i + 1;
+        }
+        std::vector<int> order;
+        for (const qnl::ListPosition position : qnl::profile::NodeOrder(grid.job)) {
+            order.push_back(position.Value());
+        }
+        return order;
+    };
+    EXPECT_EQ(placed(1.09e37, 1.02e37), (std::vector<int>{3, 1, 2}));
+    EXPECT_EQ(placed(-1.02e37, -1.09e37), (std::vector<int>{1, 2, 3}));
+    EXPECT_EQ(placed(0.9e37, 0.5e37), (std::vector<int>{3, 2, 1}));
+    EXPECT_EQ(placed(1e300, -1e300), (std::vector<int>{2, 3, 1}));
+}
+
 }  // namespace

@@ -8,7 +8,7 @@
 
 namespace {
 
-const Doubles kDepths{0.0, 1.0, 2.0};
+const Doubles kDepths{3.0, 4.0, 5.0};
 const Doubles kTemperatures{80.0, 120.0, 120.0};
 const Doubles kDensities{0.9, 1.0, 1.1};
 
@@ -40,10 +40,15 @@ TEST(PackingIndex, ShortProfilesHaveNone) {
     const Doubles hot{200.0, 200.0};
     const Doubles light{0.5, 0.5};
     EXPECT_EQ(CalcuPackingIndex({depths, hot, light}, Limits(1.0, 3.0)), 0.0);
-    const Doubles longer{0.0, 1.1e-8};
+    const Doubles longer{0.0, 1.05e-8};
     EXPECT_NEAR(CalcuPackingIndex({longer, hot, light}, Limits(1.0, 3.0)), 0.5, 1e-12);
+    const Doubles limit{0.0, 1e-8};
+    EXPECT_NEAR(CalcuPackingIndex({limit, hot, light}, Limits(1.0, 3.0)), 0.5, 1e-12) << "the limit itself";
     const Doubles one{0.0};
     EXPECT_EQ(CalcuPackingIndex({one, one, one}, Limits(1.0, 3.0)), 0.0);
+    constexpr double kBeyond[] = {9.0, 2.0};
+    const qnl::OneBased<const double> none(kBeyond, 0);
+    EXPECT_EQ(CalcuPackingIndex({none, none, none}, {120.0, 0.0, 1.0, 3.0}), 0.0) << "no entry is looked at";
 }
 
 TEST(PackingIndex, AFreezeDensityOfZeroIsDividedBy) {

@@ -1,9 +1,12 @@
 #include "profile/search/PassElementSearch.h"
 
 #include <gtest/gtest.h>
+#include <omp.h>
 
 #include <limits>
+#include <set>
 
+#include "support/SetClock.h"
 #include "support/StackJob.h"
 
 namespace {
@@ -44,6 +47,15 @@ TEST(PassElementSearch, WithTheSearchDoneTheKernelIsNotAsked) {
     EXPECT_EQ(Script(stack.job).rayCalls, 1);
 }
 
+TEST(PassElementSearch, ARayThroughNothingStoresNoArray) {
+    StackJob stack(1, {0.0}, {1.0}, 2.0);
+    int count = 7;
+    Find(stack.job, 1, count);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(stack.job.m_pNodeSearchResults[1].m_nPassElems, 0);
+    EXPECT_EQ(stack.job.m_pNodeSearchResults[1].m_pPassElems, nullptr);
+}
+
 TEST(PassElementSearch, CountsPerThread) {
     StackJob stack(2, {0.0}, {1.0, 2.0}, 2.0);
     stack.SetThreads(2);
@@ -58,7 +70,18 @@ TEST(PassElementSearch, CountsPerThread) {
     EXPECT_EQ(stack.job.m_pThreadFindCount[1], 2);
     EXPECT_EQ(stack.job.m_pThreadRecordCount[0], 3);
     EXPECT_EQ(stack.job.m_pThreadRecordCount[1], 5);
-    EXPECT_GE(stack.job.m_pThreadFindTime[1], 0.0);
+}
+
+TEST(PassElementSearch, AddsUpTheTimeOfTheThread) {
+    StackJob stack(1, {0.0}, {1.0, 2.0}, 2.0);
+    stack.SetThreads(2);
+    fake::TheClock() = {100.0, 0.25};
+    int count = 0;
+    Find(stack.job, 1, count, 1);
+    Find(stack.job, 1, count, 1);
+    fake::TheClock() = {};
+    EXPECT_EQ(stack.job.m_pThreadFindTime[0], 0.0);
+    EXPECT_EQ(stack.job.m_pThreadFindTime[1], 0.5);
 }
 
 TEST(PassElementSearch, TheTotalStaysAtTheLargestNumber) {
@@ -85,4 +108,19 @@ TEST(PassElementSearch, TheSlotIsZeroOnOneThread) {
     EXPECT_EQ(qnl::profile::SearchSlot(stack.job), 0);
     stack.job.m_nThreads = 4;
     EXPECT_EQ(qnl::profile::SearchSlot(stack.job), 0) << "outside a parallel region";
+}
+
+TEST(PassElementSearch, TheSlotIsTheThreadsWhereTheJobHasSeveral) {
+    StackJob stack(1, {0.0}, {1.0}, 2.0);
+    const auto slots = [&stack](int threads) {
+        stack.job.m_nThreads = threads;
+        std::set<int> used;
+#pragma omp parallel num_threads(2)
+#pragma omp critical
+        used.insert(qnl::profile::SearchSlot(stack.job));
+        return used;
+    };
+    EXPECT_EQ(slots(2), (std::set<int>{0, 1}));
+    EXPECT_EQ(slots(1), std::set<int>{0});
+    EXPECT_EQ(slots(0), std::set<int>{0});
 }

@@ -13,6 +13,7 @@ Vector3 Row(const qnl::profile::RayFrame& frame, std::size_t row) {
 }
 
 void ExpectRow(const qnl::profile::RayFrame& frame, std::size_t row, const Vector3& expected) {
+    EXPECT_EQ(frame[row][0], 0.0) << "row " << row;
     EXPECT_EQ(frame[row][1], expected.x) << "row " << row;
     EXPECT_EQ(frame[row][2], expected.y) << "row " << row;
     EXPECT_EQ(frame[row][3], expected.z) << "row " << row;
@@ -71,6 +72,10 @@ TEST(RayFrame, BeyondTheLimitIsGeneral) {
     qnl::profile::RayFrame frame;
     EXPECT_EQ(BuildRayFrame(frame, {0.004, 0.0, -std::sqrt(1.0 - 1.6e-5)}), 1);
     EXPECT_EQ(frame[3][1], 0.004);
+    const double limit = std::sqrt(1e-5);
+    ASSERT_EQ(limit * limit, 1e-5);
+    EXPECT_EQ(BuildRayFrame(frame, {0.0, limit, std::sqrt(1.0 - 1e-5)}), 1) << "the limit itself";
+    EXPECT_EQ(BuildRayFrame(frame, {0.0, std::sqrt(1.05e-5), -std::sqrt(1.0 - 1.05e-5)}), 1);
 }
 
 TEST(Vector3, NormaliseRefusesShortAndUndefinedDirections) {

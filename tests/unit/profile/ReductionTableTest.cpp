@@ -4,36 +4,36 @@
 
 namespace {
 
-using qnl::profile::StageTraits;
+using qnl::RunTraits;
 
-bool ReadsFirst(bool StageTraits::*only, bool warp = true) {
-    StageTraits stage{};
-    stage.warp = warp;
+bool ReadsFirst(bool RunTraits::*only, bool warp = true) {
+    RunTraits run{};
+    run.warp = warp;
     if (only != nullptr) {
-        stage.*only = true;
+        run.*only = true;
     }
-    return qnl::profile::ReadsWindowBeforeSetting(stage);
+    return qnl::profile::ReadsWindowBeforeSetting(run);
 }
 
 }  // namespace
 
 TEST(ReadsWindowBeforeSetting, InWarpRunsWithAQuantityThatSetsItLater) {
-    EXPECT_TRUE(ReadsFirst(&StageTraits::cool));
-    EXPECT_TRUE(ReadsFirst(&StageTraits::gas));
-    EXPECT_TRUE(ReadsFirst(&StageTraits::fillCoolingTime));
+    EXPECT_TRUE(ReadsFirst(&RunTraits::cool));
+    EXPECT_TRUE(ReadsFirst(&RunTraits::gas));
+    EXPECT_TRUE(ReadsFirst(&RunTraits::fillCoolingTime));
 }
 
 TEST(ReadsWindowBeforeSetting, NotInWarpRunsThatOnlyTakeIt) {
     EXPECT_FALSE(ReadsFirst(nullptr));
-    EXPECT_FALSE(ReadsFirst(&StageTraits::flow));
-    EXPECT_FALSE(ReadsFirst(&StageTraits::flakes));
-    EXPECT_FALSE(ReadsFirst(&StageTraits::intermediateTimes));
-    EXPECT_FALSE(ReadsFirst(&StageTraits::gasInCool)) << "gas in the cooling counts in cool runs only";
-    EXPECT_FALSE(ReadsFirst(&StageTraits::gasRestricts)) << "without gas nothing is restricted";
+    EXPECT_FALSE(ReadsFirst(&RunTraits::flow));
+    EXPECT_FALSE(ReadsFirst(&RunTraits::flakes));
+    EXPECT_FALSE(ReadsFirst(&RunTraits::intermediateTimes));
+    EXPECT_FALSE(ReadsFirst(&RunTraits::gasInCool)) << "gas in the cooling counts in cool runs only";
+    EXPECT_FALSE(ReadsFirst(&RunTraits::gasRestricts)) << "without gas nothing is restricted";
 }
 
 TEST(ReadsWindowBeforeSetting, NotWhereTheFrozenRatioSetsItFirst) {
-    EXPECT_FALSE(ReadsFirst(&StageTraits::cool, false));
-    EXPECT_FALSE(ReadsFirst(&StageTraits::gas, false));
-    EXPECT_FALSE(ReadsFirst(&StageTraits::fillCoolingTime, false));
+    EXPECT_FALSE(ReadsFirst(&RunTraits::cool, false));
+    EXPECT_FALSE(ReadsFirst(&RunTraits::gas, false));
+    EXPECT_FALSE(ReadsFirst(&RunTraits::fillCoolingTime, false));
 }

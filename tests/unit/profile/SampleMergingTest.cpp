@@ -80,8 +80,8 @@ TEST(SampleMerging, TheToleranceItselfSeparates) {
 
 TEST(SampleMerging, EndsAtTheOppositeWall) {
     const Samples samples =
-        Merge({0.0, 0.5, 1.5, 1.6, 1.7}, {10.0, 20.0, 30.0, 40.0, 50.0}, {1, 11, 2, 12, 13});
-    EXPECT_EQ(samples.depths, (DoubleList{0.0, 0.5, 1.5}));
+        Merge({-4.0, -3.5, -2.5, -2.4, -2.3}, {10.0, 20.0, 30.0, 40.0, 50.0}, {1, 11, 2, 12, 13});
+    EXPECT_EQ(samples.depths, (DoubleList{-4.0, -3.5, -2.5}));
     EXPECT_EQ(samples.temperatures, (DoubleList{10.0, 20.0, 30.0}));
     EXPECT_EQ(samples.elements, (IntList{1, 11, 2}));
 }
@@ -98,7 +98,7 @@ TEST(SampleMerging, AWallFaceBehindACoincidentCellDoesNotEndIt) {
 }
 
 TEST(SampleMerging, NeverStopsAtAFaceCloserThanTheLimit) {
-    EXPECT_EQ(Merge({0.0, 0.5, 1.0, 1.2}, {1.0, 2.0, 3.0, 4.0}, {1, 2, 3, 11}).elements,
+    EXPECT_EQ(Merge({4.0, 4.5, 5.0, 5.2}, {1.0, 2.0, 3.0, 4.0}, {1, 2, 3, 11}).elements,
               (IntList{1, 2, 3, 11}))
         << "a face at the limit itself does not stop it either";
 }

@@ -5,7 +5,7 @@
 #include "support/ArrayFromOne.h"
 
 TEST(SkinRatio, IsThePolymerShare) {
-    const Doubles depths{0.0, 1.0, 3.0};
+    const Doubles depths{4.0, 5.0, 7.0};
     const Doubles markers{-1.0, -1.0, 1.0};
     EXPECT_DOUBLE_EQ(CalcuSkinRatio(depths, markers, 10.0), 200.0 / 3.0);
     EXPECT_DOUBLE_EQ(CalcuSkinRatio(depths, markers, 2.5), 80.0);
@@ -21,7 +21,10 @@ TEST(SkinRatio, FewerThanTwoElementsAndShortProfilesAreFull) {
     EXPECT_EQ(CalcuSkinRatio(Doubles{}, Doubles{}, 10.0), 100.0);
     EXPECT_EQ(CalcuSkinRatio(Doubles{2.0}, Doubles{1.0}, 10.0), 100.0);
     EXPECT_EQ(CalcuSkinRatio(Doubles{0.0, 1e-10}, Doubles{1.0, 1.0}, 10.0), 100.0);
-    EXPECT_EQ(CalcuSkinRatio(Doubles{0.0, 2e-10}, Doubles{1.0, 1.0}, 10.0), 0.0);
+    EXPECT_EQ(CalcuSkinRatio(Doubles{0.0, 1.05e-10}, Doubles{1.0, 1.0}, 10.0), 0.0);
+    EXPECT_EQ(CalcuSkinRatio(Doubles{2.0, 2.0}, Doubles{1.0, 1.0}, 10.0), 100.0);
+    constexpr double kBeyond[] = {9.0, 2.0};
+    EXPECT_EQ(CalcuSkinRatio({kBeyond, 0}, {kBeyond, 0}, 10.0), 100.0) << "no entry is looked at";
 }
 
 TEST(SkinRatio, TheMarkerLimitItselfIsNotPolymer) {

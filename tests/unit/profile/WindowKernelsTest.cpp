@@ -64,7 +64,7 @@ TEST(AverageInWindow, WeighsByHalfTheDistanceOfTheNeighbours) {
 
 TEST(AverageInWindow, TinyWeightsAreNotDividedBy) {
     EXPECT_DOUBLE_EQ(AverageInWindow(Doubles{0.0, 1e-16}, Doubles{1000.0, 3000.0}, kWide), 2e-13);
-    EXPECT_DOUBLE_EQ(AverageInWindow(Doubles{0.0, 2e-16}, Doubles{1000.0, 3000.0}, kWide), 2000.0);
+    EXPECT_DOUBLE_EQ(AverageInWindow(Doubles{0.0, 1.05e-16}, Doubles{1000.0, 3000.0}, kWide), 2000.0);
 }
 
 TEST(BulkAverageInWindow, MultipliesEachWeight) {
@@ -82,7 +82,7 @@ TEST(BulkAverageInWindow, TinyWeightsAreNotDividedBy) {
     const Doubles values{1000.0, 3000.0};
     EXPECT_DOUBLE_EQ(BulkAverageInWindow(depths, values, Doubles{5e-31, 5e-31}, kWide), 2e-27)
         << "the limit itself";
-    EXPECT_DOUBLE_EQ(BulkAverageInWindow(depths, values, Doubles{6e-31, 6e-31}, kWide), 2000.0);
+    EXPECT_DOUBLE_EQ(BulkAverageInWindow(depths, values, Doubles{5.25e-31, 5.25e-31}, kWide), 2000.0);
 }
 
 TEST(MeanNonZeroInWindow, PassesOverZeros) {
@@ -96,7 +96,7 @@ TEST(MeanNonZeroInWindow, WithoutValuesGivesZero) {
 }
 
 TEST(ValueAtMiddle, InterpolatesWithinItsSegment) {
-    const Doubles depths{0.0, 1.0, 4.0};
+    const Doubles depths{2.0, 3.0, 6.0};
     const Doubles values{10.0, 20.0, 50.0};
     EXPECT_DOUBLE_EQ(qnl::profile::ValueAtMiddle(depths, values, 3), 30.0);
     EXPECT_DOUBLE_EQ(qnl::profile::ValueAtMiddle(depths, values, 2), 15.0);
@@ -107,6 +107,13 @@ TEST(ValueAtMiddle, OnAPointTakesTheFirstSegment) {
     EXPECT_DOUBLE_EQ(qnl::profile::ValueAtMiddle(Doubles{0.0, 2.0, 4.0}, Doubles{10.0, 20.0, 90.0}, 3), 20.0);
 }
 
+TEST(ValueAtMiddle, OnAPointKeepsTheRoundingOfTheFirstSegment) {
+    EXPECT_EQ(qnl::profile::ValueAtMiddle(Doubles{0.0, 2.0, 4.0}, Doubles{1e16, 1.0, 9.0}, 3), 0.0)
+        << "1e16 + (1 - 1e16)";
+}
+
 TEST(ValueAtMiddle, WithoutASegmentGivesZero) {
+    EXPECT_EQ(qnl::profile::ValueAtMiddle(Doubles{0.0, std::nan(""), 4.0}, Doubles{10.0, 20.0, 30.0}, 3),
+              0.0);
     EXPECT_EQ(qnl::profile::ValueAtMiddle(Doubles{0.0, std::nan("")}, Doubles{10.0, 20.0}, 2), 0.0);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-/// A clock that shows what it is told, in place of the platform's in this test program.
+/// A clock that shows what it is told. A test program that includes SetClockDefinitions.h in one source file
+/// has it in place of the platform's.
 namespace fake {
 
 struct Clock {
@@ -8,7 +9,7 @@ struct Clock {
     double step = 0.0;
 };
 
-/// The one of this process.
+/// The one of this thread.
 Clock& TheClock();
 
 }  // namespace fake
