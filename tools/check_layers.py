@@ -136,6 +136,14 @@ ROOMS = {
         "apps/frozenlayer/series",
         "apps/frozenlayer/exports",
     ],
+    "apps/frozenlayer/compare": [
+        "apps/frozenlayer/text",
+        "apps/frozenlayer/project",
+        "apps/frozenlayer/series",
+        "apps/frozenlayer/exports",
+        "src/context",
+        "platform/results",
+    ],
     "apps/frozenlayer/commands": [
         "src/context",
         "apps/frozenlayer/text",
@@ -147,6 +155,7 @@ ROOMS = {
         "apps/frozenlayer/imports",
         "apps/frozenlayer/runs",
         "apps/frozenlayer/profiles",
+        "apps/frozenlayer/compare",
         "apps/demo",
         "src/layout",
         "src/job",
