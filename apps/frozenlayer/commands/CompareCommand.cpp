@@ -6,8 +6,11 @@
 #include <memory>
 #include <optional>
 
+#include "commands/ViewCommand.h"
 #include "compare/ComparisonReport.h"
 #include "compare/ComparisonTable.h"
+#include "compare/DifferenceItems.h"
+#include "page/ReportPage.h"
 #include "project/ProjectPaths.h"
 
 namespace qnl::commands {
@@ -18,17 +21,31 @@ struct CompareRequest {
     compare::Both<std::string> words;
     std::optional<double> tolerance;
     std::string table;
+    std::string page;
 };
 
+/// The page of A with the differences as items of their own.
+bool WritePage(const page::PageTemplate& frame, const std::string& path,
+               const compare::Both<compare::ComparedSeries>& sides,
+               const compare::SeriesDifference& difference) {
+    series::LoadedSeries loaded = series::LoadSeries(sides[0].files, page::kPageProfiles);
+    compare::AddDifferenceItems(sides, difference, loaded.results);
+    const bool written = page::WriteReportPage(frame, loaded, path);
+    std::cout << (written ? "Page written:\n  " + path + "\n" : "");
+    return written;
+}
+
 bool Compare(const CompareRequest& request) {
+    const page::PageTemplate frame = request.page.empty() ? page::PageTemplate{} : page::ReadPageTemplate();
     const compare::Both<compare::ComparedSeries> sides{compare::ReadComparedSeries(request.words[0]),
                                                        compare::ReadComparedSeries(request.words[1])};
     compare::CheckSameSurface(sides);
     const compare::SeriesDifference difference = compare::CompareSeries(sides);
     compare::PrintComparison(sides, difference, request.tolerance, std::cout);
-    const bool written =
+    const bool tableWritten =
         request.table.empty() || compare::WriteComparisonTable(request.table, sides, difference);
-    return written && (!request.tolerance || difference.IsWithin(*request.tolerance));
+    const bool pageWritten = request.page.empty() || WritePage(frame, request.page, sides, difference);
+    return tableWritten && pageWritten && (!request.tolerance || difference.IsWithin(*request.tolerance));
 }
 
 std::string CheckTableName(const std::string& name) {
@@ -61,6 +78,13 @@ void AddOptions(Subcommand& command, CompareRequest& request) {
              "Write the numbers of the table with all their digits; a file of that name is replaced")
         .Type("FILE.csv")
         .Check(CheckTableName);
+    command
+        .Add("--view", request.page,
+             "Write a page that shows A in a browser with an item \"Difference: ...\" for every item that "
+             "both "
+             "have; one of that name is replaced")
+        .Type("FILE.html")
+        .Check(CheckPageName);
 }
 
 }  // namespace
