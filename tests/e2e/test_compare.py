@@ -99,10 +99,14 @@ class CompareTest(unittest.TestCase):
         result = run("compare", corrected.root, classic.root, "--csv", table)
         self.assertEqual((result.returncode, result.stderr), (0, ""))
         self.assertRegex(result.stdout, r"(?m)^  A  .*part/Analysis/Run1/box1.fzr +flow +1 +corrected +pp.toml +3, 1 s")
-        self.assertRegex(result.stdout, r"(?m)^  B  .*classic/Analysis/Run1/box1.fzr +flow +1 +classic +pp.toml +3, 1 s")
+        self.assertRegex(
+            result.stdout, r"(?m)^  B  .*classic/Analysis/Run1/box1.fzr +flow +1 +classic +pp.toml +3, 1 s"
+        )
         self.assertRegex(result.stdout.splitlines()[-1], r"^A and B differ by at most .* % \(Frozen ratio\), .* °C \(")
         rows = read_rows(table)
-        times = {time: (result_values(corrected.file(n)), result_values(classic.file(n))) for time, n in RESULTS.items()}
+        times = {
+            time: (result_values(corrected.file(n)), result_values(classic.file(n))) for time, n in RESULTS.items()
+        }
         self.assertEqual(len(rows), sum(len(a) for a, _ in times.values()))
         for row in rows:
             with self.subTest(time=row["A: Time [s]"], item=row["Item"]):
@@ -173,6 +177,27 @@ class CompareTest(unittest.TestCase):
         self.assertRegex(result.stdout, r"(?m)^  A  .* pp.toml ")
         self.assertRegex(result.stdout, r"(?m)^  B  .* abs.toml ")
         self.assertRegex(result.stdout, r"Frozen ratio +% +\d+ +-\d")
+
+    def test_every_mode_of_a_series_is_named(self):
+        project = evaluate(self, cooling_box(self))
+        other = copy_of(self, project, "other")
+        with h5py.File(other.file("box1_002.fzr"), "r+") as file:
+            file["head"].attrs.modify("flag", 2)
+        with h5py.File(other.file("box1.fzr"), "r+") as file:
+            file["head"].attrs.modify("flag", 7)
+        result = run("compare", project.root, other.root)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertRegex(result.stdout, r"(?m)^  A  .* corrected  +pp.toml ")
+        self.assertRegex(result.stdout, r"(?m)^  B  .* corrected, resolved, unknown \(7\)  +pp.toml ")
+
+    def test_the_packing_index_of_a_thermoset_is_no_fault(self):
+        project = cooling_box(self)
+        (project.root / "Material/pp.toml").write_text('kind = "thermoset"\n')
+        evaluate(self, project, "--classic")
+        result = run("compare", project.root, project.root, "--tolerance", 0)
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertRegex(result.stdout, r"  Packing index: not a number at \d+ nodes, at 0 of them in one result only")
+        self.assertIn("A and B are equal to the bit.\nWithin the tolerance of 0.\n", result.stdout)
 
     def test_what_only_one_has_is_named(self):
         project = evaluate(self, cooling_box(self))

@@ -55,6 +55,11 @@ TEST_F(ComparisonReportTest, TellsWhatIsComparedAndHowFarApartItIs) {
               "A and B differ by at most 4 % (Frozen ratio).\n");
 }
 
+TEST_F(ComparisonReportTest, TheSignOfTheLargestDifferenceIsShown) {
+    sides[1].results.items[0].values[0] = {10.0F, 20.0F, 32.0F};
+    EXPECT_NE(Report().find("  +2       13       3       0    0.25 "), std::string::npos);
+}
+
 TEST_F(ComparisonReportTest, EqualResultsAreSaidToBeEqual) {
     EXPECT_EQ(LastLine(), "A and B are equal to the bit.\n");
 }

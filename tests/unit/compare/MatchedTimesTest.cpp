@@ -51,6 +51,7 @@ TEST(MatchTimes, EveryTimeBelongsToOneOther) {
     EXPECT_EQ(matched.pairs, (Pairs{{0, 0}}));
     EXPECT_EQ(matched.alone[0], Numbers{1});
     EXPECT_EQ(matched.alone[1], Numbers{1});
+    EXPECT_EQ(MatchTimes(RealTimes({2.0, 2.0}), RealTimes({2.0, 3.0})).pairs, (Pairs{{0, 0}}));
 }
 
 TEST(MatchTimes, TwoSingleTimesBelongTogether) {
