@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 
 #include "text/NumberText.h"
 #include "text/TextTable.h"
@@ -93,15 +94,15 @@ constexpr std::array<ReportColumn, 10> kColumns{{
 
 void PrintItems(const TimeDifference& difference, const series::Surface& surface, std::ostream& out) {
     std::vector<text::TextTable::Column> headings;
-    for (const ReportColumn& column : kColumns) {
-        headings.push_back({column.heading, column.align});
-    }
+    std::transform(kColumns.begin(), kColumns.end(), std::back_inserter(headings),
+                   [](const ReportColumn& column) {
+                       return text::TextTable::Column{column.heading, column.align};
+                   });
     text::TextTable table(std::move(headings));
     for (const ItemDifference& item : difference.items) {
         std::vector<std::string> row;
-        for (const ReportColumn& column : kColumns) {
-            row.push_back(column.text(item, surface));
-        }
+        std::transform(kColumns.begin(), kColumns.end(), std::back_inserter(row),
+                       [&](const ReportColumn& column) { return column.text(item, surface); });
         table.AddRow(std::move(row));
     }
     table.Print(out);

@@ -56,8 +56,11 @@ bool WriteComparisonTable(const std::string& path, const Both<ComparedSeries>& s
             times += text::ExactText(sides[s].files.times[time.times[s]].axis) + ",";
             nodesOfOne += "," + std::to_string(time.nodesOfOne[s].size());
         }
+        nodesOfOne += "\n";
         for (const ItemDifference& item : time.items) {
-            text::Append(file, times + Fields(item, sides[0].surface) + nodesOfOne + "\n");
+            text::Append(file, times);
+            text::Append(file, Fields(item, sides[0].surface));
+            text::Append(file, nodesOfOne);
         }
     }
     return file.Commit();
