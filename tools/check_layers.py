@@ -137,6 +137,14 @@ ROOMS = {
         "apps/frozenlayer/exports",
         "src/mesh",
     ],
+    "apps/frozenlayer/compare": [
+        "apps/frozenlayer/text",
+        "apps/frozenlayer/project",
+        "apps/frozenlayer/series",
+        "apps/frozenlayer/exports",
+        "src/context",
+        "platform/results",
+    ],
     "apps/frozenlayer/commands": [
         "src/context",
         "apps/frozenlayer/text",
@@ -148,6 +156,7 @@ ROOMS = {
         "apps/frozenlayer/imports",
         "apps/frozenlayer/runs",
         "apps/frozenlayer/profiles",
+        "apps/frozenlayer/compare",
         "apps/demo",
         "src/layout",
         "src/job",

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <exception>
 
+#include "commands/CompareCommand.h"
 #include "commands/DemoCommand.h"
 #include "commands/ExportCommand.h"
 #include "commands/ImportCommand.h"
@@ -16,10 +17,10 @@ namespace {
 
 using AddSubcommand = void (*)(qnl::commands::Program& program);
 
-constexpr std::array<AddSubcommand, 8> kSubcommands{
-    qnl::commands::AddRunCommand,   qnl::commands::AddInfoCommand, qnl::commands::AddImportCommand,
-    qnl::commands::AddShowCommand,  qnl::commands::AddViewCommand, qnl::commands::AddExportCommand,
-    qnl::commands::AddProbeCommand, qnl::commands::AddDemoCommand,
+constexpr std::array<AddSubcommand, 9> kSubcommands{
+    qnl::commands::AddRunCommand,   qnl::commands::AddInfoCommand,    qnl::commands::AddImportCommand,
+    qnl::commands::AddShowCommand,  qnl::commands::AddViewCommand,    qnl::commands::AddExportCommand,
+    qnl::commands::AddProbeCommand, qnl::commands::AddCompareCommand, qnl::commands::AddDemoCommand,
 };
 
 }  // namespace

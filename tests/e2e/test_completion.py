@@ -10,7 +10,7 @@ from manual_page import SUBCOMMANDS, ManualPage
 from small_project import Folder
 
 SCRIPT = pathlib.Path(os.environ["QNL_EXAMPLES"]).parent / "apps/frozenlayer/completion/frozenlayer.bash"
-FILE_VALUES = {"FILE", "FOLDER", "FILE.html", "NAME"}
+FILE_VALUES = {"FILE", "FOLDER", "FILE.html", "FILE.csv", "NAME"}
 BASH = shutil.which("bash")
 
 

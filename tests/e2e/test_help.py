@@ -14,7 +14,7 @@ NEED_READERS = ("import", "show")
 
 class HelpTest(unittest.TestCase):
     def test_program(self):
-        self.assertEqual(len(SUBCOMMANDS), 8)
+        self.assertEqual(len(SUBCOMMANDS), 9)
         self.assertEqual(
             set(ManualPage().sections),
             {"NAME", "SYNOPSIS", "DESCRIPTION", "OPTIONS", "SUBCOMMANDS", "EXAMPLE", "EXIT STATUS"},

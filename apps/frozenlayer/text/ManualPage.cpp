@@ -136,7 +136,7 @@ std::string ManualPage::make_option(const CLI::Option* option, bool isPositional
 std::string ManualPage::make_subcommands(const CLI::App* app, CLI::AppFormatMode) const {
     std::ostringstream list;
     for (const CLI::App* subcommand : app->get_subcommands({})) {
-        CLI::detail::format_help(list, "  " + subcommand->get_name(), PurposeOf(*subcommand), 12);
+        CLI::detail::format_help(list, "  " + subcommand->get_name(), PurposeOf(*subcommand), 13);
     }
     return list.str().empty() ? "" : "\nSUBCOMMANDS\n" + list.str();
 }

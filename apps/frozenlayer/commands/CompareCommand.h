@@ -1,0 +1,10 @@
+#pragma once
+
+#include "commands/Subcommand.h"
+
+namespace qnl::commands {
+
+/// "compare": the differences of two results of one mesh.
+void AddCompareCommand(Program& program);
+
+}  // namespace qnl::commands

@@ -1,0 +1,132 @@
+#include "compare/ComparedSeries.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <utility>
+
+#include "context/Mode.h"
+#include "results/ResultFile.h"
+#include "series/OpenedProject.h"
+#include "text/NumberText.h"
+
+namespace qnl::compare {
+
+namespace {
+
+using Contents = std::vector<results::ResultFileContent>;
+
+std::string ModeName(int flag) {
+    const bool known = flag >= 0 && flag < static_cast<int>(kModeRules.size());
+    return known ? RulesOf(static_cast<Mode>(flag)).name : "unknown (" + std::to_string(flag) + ")";
+}
+
+std::string FileName(const std::string& path) {
+    return std::filesystem::path(project::NativePath(path)).filename().string();
+}
+
+/// The different texts that `tell` gives of the contents, with commas between them.
+template <typename Tell>
+std::string DistinctTexts(const Contents& contents, const Tell& tell) {
+    std::vector<std::string> texts;
+    for (const results::ResultFileContent& content : contents) {
+        const std::string text = tell(content);
+        if (std::find(texts.begin(), texts.end(), text) == texts.end()) {
+            texts.push_back(text);
+        }
+    }
+    std::string all;
+    for (const std::string& text : texts) {
+        all += (all.empty() ? "" : ", ") + text;
+    }
+    return all;
+}
+
+std::string ModesOf(const Contents& contents) {
+    return DistinctTexts(contents, [](const auto& content) { return ModeName(content.head.flag); });
+}
+
+/// A result that does not name its material was made with that of the project.
+std::string MaterialsOf(const Contents& contents, const series::OpenedProject& project) {
+    return DistinctTexts(contents, [&](const auto& content) {
+        return FileName(content.head.material.empty() ? project.MaterialFile() : content.head.material);
+    });
+}
+
+double Diagonal(const std::vector<std::array<float, 3>>& points) {
+    double square = 0.0;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        const auto less = [axis](const auto& p, const auto& q) { return p[axis] < q[axis]; };
+        const auto [low, high] = std::minmax_element(points.begin(), points.end(), less);
+        const double side = points.empty() ? 0.0 : double{(*high)[axis]} - double{(*low)[axis]};
+        square += side * side;
+    }
+    return std::sqrt(square);
+}
+
+double Distance(const std::array<float, 3>& p, const std::array<float, 3>& q) {
+    double square = 0.0;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        const double along = double{p[axis]} - double{q[axis]};
+        square += along * along;
+    }
+    return std::sqrt(square);
+}
+
+std::string PlaceText(const std::array<float, 3>& p) {
+    return text::NumberText(double{p[0]}) + ", " + text::NumberText(double{p[1]}) + ", " +
+           text::NumberText(double{p[2]}) + " mm";
+}
+
+/// What tells the surfaces apart; empty for the same nodes.
+std::string SurfaceDifference(const series::Surface& a, const series::Surface& b) {
+    if (a.Nodes() != b.Nodes()) {
+        return "A has " + std::to_string(a.Nodes()) + " surface nodes, B " + std::to_string(b.Nodes());
+    }
+    const double reach = kSamePlace * Diagonal(a.points);
+    for (std::size_t i = 0; i < a.Nodes(); ++i) {
+        if (a.labels[i] != b.labels[i]) {
+            return "surface node number " + std::to_string(i + 1) + " has the label " +
+                   std::to_string(a.labels[i]) + " in A, " + std::to_string(b.labels[i]) + " in B";
+        }
+        if (Distance(a.points[i], b.points[i]) > reach) {
+            return "node " + std::to_string(a.labels[i]) + " stands at " + PlaceText(a.points[i]) +
+                   " in A, at " + PlaceText(b.points[i]) + " in B";
+        }
+    }
+    return {};
+}
+
+}  // namespace
+
+series::SeriesFiles FindComparedFiles(const std::string& word) {
+    const bool ownTimeOnly = !project::FolderExists(word) && project::SplitRunPath(word).index > 0;
+    return series::FindSeriesFiles({{word}, ownTimeOnly});
+}
+
+ComparedSeries ReadComparedSeries(const std::string& word) {
+    ComparedSeries side;
+    side.files = FindComparedFiles(word);
+    const series::OpenedProject project(side.files);
+    const Contents contents = series::ReadResults(side.files);
+    if (!project.FreezeTemperature()) {
+        series::ForgivePackingIndexOfThermoset();
+    }
+    side.meshFile = project.MeshFile();
+    side.mode = ModesOf(contents);
+    side.material = MaterialsOf(contents, project);
+    side.surface = series::SurfaceOf(project);
+    side.results = series::ResultsOnSurface(side.files, contents, project, side.surface);
+    return side;
+}
+
+void CheckSameSurface(const Both<ComparedSeries>& sides) {
+    const std::string difference = SurfaceDifference(sides[0].surface, sides[1].surface);
+    if (!difference.empty()) {
+        throw project::InputProblem(
+            project::NativePath(sides[0].meshFile) + " and " + project::NativePath(sides[1].meshFile) +
+            " are different meshes: " + difference + "; compare results that were made on one mesh");
+    }
+}
+
+}  // namespace qnl::compare

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+
+#include "compare/Both.h"
+#include "series/SeriesFiles.h"
+#include "series/SurfaceResults.h"
+
+namespace qnl::compare {
+
+/// One of two results that are compared.
+struct ComparedSeries {
+    series::SeriesFiles files;
+    std::string meshFile;
+    std::string mode;      ///< names of the modes of its times, with commas between several
+    std::string material;  ///< name of the material file that it was made with
+    series::Surface surface;
+    series::SurfaceResults results;
+};
+
+/// The series that a word stands for: a project folder as for the page, a result of the base time for all
+/// output times beside it, a result of an intermediate time for just that time. Raises InputProblem.
+series::SeriesFiles FindComparedFiles(const std::string& word);
+
+/// What the help says of an argument that is such a word.
+inline constexpr const char* kComparedHelp =
+    "Frozen-layer result (.fzr, .pzr, .czr, .hczr, .wzr): that of the base time stands for all output times "
+    "beside it, one with an index (part1_002.fzr) for its own; or a project folder: its latest run, the "
+    "first stage with results";
+
+/// Reads mesh and results. Raises InputProblem when they cannot be used.
+ComparedSeries ReadComparedSeries(const std::string& word);
+
+/// Raises InputProblem unless both surfaces have the same nodes: as many, of the same labels, at the same
+/// places within kSamePlace.
+void CheckSameSurface(const Both<ComparedSeries>& sides);
+
+/// Distance up to which places are the same, by the diagonal of the box around the surface: coordinates
+/// written with fewer digits stay the same, those of other meshes do not.
+inline constexpr double kSamePlace = 1e-5;
+
+}  // namespace qnl::compare
