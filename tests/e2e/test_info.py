@@ -65,7 +65,7 @@ class InfoTest(unittest.TestCase):
         run("run", project.root, "--intermediate-times", 0, cwd=project.root.parent)
         found = facts(project.file("box1.fzr"))
         self.assertEqual(
-            (found["mode"], found["program"], found["has_node_ids"]), ("corrected", "QNL3DFrozenLayer", True)
+            (found["mode"], found["program"], found["has_node_ids"]), ("resolved", "QNL3DFrozenLayer", True)
         )
         self.assertEqual(found["mesh"], str(project.root / "Mesh/box.hdf"))
         first = found["items"][0]
@@ -77,7 +77,7 @@ class InfoTest(unittest.TestCase):
     def test_search_file(self):
         project = SmallProject(self)
         run("run", project.root, "--intermediate-times", 0)
-        path = project.root / "Mesh/box_s.sur"
+        path = project.root / "Mesh/box.sur"
         words = struct.unpack(f"<{path.stat().st_size // 4}i", path.read_bytes())
         found = facts(path)
         self.assertEqual(found["kind"], "search file")

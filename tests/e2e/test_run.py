@@ -30,6 +30,13 @@ PEOPLE = {
     18: ("Average velocity, y", "cm/s"),
     19: ("Average velocity, z", "cm/s"),
 }
+# Behind the items of the file: what the resolved mode reads of the walls.
+LAYERS = [
+    ["Frozen layer, this side", "mm"],
+    ["Frozen layer, far side", "mm"],
+    ["Molten core", "mm"],
+    ["Wall thickness", "mm"],
+]
 
 
 def tables(text):
@@ -55,7 +62,9 @@ def expected_rows(path):
 class RunTest(unittest.TestCase):
     def check_table(self, rows, path):
         expected = expected_rows(path)
-        self.assertEqual([row[:2] for row in rows], [list(row[:2]) for row in expected])
+        names = [row[:2] for row in rows]
+        self.assertEqual(names[: len(expected)], [list(row[:2]) for row in expected])
+        self.assertEqual(names[len(expected) :], LAYERS)
         for row, (_, _, numbers, count) in zip(rows, expected):
             self.assertEqual(int(row[5]), count)
             for text, number in zip(row[2:5], numbers):
@@ -101,11 +110,11 @@ class RunTest(unittest.TestCase):
         listed = result.stdout.split("Files written:\n")[1].split()
         for name in ("box1.fzr", "box1_001.fzr", "box1_002.fzr"):
             self.assertIn(str(project.file(name)), listed)
-        self.assertIn(str(project.root / "Mesh/box_s.sur"), listed)
+        self.assertIn(str(project.root / "Mesh/box.sur"), listed)
         for name in listed:
             self.assertTrue(os.path.isfile(name), name)
         again = run("run", project.root).stdout.split("Files written:\n")[1].split()
-        self.assertNotIn(str(project.root / "Mesh/box_s.sur"), again)
+        self.assertNotIn(str(project.root / "Mesh/box.sur"), again)
 
     def test_time_that_the_file_does_not_tell_is_an_index(self):
         project = SmallProject(self)
@@ -140,7 +149,7 @@ class RunTest(unittest.TestCase):
 
     def test_modes_stand_in_the_result(self):
         project = SmallProject(self)
-        for words, flag in (((), 1), (("--classic",), 0)):
+        for words, flag in (((), 2), (("--corrected",), 1), (("--classic",), 0), (("--resolved",), 2)):
             run("run", project.root, "--intermediate-times", 0, *words)
             with h5py.File(project.file("box1.fzr")) as file:
                 self.assertEqual(file["head"].attrs["flag"], flag)
