@@ -97,7 +97,7 @@ void AddCompareCommand(Program& program) {
          "Compares two frozen-layer results node by node and prints, for every item at every output time, "
          "the largest difference and where it is, the mean of the magnitudes and the root mean square. "
          "Closes with whether both are equal to the bit, or within what.",
-         {"frozenlayer run examples/stepped-plate", "cp -rv examples/stepped-plate classic",
+         {"frozenlayer run examples/stepped-plate --corrected", "cp -rv examples/stepped-plate classic",
           "frozenlayer run classic --classic", "frozenlayer compare examples/stepped-plate classic"}},
         [request] { return Compare(*request); });
     AddOptions(command, *request);

@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <utility>
 
-#include "context/Mode.h"
 #include "results/ResultFile.h"
 #include "series/OpenedProject.h"
 #include "text/NumberText.h"
@@ -16,41 +15,24 @@ namespace {
 
 using Contents = std::vector<results::ResultFileContent>;
 
-std::string ModeName(int flag) {
-    const bool known = flag >= 0 && flag < static_cast<int>(kModeRules.size());
-    return known ? RulesOf(static_cast<Mode>(flag)).name : "unknown (" + std::to_string(flag) + ")";
-}
-
 std::string FileName(const std::string& path) {
     return std::filesystem::path(project::NativePath(path)).filename().string();
 }
 
-/// The different texts that `tell` gives of the contents, with commas between them.
-template <typename Tell>
-std::string DistinctTexts(const Contents& contents, const Tell& tell) {
-    std::vector<std::string> texts;
+/// Names of the material files, with commas between several. A result that does not name its material was
+/// made with that of the project.
+std::string MaterialsOf(const Contents& contents, const series::OpenedProject& project) {
+    std::vector<std::string> names;
+    std::string all;
     for (const results::ResultFileContent& content : contents) {
-        const std::string text = tell(content);
-        if (std::find(texts.begin(), texts.end(), text) == texts.end()) {
-            texts.push_back(text);
+        const std::string& own = content.head.material;
+        const std::string name = FileName(own.empty() ? project.MaterialFile() : own);
+        if (std::find(names.begin(), names.end(), name) == names.end()) {
+            all += (names.empty() ? "" : ", ") + name;
+            names.push_back(name);
         }
     }
-    std::string all;
-    for (const std::string& text : texts) {
-        all += (all.empty() ? "" : ", ") + text;
-    }
     return all;
-}
-
-std::string ModesOf(const Contents& contents) {
-    return DistinctTexts(contents, [](const auto& content) { return ModeName(content.head.flag); });
-}
-
-/// A result that does not name its material was made with that of the project.
-std::string MaterialsOf(const Contents& contents, const series::OpenedProject& project) {
-    return DistinctTexts(contents, [&](const auto& content) {
-        return FileName(content.head.material.empty() ? project.MaterialFile() : content.head.material);
-    });
 }
 
 double Diagonal(const std::vector<std::array<float, 3>>& points) {
@@ -113,7 +95,6 @@ ComparedSeries ReadComparedSeries(const std::string& word) {
         series::ForgivePackingIndexOfThermoset();
     }
     side.meshFile = project.MeshFile();
-    side.mode = ModesOf(contents);
     side.material = MaterialsOf(contents, project);
     side.surface = series::SurfaceOf(project);
     side.results = series::ResultsOnSurface(side.files, contents, project, side.surface);

@@ -12,8 +12,7 @@ namespace qnl::compare {
 struct ComparedSeries {
     series::SeriesFiles files;
     std::string meshFile;
-    std::string mode;      ///< names of the modes of its times, with commas between several
-    std::string material;  ///< name of the material file that it was made with
+    std::string material;  ///< name of the material file that it was made with, with commas between several
     series::Surface surface;
     series::SurfaceResults results;
 };

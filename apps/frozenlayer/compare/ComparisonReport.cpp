@@ -5,6 +5,7 @@
 #include <cmath>
 #include <iterator>
 
+#include "context/Mode.h"
 #include "text/NumberText.h"
 #include "text/TextTable.h"
 
@@ -38,8 +39,8 @@ void PrintHeading(const Both<ComparedSeries>& sides, std::ostream& out) {
         const ComparedSeries& side = sides[s];
         const project::StageFile& base = side.files.base;
         table.AddRow({kSideNames[s], project::NativePath(side.files.times.back().resultFile),
-                      project::StageTitle(base.extension), base.run, side.mode, side.material,
-                      TimesText(side.files)});
+                      project::StageTitle(base.extension), base.run, RulesOf(side.files.view.mode).name,
+                      side.material, TimesText(side.files)});
     }
     table.Print(out);
     out << "\n";

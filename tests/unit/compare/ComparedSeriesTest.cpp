@@ -31,7 +31,6 @@ TEST_F(ComparedSeriesTest, AWordStandsForASeriesOrForOneTime) {
 
 TEST_F(ComparedSeriesTest, HoldsTheResultsOnTheSurface) {
     const ComparedSeries side = ReadComparedSeries(project.Folder());
-    EXPECT_EQ(side.mode, "classic");
     EXPECT_EQ(side.material, "pp.toml");
     ASSERT_EQ(side.results.items.size(), 1U);
     for (std::size_t i = 0; i < side.surface.Nodes(); ++i) {

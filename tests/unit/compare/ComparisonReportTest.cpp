@@ -28,7 +28,7 @@ struct ComparisonReportTest : testing::Test, ComparisonSample {
 };
 
 TEST_F(ComparisonReportTest, TellsWhatIsComparedAndHowFarApartItIs) {
-    sides[1].mode = "classic";
+    sides[1].files.view.mode = qnl::Mode::Classic;
     sides[1].results.items[0].values[0] = {13.0F, 16.0F, 30.0F};
     EXPECT_EQ(Report(),
               "Differences are B - A, at surface nodes of part.hdf\n"

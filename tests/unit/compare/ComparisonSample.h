@@ -16,7 +16,7 @@ struct ComparisonSample {
         side.files.realTimes = true;
         side.files.times = {{{1, 1.0}, "", "part1_001.fzr", 1.0}, {{0, 2.0}, "", "part1.fzr", 2.0}};
         side.meshFile = "part.hdf";
-        side.mode = "corrected";
+        side.files.view.mode = qnl::Mode::Corrected;
         side.material = "pp.toml";
         side.surface.nodes = {1, 2, 3};
         side.surface.labels = {11, 12, 13};
