@@ -21,12 +21,11 @@ double& At(NodeValues& values, NodeId node) {
 }
 
 std::vector<NodeId> SurfaceNodes(const FrozenLayerJob& job) {
-    std::vector<bool> seen(static_cast<std::size_t>(job.m_nNodes) + 1);
+    const OwnedArray<bool> seen = NewFromOne<bool>(job.m_nNodes);
     std::vector<NodeId> nodes;
     ForEachSurfaceCorner(job, [&](NodeId node) {
-        const auto index = static_cast<std::size_t>(node.Value());
-        if (!seen[index]) {
-            seen[index] = true;
+        if (!seen[node.Value()]) {
+            seen[node.Value()] = true;
             nodes.push_back(node);
         }
     });

@@ -31,9 +31,8 @@ void ReadTimeSteps(FrozenLayerJob& job, TokenReader& text, std::string_view& lin
     }
     std::string joined;
     for (int i = 0; i < job.m_nAsciiItemCount && text.ReadLine(kLineBuffer, line); ++i) {
-        if (joined.size() < sizeof job.m_szTimeSteps) {
-            joined += line;
-        }
+        joined += line;
+        joined.resize(std::min(joined.size(), sizeof job.m_szTimeSteps));
     }
     if (joined.size() < sizeof job.m_szTimeSteps) {
         *std::copy(joined.begin(), joined.end(), job.m_szTimeSteps) = '\0';

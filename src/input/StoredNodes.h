@@ -55,7 +55,7 @@ private:
 struct NodeInputs {
     explicit NodeInputs(FrozenLayerJob& job) {
         const auto byNode = [nodes = job.m_nNodes](const auto& array) {
-            return OneBased<std::decay_t<decltype(array[0])>, NodeId>(array.get(), nodes);
+            return OneBased<typename std::decay_t<decltype(array)>::element_type, NodeId>(array.get(), nodes);
         };
         std::transform(std::begin(job.m_pNodeData), std::end(job.m_pNodeData), data.begin(), byNode);
         std::transform(std::begin(job.m_pNodeVector), std::end(job.m_pNodeVector), vector.begin(), byNode);

@@ -1,5 +1,8 @@
 #include "output/BinaryResult.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "context/Messages.h"
 #include "mesh/MeshNodes.h"
 #include "output/OutputItems.h"
@@ -76,12 +79,12 @@ std::vector<int> LabelsOf(const FrozenLayerJob& job, const std::vector<NodeId>& 
 /// Values go by label: they are those of the node that the label map names.
 void WriteItems(const FrozenLayerJob& job, CQNL3DResultWriter_Manipulator& writer,
                 const std::vector<OutputItem*>& items, const std::vector<int>& labels) {
-    std::vector<float> values(labels.size(), 0.0F);
     for (const OutputItem* item : items) {
-        for (std::size_t i = 1; i < labels.size(); ++i) {
-            const NodeId node = mesh::NodeOfLabel(job, NodeLabel(labels[i]));
-            values[i] = static_cast<float>(item->pData[node.Value()]);
-        }
+        std::vector<float> values{0.0F};
+        std::transform(labels.begin() + 1, labels.end(), std::back_inserter(values), [&](int label) {
+            const NodeId node = mesh::NodeOfLabel(job, NodeLabel(label));
+            return static_cast<float>(item->pData[node.Value()]);
+        });
         writer.WriteResultItem(item->nItemID, values.data());
     }
 }

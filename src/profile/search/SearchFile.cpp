@@ -127,12 +127,6 @@ bool ReadFile(FrozenLayerJob& job) {
     return true;
 }
 
-void EmptyRecords(FrozenLayerJob& job) {
-    for (ListPosition i(1); i <= ListPosition(job.m_nSurfaceNodes); ++i) {
-        SearchRecords(job)[i] = CSurfNodeSearch{};
-    }
-}
-
 }  // namespace
 
 }  // namespace qnl::profile
@@ -155,7 +149,7 @@ int WriteSearchResult(FrozenLayerJob& job) {
 
 int ReadSearchResult(FrozenLayerJob& job) {
     if (!qnl::profile::ReadFile(job)) {
-        qnl::profile::EmptyRecords(job);
+        job.m_pNodeSearchResults = qnl::NewFromOne<CSurfNodeSearch>(job.m_nSurfaceNodes);
         job.m_bSearchDone = 0;
         return -1;
     }

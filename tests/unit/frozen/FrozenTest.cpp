@@ -205,10 +205,12 @@ TEST_F(Thinning, TheTreeLivesOnSoALaterTimeKeepsNoVelocity) {
 TEST_F(Thinning, TheLongestSideOfTheBoxCountsAlongEveryAxis) {
     Place(2, 0, 0, 0, 1);
     Place(3, 1.5, 0, 0, 1);  // near by 3 mean face boxes, far by 3 % of the short sides
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        std::fill(std::begin(job_.m_dBoxMax), std::end(job_.m_dBoxMax), 0.0);
-        std::fill(std::begin(job_.m_dBoxMin), std::end(job_.m_dBoxMin), -1.0);
-        job_.m_dBoxMin[axis] = -1000.0;
+    for (const std::size_t place : {0U, 1U, 2U, 3U, 4U, 5U}) {
+        const std::size_t axis = place % 3;
+        const bool below = place < 3;  // the box reaches to 0 from below, or from 0 upwards
+        std::fill(std::begin(job_.m_dBoxMax), std::end(job_.m_dBoxMax), below ? 0.0 : 1.0);
+        std::fill(std::begin(job_.m_dBoxMin), std::end(job_.m_dBoxMin), below ? -1.0 : 0.0);
+        (below ? job_.m_dBoxMin : job_.m_dBoxMax)[axis] = below ? -1000.0 : 1000.0;
         job_.m_pSurfTree = std::make_unique<CQNLOptKer>();
         job_.m_pAverageVelocityU = Doubles({0, 1, 2, 3, 4, 5});
         qnl::frozen::ThinOutVelocities(job_);

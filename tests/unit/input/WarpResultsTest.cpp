@@ -211,6 +211,14 @@ TEST_F(WarpAscii, ARecordThatBreaksOffKeepsTheLastShrinkage) {
     EXPECT_EQ(faults[0].object, "node record 2, line 14");
 }
 
+TEST_F(WarpAscii, ARecordWithoutIdIsReported) {
+    MakeStorage();
+    EXPECT_EQ(ReadWarpResultsAscii(job_, File(2, 14, Record(1, 14, "2.5") + "END\n").c_str()), 1);
+    const std::vector<qnl::Fault> faults = qnl::TakeFaults();
+    ASSERT_EQ(faults.size(), 1U);
+    EXPECT_EQ(faults[0].object.substr(0, 13), "node record 2");
+}
+
 TEST_F(WarpAscii, TheIdOfARecordThatBreaksOffIsNotReported) {
     MakeStorage();
     EXPECT_EQ(ReadWarpResultsAscii(job_, File(2, 14, Record(1, 14, "2.5") + "99 0 0 0\nEND\n").c_str()), 1);
