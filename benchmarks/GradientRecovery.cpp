@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <set>
 
 #include "profile/resolved/ResolvedProfile.h"
@@ -84,7 +85,7 @@ void Sample(benchmark::State& state) {
     const kernel::RecordMesh view = mesh.View();
     profile::ProfileInput input;
     input.mesh = {view.nodes, view.cells};
-    input.fields[0] = {values.data(), gradients.data(), 3, 40.0};
+    input.fields[0] = {values.data(), gradients.data(), 3, {40.0, std::numeric_limits<double>::infinity()}};
     profile::ResolvedProfile profile;
     profile.TakeInput(input);
     std::vector<std::pair<kernel::Point, std::vector<int>>> starts;

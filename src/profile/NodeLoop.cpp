@@ -111,11 +111,10 @@ const std::vector<ListPosition>& KeptNodeOrder(FrozenLayerJob& job) {
 
 /// The share of one thread in the loop.
 void RunShare(FrozenLayerJob& job, const std::vector<ListPosition>& order, const ResultTargets& targets,
-              ThreadFailure& failure, Progress& progress, ShrinkageFaults& faults) {
+              const ProfileInput& fields, ThreadFailure& failure, Progress& progress,
+              ShrinkageFaults& faults) {
     ProfileScratch scratch;
-    if (job.m_options.Rules().seesInsideCells) {
-        scratch.resolved.TakeInput(FieldsOf(job));
-    }
+    scratch.resolved.TakeInput(fields);
     const int thread = omp_get_thread_num();
 #pragma omp for schedule(dynamic, 1)
     for (std::size_t i = 0; i < order.size(); ++i) {
@@ -145,14 +144,16 @@ void EvaluateSurfaceNodes(FrozenLayerJob& job) {
     const std::vector<ListPosition> order =
         WindowChangesOnTheWay(job) ? OrderOfTheList(job) : KeptNodeOrder(job);
     omp_set_num_threads(job.m_nThreads);
+    ProfileInput fields{};
     if (job.m_options.Rules().seesInsideCells) {
         RecoverFields(job);
         job.m_wallLayers.resize(static_cast<std::size_t>(job.m_nNodes) + 1);
+        fields = FieldsOf(job);
     }
 #pragma omp parallel
     {
         ShrinkageFaults own;
-        RunShare(job, order, targets, failure, progress, own);
+        RunShare(job, order, targets, fields, failure, progress, own);
 #pragma omp critical
         faults.Add(own);
     }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <stdexcept>
+#include <vector>
 
 #include "context/FieldSlots.h"
 #include "context/RunConditions.h"
@@ -13,9 +14,33 @@ namespace qnl::profile {
 
 namespace {
 
-/// The fields whose gradients are recovered; the others are linear between nodes.
-constexpr std::array<FieldSlot, 3> kRecovered{kTemperature, kVolumeShrinkage, kDensity};
-constexpr std::ptrdiff_t kStride = 3 * static_cast<std::ptrdiff_t>(kRecovered.size());
+/// A field of the profile, when its quantities are formed, and whether its gradients are recovered; the
+/// others are linear between nodes.
+struct FieldUse {
+    FieldSlot slot;
+    bool (*used)(const FrozenLayerJob&);
+    bool recovered;
+};
+
+bool UsesShrinkage(const FrozenLayerJob& job) {
+    return job.m_bHasWarp == 1 || HasFlow(job) || HasIntermediateTimes(job);
+}
+bool UsesGas(const FrozenLayerJob& job) {
+    return job.m_bIsGasIn == 1 || job.m_bGasInCool == 1;
+}
+bool UsesCoolingTime(const FrozenLayerJob& job) {
+    return IsCool(job) || job.m_bFillHasCoolingTime == 1;
+}
+
+/// In the order of ProfileField.
+constexpr std::array<FieldUse, 6> kFields{{
+    {kTemperature, Always, true},
+    {kVolumeShrinkage, UsesShrinkage, true},
+    {kGasMarker, UsesGas, false},
+    {kSpeed, IsNotCool, false},
+    {kCoolingTime, UsesCoolingTime, false},
+    {kDensity, HasIntermediateTimes, true},
+}};
 
 FieldKernel& KernelOf(FrozenLayerJob& job) {
     if (!job.m_pFieldKernel) {
@@ -30,49 +55,48 @@ FieldKernel& KernelOf(FrozenLayerJob& job) {
     return *job.m_pFieldKernel;
 }
 
-NodalField FieldOf(const FrozenLayerJob& job, FieldSlot slot, bool used) {
-    NodalField field;
-    field.values = used ? job.m_pNodeData[slot].get() : nullptr;
-    const auto* const recovered = std::find(kRecovered.begin(), kRecovered.end(), slot);
-    if (used && recovered != kRecovered.end()) {
-        field.gradients = job.m_pFieldGradients.get() + 3 * (recovered - kRecovered.begin());
-        field.stride = kStride;
-    }
-    return field;
+bool IsRecovered(const FieldUse& field, const FrozenLayerJob& job) {
+    return field.recovered && field.used(job);
 }
 
-/// Heat leaves through the surface, so no place inside is colder than the coldest node.
-double ColdestNode(const FrozenLayerJob& job) {
-    const double* temperatures = job.m_pNodeData[kTemperature].get();
-    return *std::min_element(temperatures + 1, temperatures + 1 + job.m_nNodes);
+std::vector<const double*> RecoveredFields(const FrozenLayerJob& job) {
+    std::vector<const double*> fields;
+    for (const FieldUse& field : kFields) {
+        if (IsRecovered(field, job)) {
+            fields.push_back(job.m_pNodeData[field.slot].get());
+        }
+    }
+    return fields;
 }
 
 }  // namespace
 
 void RecoverFields(FrozenLayerJob& job) {
     FieldKernel& kernel = KernelOf(job);
-    if (!job.m_pFieldGradients) {
-        job.m_pFieldGradients = std::make_unique<double[]>(static_cast<std::size_t>(kStride) *
-                                                           (static_cast<std::size_t>(job.m_nNodes) + 1));
-    }
-    std::array<const double*, kRecovered.size()> fields{};
-    std::transform(kRecovered.begin(), kRecovered.end(), fields.begin(),
-                   [&](FieldSlot slot) { return job.m_pNodeData[slot].get(); });
+    const std::vector<const double*> fields = RecoveredFields(job);
+    job.m_pFieldGradients =
+        std::make_unique<double[]>(3 * fields.size() * (static_cast<std::size_t>(job.m_nNodes) + 1));
     job.m_fieldReport =
         kernel.RecoverGradients(fields.data(), static_cast<int>(fields.size()), job.m_pFieldGradients.get());
 }
 
 ProfileInput FieldsOf(const FrozenLayerJob& job) {
-    const bool cool = IsCool(job);
     ProfileInput input{};
     input.mesh = {job.p_Node, job.p_Cell};
-    input.fields = {FieldOf(job, kTemperature, true),
-                    FieldOf(job, kVolumeShrinkage, true),
-                    FieldOf(job, kGasMarker, job.m_bIsGasIn == 1 || job.m_bGasInCool == 1),
-                    FieldOf(job, kSpeed, !cool),
-                    FieldOf(job, kCoolingTime, cool || job.m_bFillHasCoolingTime == 1),
-                    FieldOf(job, kDensity, HasIntermediateTimes(job))};
-    input.fields[kTemperature].lowest = ColdestNode(job);
+    const auto stride = static_cast<std::ptrdiff_t>(3 * RecoveredFields(job).size());
+    const double* gradients = job.m_pFieldGradients.get();
+    for (std::size_t f = 0; f < kFields.size(); ++f) {
+        if (kFields[f].used(job)) {
+            input.fields[f].values = job.m_pNodeData[kFields[f].slot].get();
+        }
+        if (IsRecovered(kFields[f], job)) {
+            input.fields[f].gradients = gradients;
+            input.fields[f].stride = stride;
+            gradients += 3;
+        }
+    }
+    NodalField& temperature = input.fields.front();
+    temperature.known = RangeOfCooling(input.mesh, temperature.values, job.m_nNodes, job.m_nCells);
     for (std::size_t k = 0; k < input.velocity.size(); ++k) {
         input.velocity[k] = HasFlow(job) ? job.m_pNodeVector[k].get() : nullptr;
     }

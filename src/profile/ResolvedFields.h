@@ -7,12 +7,13 @@
 
 namespace qnl::profile {
 
-/// Recovers the gradients of the present output time's fields by node. Raises std::runtime_error when the
-/// mesh kernel recovers none.
+/// Recovers the gradients of those fields of the present output time by node that the stage's quantities are
+/// formed from. Raises std::runtime_error when the mesh kernel recovers none.
 void RecoverFields(FrozenLayerJob& job);
 
 /// The fields that the quantities of the stage are formed from; temperature, volume shrinkage and density
-/// with their gradients. Views of the job's arrays, to be made after RecoverFields.
+/// with their gradients. Views of the job's arrays, to be made after RecoverFields, once for all threads: it
+/// passes through all nodes and cells.
 ProfileInput FieldsOf(const FrozenLayerJob& job);
 
 /// A ray from the node at `place` along the unit vector `direction`, on the search slot of the thread.

@@ -136,8 +136,8 @@ void PatchFit::Assemble(const std::vector<Point>& offsets) {
         f << x, y, z, x * x, y * y, z * z, x * y, x * z, y * z, x * x * x, y * y * y, z * z * z, x * x * y,
             x * x * z, y * y * x, y * y * z, z * z * x, z * z * y, x * y * z;
         const double square = (x * x + y * y) + z * z;
-        weights_[k] = 1.0 / square;
-        sixthMoment += square * square;
+        weights_[k] = 1.0 / (square * square);
+        sixthMoment += square;
         for (int j = 0; j < kTerms; ++j) {
             const double weighted = weights_[k] * f[j];
             for (int i = j; i < kTerms; ++i) {

@@ -12,7 +12,7 @@ namespace qnl::kernel {
 /// position (patch recovery: O. C. Zienkiewicz and J. Z. Zhu, The superconvergent patch recovery and a
 /// posteriori error estimates, Int. J. Numer. Methods Eng. 33 (1992), 1331-1382).
 ///
-/// Weights are 1/distance, in the frame in which the patch has unit second moments, so that stretched cells
+/// Weights are 1/distance^2, in the frame in which the patch has unit second moments, so that stretched cells
 /// fit as well as cubes. The cubic terms are held small by a ridge that is the same in every turned frame; it
 /// leaves linear and quadratic fields alone, which are met exactly. Sums run in the order of the patch, one
 /// entry at a time. Memory is kept from patch to patch.

@@ -17,7 +17,7 @@ double CurvatureBetween(const FieldMesh& mesh, const NodalField& field, int a, i
         const double* g = field.gradients + field.stride * node;
         return (g[0] * edge[0] + g[1] * edge[1]) + g[2] * edge[2];
     };
-    return LimitedCurvature({field.values[a], field.values[b], slope(a), slope(b)}, field.lowest);
+    return LimitedCurvature({field.values[a], field.values[b], slope(a), slope(b)}, field.known);
 }
 
 }  // namespace

@@ -2,18 +2,12 @@
 
 #include <array>
 #include <cstddef>
-#include <limits>
 
 #include "platform/FieldKernel.h"
 #include "platform/MeshRecords.h"
+#include "profile/resolved/FieldRange.h"
 
 namespace qnl::profile {
-
-/// Nodes and cells of the mesh, 1-based; borrowed.
-struct FieldMesh {
-    const NodeRecord* nodes;
-    const CellRecord* cells;
-};
 
 /// A field by node, borrowed.
 struct NodalField {
@@ -21,7 +15,7 @@ struct NodalField {
     /// Three a node, field unit by mm, those of node n at gradients + stride * n; null: linear between nodes.
     const double* gradients = nullptr;
     std::ptrdiff_t stride = 3;
-    double lowest = -std::numeric_limits<double>::infinity();  ///< the quadratic keeps above it
+    FieldRange known{};  ///< the quadratic keeps within it
 };
 
 /// A field inside one tetra: sum of l_i v_i - sum over pairs of l_i l_j c_ij / 2, l the barycentric

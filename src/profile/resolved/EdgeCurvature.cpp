@@ -5,9 +5,19 @@
 
 namespace qnl::profile {
 
-double LimitedCurvature(const EdgeData& edge, double lowest) {
-    constexpr double kSmooth = 0.04;
-    constexpr double kRough = 0.12;
+namespace {
+
+// Curvature of the parabola that passes the nearer end of an edge of this rise by exactly `room`.
+double CurvatureWithin(double room, double rise) {
+    const double root = std::sqrt(std::fabs(rise) + std::max(room, 0.0)) + std::sqrt(std::max(room, 0.0));
+    return 2.0 * root * root;
+}
+
+}  // namespace
+
+double LimitedCurvature(const EdgeData& edge, const FieldRange& known) {
+    constexpr double kSmooth = 0.05;
+    constexpr double kRough = 0.15;
     const double curvature = edge.secondSlope - edge.firstSlope;
     const double rise = edge.second - edge.first;
     const double size = std::fabs(curvature);
@@ -19,13 +29,10 @@ double LimitedCurvature(const EdgeData& edge, double lowest) {
         return curvature;
     }
     const double departure = std::fabs(rise - 0.5 * (edge.firstSlope + edge.secondSlope)) / size;
-    double most = std::clamp((kRough - departure) / (kRough - kSmooth), 0.0, 1.0) * size;
-    if (curvature > 0.0) {
-        // The parabola of this curvature has its lowest point exactly at the bound.
-        const double room = std::max(std::min(edge.first, edge.second) - lowest, 0.0);
-        const double root = std::sqrt(std::fabs(rise) + room) + std::sqrt(room);
-        most = std::min(most, 2.0 * root * root);
-    }
+    const double kept = std::clamp((kRough - departure) / (kRough - kSmooth), 0.0, 1.0) * size;
+    const double room = curvature > 0.0 ? std::min(edge.first, edge.second) - known.lowest
+                                        : known.highest - std::max(edge.first, edge.second);
+    const double most = std::min(kept, CurvatureWithin(room, rise));
     return std::copysign(std::max(monotone, most), curvature);
 }
 

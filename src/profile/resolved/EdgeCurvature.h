@@ -1,5 +1,7 @@
 #pragma once
 
+#include "profile/resolved/FieldRange.h"
+
 namespace qnl::profile {
 
 /// A field at the two ends of an edge: its values, and its slopes along the edge, in value by edge length
@@ -21,12 +23,12 @@ struct EdgeData {
 /// sides of the edge, as in the limiters that leave room for true extrema (H. T. Huynh, Accurate monotone
 /// cubic interpolation, SIAM J. Numer. Anal. 30 (1993), 57-100; A. Suresh and H. T. Huynh, Accurate
 /// monotonicity-preserving schemes with Runge-Kutta time stepping, J. Comput. Phys. 136 (1997), 83-99). All
-/// of c stays up to r = 0.04, nothing beyond the monotone one from r = 0.12; both found by trial on plates in
+/// of c stays up to r = 0.05, nothing beyond the monotone one from r = 0.15; both found by trial on plates in
 /// cooling.
 ///
-/// The parabola does not fall below `lowest`, what the field is known not to fall below (minus infinity:
-/// nothing is known). Every quadratic field that keeps above it is left as it is. The edge turned round gives
-/// the same bits. 0 when a slope is not a number.
-double LimitedCurvature(const EdgeData& edge, double lowest);
+/// The parabola keeps within `known`, unless an end of the edge is outside it already. Every quadratic field
+/// within that range is left as it is. The edge turned round gives the same bits. 0 when a slope is not a
+/// number.
+double LimitedCurvature(const EdgeData& edge, const FieldRange& known);
 
 }  // namespace qnl::profile

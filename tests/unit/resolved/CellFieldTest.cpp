@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 
 #include "support/RecordedMesh.h"
@@ -15,6 +16,8 @@ using testing::Fill;
 using testing::JiggledPlate;
 using testing::RecordedMesh;
 using testing::RecordedRays;
+
+constexpr FieldRange kAbove40{40.0, std::numeric_limits<double>::infinity()};
 
 double Linear(const Point& p) {
     return 50.0 + 3.0 * p[0] - 7.0 * p[1] + 11.0 * p[2];
@@ -131,7 +134,7 @@ TEST(CellField, IsContinuousAcrossFacesAtAFront) {
         TetraField lastField{};
         double largest = 0.0;
         int joints = 0;
-        ForPieces(mesh, {values.data(), gradients.data(), 3, 40.0},
+        ForPieces(mesh, {values.data(), gradients.data(), 3, kAbove40},
                   [&](const RayPiece& p, const TetraField& f, const Oblique&) {
                       if (std::fabs(p.from - last.to) < 1e-6 && p.from > 0.0) {
                           const double depth = 0.5 * (p.from + last.to);
@@ -156,7 +159,7 @@ TEST(CellField, DoesNotFallBelowTheLowestValue) {
     const std::vector<double> values = mesh.Values(Front);
     const std::vector<double> gradients = mesh.Gradients(values);
     double least = 1e9;
-    ForPieces(mesh, {values.data(), gradients.data(), 3, 40.0},
+    ForPieces(mesh, {values.data(), gradients.data(), 3, kAbove40},
               [&](const RayPiece& p, const TetraField& f, const Oblique&) {
                   for (const double part : {0.0, 0.25, 0.5, 0.75, 1.0}) {
                       least = std::min(least, f.At(Between(p, part)));
@@ -210,7 +213,7 @@ TEST(CellField, HasTheSameBitsOnBothSidesOfAFace) {
             }
         }
         CellField cell;
-        const NodalField field{values.data(), gradients.data(), 3, 40.0};
+        const NodalField field{values.data(), gradients.data(), 3, kAbove40};
         cell.Take({nodes.data(), cells.data()}, field, 1);
         const TetraField first = cell.In(piece);
         cell.Take({nodes.data(), cells.data()}, field, 2);

@@ -3,12 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 namespace qnl::profile {
 namespace {
 
-constexpr double kNothingKnown = -std::numeric_limits<double>::infinity();
+constexpr FieldRange kNothingKnown{};
+
+FieldRange Above(double lowest) {
+    return {lowest, kNothingKnown.highest};
+}
 
 double ValueAt(double a, double b, double curvature, double s) {
     return (1.0 - s) * a + s * b - 0.5 * s * (1.0 - s) * curvature;
@@ -34,28 +37,39 @@ TEST(EdgeCurvature, TakesAnOvershootAtAFrontBack) {
     EXPECT_EQ(LimitedCurvature({230.0, 225.0, 10.0, -60.0}, kNothingKnown), -10.0);
 }
 
-// Departure 0.08, half way between 0.04 and 0.12: half of the curvature of 100.
+// Departure 0.1, half way between 0.05 and 0.15: half of the curvature of 100.
 TEST(EdgeCurvature, TakesBackByTheDepartureFromAParabola) {
-    EXPECT_NEAR(LimitedCurvature({200.0, 200.0, 58.0, -42.0}, kNothingKnown), -50.0, 1e-11);
-    EXPECT_NEAR(LimitedCurvature({200.0, 200.0, -42.0, 58.0}, kNothingKnown), 50.0, 1e-11);
-    EXPECT_EQ(LimitedCurvature({200.0, 200.0, 54.0, -46.0}, kNothingKnown), -100.0);
-    EXPECT_EQ(LimitedCurvature({200.0, 200.0, 62.0, -38.0}, kNothingKnown), 0.0);
+    EXPECT_NEAR(LimitedCurvature({200.0, 200.0, 60.0, -40.0}, kNothingKnown), -50.0, 1e-11);
+    EXPECT_NEAR(LimitedCurvature({200.0, 200.0, -40.0, 60.0}, kNothingKnown), 50.0, 1e-11);
+    EXPECT_EQ(LimitedCurvature({200.0, 200.0, 55.0, -45.0}, kNothingKnown), -100.0);
+    EXPECT_EQ(LimitedCurvature({200.0, 200.0, 65.0, -35.0}, kNothingKnown), 0.0);
 }
 
 // a = 42, b = 46 over a bound of 40: rise 4, room 2, so c = 2 (sqrt 6 + sqrt 2)^2 touches the bound.
 TEST(EdgeCurvature, KeepsAboveTheLowestValueKnown) {
     const EdgeData edge{42.0, 46.0, -36.0, 44.0};
     EXPECT_EQ(LimitedCurvature(edge, kNothingKnown), 80.0);
-    const double bounded = LimitedCurvature(edge, 40.0);
+    const double bounded = LimitedCurvature(edge, Above(40.0));
     EXPECT_NEAR(bounded, 2.0 * std::pow(std::sqrt(6.0) + std::sqrt(2.0), 2.0), 1e-12);
     double least = 1e9;
     for (int i = 0; i <= 10000; ++i) {
         least = std::fmin(least, ValueAt(edge.first, edge.second, bounded, i / 10000.0));
     }
     EXPECT_NEAR(least, 40.0, 1e-5);
-    EXPECT_EQ(LimitedCurvature(edge, 20.0), 80.0) << "a parabola that keeps above the bound";
-    EXPECT_EQ(LimitedCurvature(edge, 45.0), 8.0) << "an end below the bound: monotone";
-    EXPECT_EQ(LimitedCurvature({42.0, 42.0, 30.0, -30.0}, 40.0), -60.0) << "upwards it does not count";
+    EXPECT_EQ(LimitedCurvature(edge, Above(20.0)), 80.0) << "a parabola that keeps above the bound";
+    EXPECT_EQ(LimitedCurvature(edge, Above(45.0)), 8.0) << "an end below the bound: monotone";
+    EXPECT_EQ(LimitedCurvature({42.0, 42.0, 30.0, -30.0}, Above(40.0)), -60.0) << "upwards it does not count";
+}
+
+// The same upside down: a bound of 230 over 228 and 224.
+TEST(EdgeCurvature, KeepsBelowTheHighestValueKnown) {
+    const FieldRange known{kNothingKnown.lowest, 230.0};
+    const EdgeData edge{228.0, 224.0, 36.0, -44.0};
+    EXPECT_EQ(LimitedCurvature(edge, kNothingKnown), -80.0);
+    EXPECT_NEAR(LimitedCurvature(edge, known), -2.0 * std::pow(std::sqrt(6.0) + std::sqrt(2.0), 2.0), 1e-12);
+    EXPECT_EQ(LimitedCurvature(edge, {kNothingKnown.lowest, 250.0}), -80.0) << "a parabola that keeps below";
+    EXPECT_EQ(LimitedCurvature(edge, {kNothingKnown.lowest, 225.0}), -8.0) << "an end above: monotone";
+    EXPECT_EQ(LimitedCurvature({228.0, 228.0, -30.0, 30.0}, known), 60.0) << "downwards it does not count";
 }
 
 TEST(EdgeCurvature, IsZeroWithoutSlopes) {
