@@ -18,18 +18,18 @@ namespace {
 /// others are linear between nodes.
 struct FieldUse {
     FieldSlot slot;
-    bool (*used)(const FrozenLayerJob&);
+    RunCondition used;
     bool recovered;
 };
 
-bool UsesShrinkage(const FrozenLayerJob& job) {
-    return job.m_bHasWarp == 1 || HasFlow(job) || HasIntermediateTimes(job);
+bool UsesShrinkage(const RunTraits& run) {
+    return run.warp || run.flow || run.intermediateTimes;
 }
-bool UsesGas(const FrozenLayerJob& job) {
-    return job.m_bIsGasIn == 1 || job.m_bGasInCool == 1;
+bool UsesGas(const RunTraits& run) {
+    return run.gas || run.gasInCool;
 }
-bool UsesCoolingTime(const FrozenLayerJob& job) {
-    return IsCool(job) || job.m_bFillHasCoolingTime == 1;
+bool UsesCoolingTime(const RunTraits& run) {
+    return run.cool || run.fillCoolingTime;
 }
 
 /// In the order of ProfileField.
@@ -55,14 +55,15 @@ FieldKernel& KernelOf(FrozenLayerJob& job) {
     return *job.m_pFieldKernel;
 }
 
-bool IsRecovered(const FieldUse& field, const FrozenLayerJob& job) {
-    return field.recovered && field.used(job);
+bool IsRecovered(const FieldUse& field, const RunTraits& run) {
+    return field.recovered && field.used(run);
 }
 
 std::vector<const double*> RecoveredFields(const FrozenLayerJob& job) {
+    const RunTraits run = TraitsOf(job);
     std::vector<const double*> fields;
     for (const FieldUse& field : kFields) {
-        if (IsRecovered(field, job)) {
+        if (IsRecovered(field, run)) {
             fields.push_back(job.m_pNodeData[field.slot].get());
         }
     }
@@ -81,15 +82,16 @@ void RecoverFields(FrozenLayerJob& job) {
 }
 
 ProfileInput FieldsOf(const FrozenLayerJob& job) {
+    const RunTraits run = TraitsOf(job);
     ProfileInput input{};
     input.mesh = {job.p_Node, job.p_Cell};
     const auto stride = static_cast<std::ptrdiff_t>(3 * RecoveredFields(job).size());
     const double* gradients = job.m_pFieldGradients.get();
     for (std::size_t f = 0; f < kFields.size(); ++f) {
-        if (kFields[f].used(job)) {
+        if (kFields[f].used(run)) {
             input.fields[f].values = job.m_pNodeData[kFields[f].slot].get();
         }
-        if (IsRecovered(kFields[f], job)) {
+        if (IsRecovered(kFields[f], run)) {
             input.fields[f].gradients = gradients;
             input.fields[f].stride = stride;
             gradients += 3;
@@ -98,7 +100,7 @@ ProfileInput FieldsOf(const FrozenLayerJob& job) {
     NodalField& temperature = input.fields.front();
     temperature.known = RangeOfCooling(input.mesh, temperature.values, job.m_nNodes, job.m_nCells);
     for (std::size_t k = 0; k < input.velocity.size(); ++k) {
-        input.velocity[k] = HasFlow(job) ? job.m_pNodeVector[k].get() : nullptr;
+        input.velocity[k] = run.flow ? job.m_pNodeVector[k].get() : nullptr;
     }
     return input;
 }
