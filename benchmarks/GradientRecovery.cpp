@@ -38,11 +38,8 @@ double Neighbours(const kernel::NeighbourRows& rows) {
     double sum = 0.0;
     for (int node = 1; node <= rows.Nodes(); ++node) {
         std::set<int> patch;
-        for (const int near : rows.Of(node)) {
-            const auto row = rows.Of(near);
-            patch.insert(near);
-            patch.insert(row.begin(), row.end());
-        }
+        rows.ForNeighbours(
+            node, [&](int near) { rows.ForNeighbours(near, [&](int other) { patch.insert(other); }); });
         sum += static_cast<double>(patch.size()) - 1.0;
     }
     return sum;

@@ -1,7 +1,7 @@
 """The resolved mode through the programs: curved parts against series solutions, simple fields that every stage must
-give back, and real parts.
+give back, and input that leaves something open.
 
-QNL3DFROZENLAYER names the console program.
+QNL3DFROZENLAYER names the console program, FROZENLAYER the one for people.
 """
 
 import math
@@ -24,6 +24,7 @@ from referee.write_project import write_project
 from referee.write_results import write_binary
 
 PROGRAM = os.environ.get("QNL3DFROZENLAYER", "")
+FROZENLAYER = os.environ.get("FROZENLAYER", "")
 MELT, MOULD, FREEZE = 230.0, 40.0, 130.0  # degC
 RANGE = MELT - MOULD
 
@@ -337,6 +338,78 @@ class SimpleFields(unittest.TestCase):
                     self.assertTrue(ITEMS_OF[stage] <= set(items), sorted(items))
                     for item, values in items.items():
                         self.assertTrue(np.isfinite(values).all(), f"item {item}")
+
+
+# ---------------------------------------------------------------------------------------------------------------------
+# Input that leaves something open.
+
+
+class PoorInput(unittest.TestCase):
+    def run_box(self, block, field, mode="--resolved", status=0):
+        """Runs a flow project of one output time with this field through the program for people."""
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        project, stage = write_project(Case("poor", block=block), folder.name)
+        mesh = read_mesh(os.path.join(project, "Mesh", "block.hdf"))
+        by_label = np.zeros(int(mesh.labels.max()))
+        by_label[mesh.labels[1:] - 1] = field(mesh.points[1:])
+        put(stage, TEMPERATURE_ITEM["flow"], by_label)
+        for item in VELOCITY_ITEMS:
+            put(stage, item, np.full(len(by_label), 2.0))
+        done = subprocess.run([FROZENLAYER, "run", stage, mode], capture_output=True, text=True, timeout=300)
+        self.assertEqual(done.returncode, status, done.stderr)
+        labels, items = read_items(os.path.splitext(stage)[0] + ".fzr")
+        return mesh, labels, items, done.stderr
+
+    def test_one_cell_through_the_wall_is_linear_and_said_so(self):
+        block = Block("hexa", bricks=(8, 8, 1), size=(16.0, 16.0, 2.0), runner=False, tolerance=10.0)
+        mesh, labels, items, text = self.run_box(block, lambda p: 60.0 + 70.0 * p[:, 2] ** 2)
+        inner = np.isin(labels, mesh.labels[1:][(np.abs(mesh.points[1:, :2] - 8.0) < 5.0).all(axis=1)])
+        for item, expected in ((2, 340.0), (3, 200.0), (4, 200.0), (1, 25.0)):
+            self.assertLess(np.abs(items[item][inner] - expected).max(), 1e-2)
+        self.assertIn(f" at {mesh.node_count} nodes of {mesh.node_count}, as where one cell is the whole wall", text)
+
+    def test_nothing_is_said_where_curvatures_are_known(self):
+        block = Block("hexa", bricks=(4, 4, 3), runner=False)
+        for mode in ("--resolved", "--corrected"):
+            self.assertNotIn("The nodes around", self.run_box(block, linear, mode)[3])
+
+    def test_mesh_of_one_cell(self):
+        for kind in ("hexa", "wedge", "tetra", "pyramid"):
+            with self.subTest(kind=kind):
+                mesh, labels, items, _ = self.run_box(
+                    Block(kind, bricks=(1, 1, 1), runner=False, tolerance=10.0), linear
+                )
+                expected = EndsOfRays(mesh, linear)
+                rows = [list(labels).index(label) for label in expected.labels]
+                for item, (values, bound) in expected.items().items():
+                    self.assertTrue((np.abs(items[item][rows] - values) <= bound).all(), f"item {item}")
+
+    def test_a_jump_does_not_overshoot(self):
+        for kind in KINDS:
+            with self.subTest(kind=kind):
+                block = replace(block_of(kind), tolerance=10.0)
+                _, _, items, _ = self.run_box(block, lambda p: np.where(p[:, 0] < 3.0, 40.0, 230.0))
+                slack = 0.01 * RANGE
+                for item in (2, 3, 4):
+                    self.assertGreater(items[item].min(), 40.0 - slack)
+                    self.assertLess(items[item].max(), 230.0 + slack)
+
+    def test_missing_temperatures_leave_the_others_alone(self):
+        block = replace(block_of("tetra"), bricks=(8, 4, 3), runner=False, bend=0.0)
+        missing = lambda p: np.where(
+            (p[:, 0] < 1.0) & (p[:, 2] > 0.1) & (p[:, 2] < 1.7), np.nan, linear(p)
+        )  # noqa: E731
+        mesh, labels, items, text = self.run_box(block, missing, status=1)
+        self.assertIn("part1.k4f: item 6: finite values expected", text)
+        expected = EndsOfRays(mesh, linear)
+        points = mesh.points[mesh.local_of[np.array(expected.labels)]]
+        away = (points[:, 0] > 2.0) & (points[:, 0] < 6.9)
+        rows = np.array([list(labels).index(label) for label in expected.labels])
+        seen = away & ((points[:, 2] < 1e-9) | (points[:, 2] > 1.8 - 1e-9)) & (np.abs(points[:, 1] - 2.5) < 2.0)
+        self.assertGreater(seen.sum(), 10)
+        for item, (values, bound) in expected.items().items():
+            self.assertTrue((np.abs(items[item][rows] - values) <= bound)[seen].all(), f"item {item}")
 
 
 if __name__ == "__main__":

@@ -170,6 +170,7 @@ bool Run(const RunRequest& request) {
     const job::ExitCode code = Evaluate(request, base, MakeOptions(request, intermediateTimes, progress));
     bar.Clear();
     runs::PrintDeepWalls(progress.Walls(), std::cerr);
+    runs::PrintOpenDirections(progress.Gradients(), std::cerr);
 
     std::vector<runs::EvaluatedTime> times = progress.TakeTimes();
     bool succeeded = Succeeded(code, times);

@@ -55,6 +55,7 @@ void RunProgress::RunEnds(const FrozenLayerJob& job) {
     if (job.m_bKernelFlag != 1) {
         walls_ = series::CountDeepWalls(job);
     }
+    gradients_ = job.m_fieldReport;
     view_ = {job.m_options.mode, SmoothsNormals(job)};
     isThermoset_ = job.m_bIsThermoset != 0;
     if (wishes_.keepMesh) {

@@ -8,6 +8,7 @@
 
 #include "context/RunOptions.h"
 #include "kernel/MeshKernelState.h"
+#include "platform/FieldKernel.h"
 #include "project/OutputTime.h"
 #include "results/ResultFile.h"
 #include "series/SeriesFiles.h"
@@ -49,6 +50,7 @@ public:
     /// The mesh of a run that came to its end, when it was wished for; once.
     std::optional<kernel::KernelMesh> TakeMesh() { return std::exchange(mesh_, std::nullopt); }
     const series::DeepWalls& Walls() const { return walls_; }
+    const GradientReport& Gradients() const { return gradients_; }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -63,6 +65,7 @@ private:
     Clock::time_point begin_;
     std::vector<EvaluatedTime> times_;
     series::DeepWalls walls_;
+    GradientReport gradients_;
     series::RunView view_;
     bool isThermoset_ = false;
     std::optional<kernel::KernelMesh> mesh_;

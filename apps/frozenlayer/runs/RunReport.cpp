@@ -133,4 +133,14 @@ void PrintDeepWalls(const series::DeepWalls& walls, std::ostream& out) {
                "; quantities limited to the window say nothing of what lies deeper there.\n";
 }
 
+void PrintOpenDirections(const GradientReport& report, std::ostream& out) {
+    const int open = report.fewerCurvatures + report.fewerSlopes;
+    if (open == 0) {
+        return;
+    }
+    out << "The nodes around do not tell how the fields bend in every direction at " +
+               text::CountText(open, "node") + " of " + std::to_string(report.nodes) +
+               ", as where one cell is the whole wall; there the fields are linear between nodes.\n";
+}
+
 }  // namespace qnl::runs

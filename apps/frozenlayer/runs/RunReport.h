@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/FieldKernel.h"
 #include "runs/RunProgress.h"
 #include "series/SeriesFiles.h"
 
@@ -29,5 +30,9 @@ void PrintWrittenFiles(const std::vector<std::string>& paths, std::ostream& out)
 
 /// Prints a sentence about the nodes whose wall is deeper than the depth window; nothing without any.
 void PrintDeepWalls(const series::DeepWalls& walls, std::ostream& out);
+
+/// Prints a sentence about the nodes whose surroundings leave curvatures or slopes of the fields open, as of
+/// the last output time; nothing without any, as in modes that recover no gradients.
+void PrintOpenDirections(const GradientReport& report, std::ostream& out);
 
 }  // namespace qnl::runs

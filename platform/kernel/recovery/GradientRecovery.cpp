@@ -40,13 +40,13 @@ public:
     void AddRing(const NeighbourRows& rows) {
         const std::size_t end = nodes_.size();
         for (; ring_ < end; ++ring_) {
-            for (const int other : rows.Of(nodes_[ring_])) {
+            rows.ForNeighbours(nodes_[ring_], [&](int other) {
                 unsigned& seen = seenBy_[static_cast<std::size_t>(other)];
                 if (seen != round_) {
                     seen = round_;
                     nodes_.push_back(other);
                 }
-            }
+            });
         }
     }
 
