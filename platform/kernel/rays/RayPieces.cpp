@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <numeric>
 #include <tuple>
 #include <utility>
 
@@ -110,31 +112,63 @@ void PieceFinder::PrepareSlots(int n) {
     }
 }
 
-RayPieces PieceFinder::Find(const Point& origin, const Point& direction, const int* passElements, int count,
-                            int slot) {
-    const Ray ray(origin, direction);
-    auto& [intervals, pieces] = *slots_.at(static_cast<std::size_t>(slot));
-    intervals.clear();
-    pieces.clear();
-    double lastEntry = 0.0;
+// Ascending by the nearest corner.
+void PieceFinder::OrderCells(std::vector<CellDepth>& cells, const Ray& ray, const int* passElements,
+                             int count) const {
+    cells.clear();
     for (int i = 0; i < count; ++i) {
         if (passElements[i] <= boundaryFaces_) {
             continue;
         }
-        const std::size_t before = intervals.size();
-        AddCell(intervals, ray, passElements[i] - boundaryFaces_);
-        double entry = lastEntry;
-        for (std::size_t p = before; p < intervals.size(); ++p) {
-            entry = p == before ? intervals[p].from : std::min(entry, intervals[p].from);
+        const int cell = passElements[i] - boundaryFaces_;
+        const int* corners = mesh_.Corners(cell);
+        CellDepth depth{std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+                        cell};
+        for (int c = 0; c < mesh_.CornerCount(cell); ++c) {
+            const double d = Dot(Minus(mesh_.Place(corners[c]), ray.origin), ray.direction);
+            depth.nearest = std::min(depth.nearest, d);
+            depth.farthest = std::max(depth.farthest, d);
         }
-        lastEntry = std::max(lastEntry, entry);
+        cells.push_back(depth);
     }
-    std::sort(intervals.begin(), intervals.end(), [](const Interval& a, const Interval& b) {
-        return std::tie(a.from, a.to, a.cell) < std::tie(b.from, b.to, b.cell);
+    std::sort(cells.begin(), cells.end(), [](const CellDepth& a, const CellDepth& b) {
+        return std::tie(a.nearest, a.farthest, a.cell) < std::tie(b.nearest, b.farthest, b.cell);
     });
+}
+
+// A cell that ends within what the cells before it cover adds nothing: a ray along an edge passes all cells
+// around it, and is told of one of them at every depth.
+RayPieces PieceFinder::Find(const Point& origin, const Point& direction, const int* passElements, int count,
+                            int slot) {
+    const Ray ray(origin, direction);
+    auto& [cells, intervals, pieces] = *slots_.at(static_cast<std::size_t>(slot));
+    OrderCells(cells, ray, passElements, count);
+    intervals.clear();
+    pieces.clear();
+    double lastEntry = 0.0;
+    double covered = 0.0;
+    for (const CellDepth& depth : cells) {
+        if (depth.farthest <= covered) {
+            continue;
+        }
+        const std::size_t before = intervals.size();
+        AddCell(intervals, ray, depth.cell);
+        const auto own = intervals.begin() + static_cast<std::ptrdiff_t>(before);
+        std::sort(own, intervals.end(), IsBefore);
+        lastEntry = own == intervals.end() ? lastEntry : std::max(lastEntry, own->from);
+        covered =
+            std::accumulate(own, intervals.end(), covered, [](double reached, const Interval& interval) {
+                return interval.from <= reached ? std::max(reached, interval.to) : reached;
+            });
+    }
+    std::sort(intervals.begin(), intervals.end(), IsBefore);
     EndAtGap(intervals, lastEntry);
     TakeCover(intervals, [&](const Interval& interval) { pieces.push_back(PieceOf(interval, ray)); });
     return {pieces.data(), static_cast<int>(pieces.size())};
+}
+
+bool PieceFinder::IsBefore(const Interval& a, const Interval& b) {
+    return std::tie(a.from, a.to, a.cell) < std::tie(b.from, b.to, b.cell);
 }
 
 void PieceFinder::AddCell(std::vector<Interval>& intervals, const Ray& ray, int cell) const {

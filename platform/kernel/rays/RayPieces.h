@@ -33,11 +33,20 @@ private:
         int cell;
         std::array<int, 4> vertex;
     };
+    /// A passed cell between the depths of its nearest and its farthest corner.
+    struct CellDepth {
+        double nearest;
+        double farthest;
+        int cell;
+    };
     struct Slot {
+        std::vector<CellDepth> cells;
         std::vector<Interval> intervals;
         std::vector<RayPiece> pieces;
     };
 
+    static bool IsBefore(const Interval& a, const Interval& b);
+    void OrderCells(std::vector<CellDepth>& cells, const Ray& ray, const int* passElements, int count) const;
     void AddCell(std::vector<Interval>& intervals, const Ray& ray, int cell) const;
     void AddParts(std::vector<Interval>& intervals, const Ray& ray, int cell) const;
     void AddTetra(std::vector<Interval>& intervals, const Ray& ray, const Tetra& tetra, int cell,

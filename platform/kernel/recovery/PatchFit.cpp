@@ -1,7 +1,9 @@
 #include "kernel/recovery/PatchFit.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <utility>
 
 #include "base/Vector3.h"
 
@@ -44,6 +46,24 @@ Square<N> PseudoInverse(const Square<N>& matrix, double open, int& cut) {
         }
     }
     return inverse;
+}
+
+// Adds weight * f f^T from the diagonal down, column by column. Lengths that are known when it is compiled
+// let the columns be added several entries at a time.
+template <int Column, std::size_t Entries>
+void AddColumn(double weight, const std::array<double, Entries>& f, double* matrix) {
+    const double weighted = weight * f[Column];
+    for (std::size_t i = Column; i < Entries; ++i) {
+        matrix[Entries * Column + i] += weighted * f[i];
+    }
+}
+
+template <std::size_t Entries, int... Columns>
+void AddColumns(double weight, const double* terms, std::array<double, Entries * Entries>& matrix,
+                std::integer_sequence<int, Columns...> /*columns*/) {
+    std::array<double, Entries> f;
+    std::copy_n(terms, Entries, f.begin());
+    (AddColumn<Columns>(weight, f, matrix.data()), ...);
 }
 
 // 1/L for the second moments L L^T of the patch, by its diagonal and what lies below.
@@ -125,7 +145,7 @@ void PatchFit::Assemble(const std::vector<Point>& offsets) {
     TakeFrame(offsets, 1.0 / std::sqrt(farthest));
     terms_.resize(offsets.size());
     weights_.resize(offsets.size());
-    normal_.setZero();
+    std::array<double, kTerms * kTerms> normal{};
     double sixthMoment = 0.0;
     for (std::size_t k = 0; k < offsets.size(); ++k) {
         const Point& o = offsets[k];
@@ -138,13 +158,9 @@ void PatchFit::Assemble(const std::vector<Point>& offsets) {
         const double square = (x * x + y * y) + z * z;
         weights_[k] = 1.0 / (square * square);
         sixthMoment += square;
-        for (int j = 0; j < kTerms; ++j) {
-            const double weighted = weights_[k] * f[j];
-            for (int i = j; i < kTerms; ++i) {
-                normal_(i, j) += weighted * f[i];
-            }
-        }
+        AddColumns<kTerms>(weights_[k], f.data(), normal, std::make_integer_sequence<int, kTerms>());
     }
+    normal_ = Eigen::Map<const Matrix<kTerms, kTerms>>(normal.data());
     for (int i = kQuadratic; i < kTerms; ++i) {
         normal_(i, i) += kRidge * sixthMoment / 7.0 * kCubicForm[static_cast<std::size_t>(i - kQuadratic)];
     }
