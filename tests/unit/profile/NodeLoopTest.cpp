@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <omp.h>
 
+#include <chrono>
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -405,6 +406,41 @@ TEST(NodeLoop, TheObserverHearsOfTheProgressNowAndThen) {
         }
         EXPECT_EQ(before, 5000);
     }
+}
+
+TEST(NodeLoop, TheObserverHearsOfNodesThatAreDone) {
+    struct Counting : qnl::RunObserver {
+        explicit Counting(FrozenLayerJob& job) : job_(job) {}
+        void NodesEvaluated(int done, int /*total*/) override { EXPECT_EQ(Script(job_).rayCalls, done); }
+        FrozenLayerJob& job_;
+    };
+    ManyNodes nodes(600);
+    Counting observer(nodes.job);
+    nodes.job.m_options.observer = &observer;
+    qnl::profile::EvaluateSurfaceNodes(nodes.job);
+}
+
+TEST(NodeLoop, TheObserverHearsOfWhatOtherThreadsDidMeanwhile) {
+    using namespace std::chrono_literals;
+    if (omp_get_thread_limit() < 2) {
+        GTEST_SKIP() << "there is one thread alone";
+    }
+    RecordingObserver observer;
+    ManyNodes nodes(700);
+    nodes.SetThreads(2);
+    nodes.job.m_options.observer = &observer;
+    // The main thread waits at each of its nodes until the other one is far ahead.
+    const auto tooLate = std::chrono::steady_clock::now() + 5s;
+    Script(nodes.job).beforeRay = [&nodes, tooLate](int) {
+        while (omp_get_thread_num() == 0 && Script(nodes.job).rayCalls < 600 &&
+               std::chrono::steady_clock::now() < tooLate) {
+            std::this_thread::sleep_for(1ms);
+        }
+    };
+    qnl::profile::EvaluateSurfaceNodes(nodes.job);
+    ASSERT_EQ(observer.calls.size(), 2U);
+    EXPECT_GE(observer.calls[0].first, 599);
+    EXPECT_EQ(observer.calls[1].first, 700);
 }
 
 TEST(NodeLoop, TheObserverHearsOfEvery512NodesAndOfTheEnd) {

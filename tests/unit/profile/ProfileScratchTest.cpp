@@ -19,6 +19,7 @@ std::ptrdiff_t Room(int count, int countAfter = 0) {
 TEST(ProfileScratch, HasRoomForAUsualProfileFromTheBeginning) {
     EXPECT_EQ(Room(0), 256);
     EXPECT_EQ(Room(255), 256) << "255 entries and the unused one";
+    EXPECT_EQ(Room(255, 255), 256);
 }
 
 TEST(ProfileScratch, GrowsAtLeastToTheDouble) {

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "profile/NodeEvaluation.h"
 #include "profile/NodeLoop.h"
 #include "profile/ResolvedFields.h"
 #include "support/StackJob.h"
@@ -145,12 +146,12 @@ TEST_F(ResolvedLoop, VelocityIsWeighedByLength) {
     job_.m_bHasFlow = 1;
     SetNodes(qnl::kVolumeShrinkage, {1.0, 5.0, 3.0});
     SetVelocity(0, {1.0F, 2.0F, 4.0F});
-    SetVelocity(1, {0.0F, 0.0F, 0.0F});
+    SetVelocity(1, {0.0F, 3.0F, 0.0F});
     job_.m_pAverageVelocityW[1] = 9.0;
     qnl::profile::EvaluateSurfaceNodes(job_);
     EXPECT_EQ(job_.m_pMaxVolumeShrinkage[1], 5.0);
     EXPECT_EQ(job_.m_pAverageVelocityU[1], (0.5 * 1.0 + 1.0 * 2.0 + 0.5 * 4.0) / 2.0);
-    EXPECT_EQ(job_.m_pAverageVelocityV[1], 0.0);
+    EXPECT_EQ(job_.m_pAverageVelocityV[1], 3.0) << "samples at rest do not count";
     EXPECT_EQ(job_.m_pAverageVelocityW[1], 0.0) << "a component that is not there";
 }
 
@@ -170,6 +171,10 @@ TEST_F(ResolvedLoop, ARayWithoutPiecesHasNoProfile) {
     TheFields().pieces.clear();
     qnl::profile::EvaluateSurfaceNodes(job_);
     EXPECT_EQ(job_.m_pHasProfile[1], 0);
+    qnl::profile::ProfileScratch scratch;
+    scratch.resolved.TakeInput(qnl::profile::FieldsOf(job_));
+    NodeProfileResult result;
+    EXPECT_EQ(CalcuFrozenAtNode(job_, 1, 1.0, 0.0, 0.0, 0.0, 0.0, 1.0, result, scratch), 1);
 }
 
 TEST_F(ResolvedLoop, FlakesAreThoseOfTheCellsOfTheSamples) {
@@ -178,6 +183,11 @@ TEST_F(ResolvedLoop, FlakesAreThoseOfTheCellsOfTheSamples) {
     StackJob::Fill<double>(job_.m_pCellFiber[2].get(), {0.75, 0.25});
     qnl::profile::EvaluateSurfaceNodes(job_);
     EXPECT_EQ(job_.m_pFlakeColorIntensity[1], 0.75) << "the outer half, to 1 mm, lies in cell 1";
+    TheFields().pieces[0].to = 0.5;
+    TheFields().pieces[1].from = 0.5;
+    qnl::profile::EvaluateSurfaceNodes(job_);
+    EXPECT_EQ(job_.m_pFlakeColorIntensity[1], (0.5 * 0.75 + 1.5 * 0.25) / 2.0)
+        << "the first cell ends before that";
 }
 
 TEST_F(ResolvedLoop, OnlyTheFieldsThatTheStageNeedsAreSampled) {
@@ -200,8 +210,9 @@ TEST_F(ResolvedLoop, OnlyTheFieldsThatTheStageNeedsAreSampled) {
     EXPECT_TRUE(needs(ProfileField::CoolingTime));
     job_.m_bHasIntermediateTimes = 1;
     EXPECT_TRUE(needs(ProfileField::Density));
-    job_.m_bHasFlow = 1;
     SetVelocity(2, {1.0F});
+    EXPECT_FALSE(needs(ProfileField::VelocityW));
+    job_.m_bHasFlow = 1;
     EXPECT_TRUE(needs(ProfileField::VelocityW));
     job_.m_bFillHasCoolingTime = 0;
     job_.m_bHasCool = 1;
@@ -210,8 +221,9 @@ TEST_F(ResolvedLoop, OnlyTheFieldsThatTheStageNeedsAreSampled) {
 }
 
 TEST_F(ResolvedLoop, GradientsStandSideBySideByNode) {
-    job_.m_bHasIntermediateTimes = 1;
     qnl::profile::RecoverFields(job_);
+    EXPECT_EQ(qnl::profile::FieldsOf(job_).fields[qnl::kDensity].gradients, nullptr) << "it is not sampled";
+    job_.m_bHasIntermediateTimes = 1;
     const qnl::profile::ProfileInput input = qnl::profile::FieldsOf(job_);
     const double* first = job_.m_pFieldGradients.get();
     EXPECT_EQ(input.fields[qnl::kTemperature].gradients, first);
