@@ -132,6 +132,18 @@ class LayersTest(unittest.TestCase):
         self.assertEqual(told.returncode, 0, told.stdout)
         self.assertIn("box1_002.k4f is missing", json.loads(told.stdout)["layers_missing"])
 
+    def test_without_a_freeze_temperature_only_the_wall_is_told(self):
+        project = SmallProject(self, size=(12.0, 8.0, WALL), marker=False)
+        (project.root / "Material/pp.toml").write_text('kind = "thermoset"\n')
+        done = run("run", project.root, "--intermediate-times", 0, "--export", project.root / "out")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertNotIn("Molten core", done.stdout)
+        self.assertRegex(done.stdout, r"Wall thickness +mm")
+        self.assertNotIn(NAMES[2], VtkFile(project.root / "out_0001.vtp").arrays)
+        row = next(csv.DictReader(io.StringIO(run("probe", project.root, "--point", "6,4,2").stdout)))
+        self.assertEqual([row[name] for name in NAMES], ["", "", ""])
+        self.assertAlmostEqual(float(row["Wall thickness [mm]"]), WALL, delta=1e-5)
+
     def test_other_modes_have_none(self):
         project, _ = self.cooled_box()
         for mode in ("--corrected", "--classic"):
