@@ -38,6 +38,26 @@ class Folder:
         return pathlib.Path(shutil.copytree(EXAMPLES / name, self.path / name))
 
 
+class ExamplesFolder(Folder):
+    """A folder that holds nothing but the examples, as they come, and a shell that knows frozenlayer."""
+
+    def __init__(self, test):
+        super().__init__(test)
+        shutil.copytree(EXAMPLES, self.path / "examples")
+
+    def shell(self, command):
+        """Runs a command line of a document; texts captured."""
+        return subprocess.run(
+            ["sh", "-c", command],
+            cwd=self.path,
+            env={**os.environ, "PATH": f"{pathlib.Path(FROZENLAYER).parent}:{os.environ['PATH']}"},
+            capture_output=True,
+            encoding="utf-8",
+            timeout=300,
+            check=False,
+        )
+
+
 def write_box_mesh(path, size, cells):
     """A box from the origin, `size` in mm, with `cells` hexahedra along each axis. Returns the points."""
     nx, ny, nz = (n + 1 for n in cells)

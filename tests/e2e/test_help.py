@@ -1,13 +1,9 @@
 """The help of every subcommand: its sections, and its worked example, which must run as it stands."""
-import os
-import pathlib
-import shutil
-import subprocess
 import unittest
 
 from foreign_files import READERS_ARE_BUILT_IN
 from manual_page import SUBCOMMANDS, ManualPage
-from small_project import EXAMPLES, FROZENLAYER, Folder, run
+from small_project import ExamplesFolder, run
 
 NEED_READERS = ("import", "show")
 
@@ -35,24 +31,13 @@ class HelpTest(unittest.TestCase):
                 self.assertIn(f"frozenlayer {name} ", page.sections["EXAMPLE"])
 
     def test_worked_examples_run(self):
-        """In a folder that holds nothing but the examples, as they come, by way of a shell."""
         for name in SUBCOMMANDS:
             if name in NEED_READERS and not READERS_ARE_BUILT_IN:
                 continue
             with self.subTest(subcommand=name):
-                folder = Folder(self).path
-                shutil.copytree(EXAMPLES, folder / "examples")
-                search = {**os.environ, "PATH": f"{pathlib.Path(FROZENLAYER).parent}:{os.environ['PATH']}"}
+                folder = ExamplesFolder(self)
                 for command in ManualPage(name).example():
-                    done = subprocess.run(
-                        ["sh", "-c", command],
-                        cwd=folder,
-                        env=search,
-                        capture_output=True,
-                        encoding="utf-8",
-                        timeout=300,
-                        check=False,
-                    )
+                    done = folder.shell(command)
                     self.assertEqual(done.returncode, 0, f"{command}\n{done.stderr}")
                     self.assertTrue(done.stdout)
 

@@ -1,13 +1,10 @@
 """docs/tutorial.md: its commands run in order, and their outputs hold the lines that it shows."""
 import os
-import pathlib
 import re
-import shutil
-import subprocess
 import unittest
 
 from foreign_files import READERS_ARE_BUILT_IN
-from small_project import EXAMPLES, FROZENLAYER, Folder
+from small_project import EXAMPLES, ExamplesFolder
 
 TUTORIAL = EXAMPLES.parent / "docs/tutorial.md"
 
@@ -46,22 +43,12 @@ def missing_line(shown, output):
 @unittest.skipUnless(READERS_ARE_BUILT_IN and os.name == "posix", "needs VTK and a shell")
 class TutorialTest(unittest.TestCase):
     def test_commands_and_outputs(self):
-        folder = Folder(self).path
-        shutil.copytree(EXAMPLES, folder / "examples")
-        search = {**os.environ, "PATH": f"{pathlib.Path(FROZENLAYER).parent}:{os.environ['PATH']}"}
+        folder = ExamplesFolder(self)
         commands = steps(TUTORIAL.read_text(encoding="utf-8"))
         subcommands = {command.split()[1] for command, _ in commands if command.startswith("frozenlayer ")}
         self.assertEqual(subcommands, {"import", "info", "run", "export", "probe", "view", "show"})
         for command, shown in commands:
-            done = subprocess.run(
-                ["sh", "-c", command],
-                cwd=folder,
-                env=search,
-                capture_output=True,
-                encoding="utf-8",
-                timeout=300,
-                check=False,
-            )
+            done = folder.shell(command)
             self.assertEqual(done.returncode, 0, f"{command}\n{done.stderr}")
             self.assertTrue(shown, command)
             self.assertIsNone(missing_line(shown, done.stderr + done.stdout), command)
