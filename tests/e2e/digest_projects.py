@@ -80,7 +80,8 @@ def _for_people(project, programs, threads, log_level):
 MODES = {
     "launcher, classic": (_launched, []),
     "launcher, corrected": (_launched, ["--corrected"]),
-    "frozenlayer run": (_for_people, []),
+    "frozenlayer run": (_for_people, ["--corrected"]),
+    "frozenlayer run, resolved": (_for_people, ["--resolved"]),
 }
 # Other files made from the results of one of the modes, where the stage has what they need.
 FOLLOWED_MODE = "frozenlayer run"
