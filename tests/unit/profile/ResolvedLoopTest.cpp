@@ -113,9 +113,21 @@ TEST_F(ResolvedLoop, EvaluatesTheFieldAlongTheNormal) {
     EXPECT_EQ(TheFields().slot, 0);
 }
 
+TEST_F(ResolvedLoop, NotesTheLayersOfTheWallByNode) {
+    qnl::profile::EvaluateSurfaceNodes(job_);
+    ASSERT_EQ(job_.m_wallLayers.size(), 6U);
+    const qnl::WallLayers& layers = job_.m_wallLayers[1];
+    EXPECT_EQ(layers.frozenHere, 1.0);
+    EXPECT_EQ(layers.frozenFar, 0.0);
+    EXPECT_EQ(layers.moltenCore, 1.0);
+    EXPECT_EQ(layers.wall, 2.0);
+    EXPECT_EQ(job_.m_wallLayers[2].wall, 0.0) << "a node that is not listed";
+}
+
 TEST_F(ResolvedLoop, RecoversTheGradientsOnceForEveryOutputTime) {
     using Fields = std::vector<const double*>;
     stack_.SetThreads(2);
+    job_.m_bHasIntermediateTimes = 1;
     qnl::profile::EvaluateSurfaceNodes(job_);
     const Fields fields{job_.m_pNodeData[qnl::kTemperature].get(),
                         job_.m_pNodeData[qnl::kVolumeShrinkage].get(), job_.m_pNodeData[qnl::kDensity].get()};
@@ -123,11 +135,11 @@ TEST_F(ResolvedLoop, RecoversTheGradientsOnceForEveryOutputTime) {
     EXPECT_EQ(TheFields().slots, 2);
     EXPECT_EQ(job_.m_fieldReport.nodes, 7);
     const qnl::FieldKernel* kernel = job_.m_pFieldKernel.get();
-    const double* gradients = job_.m_pFieldGradients.get();
+    job_.m_bHasIntermediateTimes = 0;
     qnl::profile::EvaluateSurfaceNodes(job_);
-    EXPECT_EQ(TheFields().recovered.size(), 2U);
+    ASSERT_EQ(TheFields().recovered.size(), 2U);
+    EXPECT_EQ(TheFields().recovered[1], Fields{fields[0]}) << "the others are not used any more";
     EXPECT_EQ(job_.m_pFieldKernel.get(), kernel);
-    EXPECT_EQ(job_.m_pFieldGradients.get(), gradients);
 }
 
 TEST_F(ResolvedLoop, OtherModesAskForNoField) {
@@ -195,10 +207,10 @@ TEST_F(ResolvedLoop, OnlyTheFieldsThatTheStageNeedsAreSampled) {
     qnl::profile::RecoverFields(job_);
     const auto needs = [this](ProfileField field) { return qnl::profile::FieldsOf(job_).Has(field); };
     EXPECT_TRUE(needs(ProfileField::Temperature));
-    EXPECT_TRUE(needs(ProfileField::VolumeShrinkage));
     EXPECT_TRUE(needs(ProfileField::BulkWeight));
-    for (const ProfileField field : {ProfileField::GasMarker, ProfileField::CoolingTime,
-                                     ProfileField::Density, ProfileField::VelocityU}) {
+    for (const ProfileField field :
+         {ProfileField::VolumeShrinkage, ProfileField::GasMarker, ProfileField::CoolingTime,
+          ProfileField::Density, ProfileField::VelocityU}) {
         EXPECT_FALSE(needs(field)) << static_cast<int>(field);
     }
     job_.m_bIsGasIn = 1;
@@ -210,10 +222,16 @@ TEST_F(ResolvedLoop, OnlyTheFieldsThatTheStageNeedsAreSampled) {
     EXPECT_TRUE(needs(ProfileField::CoolingTime));
     job_.m_bHasIntermediateTimes = 1;
     EXPECT_TRUE(needs(ProfileField::Density));
+    EXPECT_TRUE(needs(ProfileField::VolumeShrinkage));
+    job_.m_bHasIntermediateTimes = 0;
+    job_.m_bHasWarp = 1;
+    EXPECT_TRUE(needs(ProfileField::VolumeShrinkage));
+    job_.m_bHasWarp = 0;
     SetVelocity(2, {1.0F});
     EXPECT_FALSE(needs(ProfileField::VelocityW));
     job_.m_bHasFlow = 1;
     EXPECT_TRUE(needs(ProfileField::VelocityW));
+    EXPECT_TRUE(needs(ProfileField::VolumeShrinkage));
     job_.m_bFillHasCoolingTime = 0;
     job_.m_bHasCool = 1;
     EXPECT_TRUE(needs(ProfileField::CoolingTime));
@@ -233,13 +251,4 @@ TEST_F(ResolvedLoop, GradientsStandSideBySideByNode) {
     EXPECT_EQ(input.fields[qnl::kSpeed].gradients, nullptr);
     EXPECT_EQ(input.mesh.nodes, job_.p_Node);
     EXPECT_EQ(input.mesh.cells, job_.p_Cell);
-}
-
-TEST_F(ResolvedLoop, NoPlaceIsColderThanTheColdestNode) {
-    qnl::profile::RecoverFields(job_);
-    EXPECT_EQ(qnl::profile::FieldsOf(job_).fields[qnl::kTemperature].lowest, 30.0);
-    SetNodes(qnl::kTemperature, {40.0, 100.0, 120.0, 30.0, 10.0});
-    EXPECT_EQ(qnl::profile::FieldsOf(job_).fields[qnl::kTemperature].lowest, 10.0) << "the last node counts";
-    SetNodes(qnl::kTemperature, {5.0, 100.0, 120.0, 30.0, 10.0});
-    EXPECT_EQ(qnl::profile::FieldsOf(job_).fields[qnl::kTemperature].lowest, 5.0);
 }
