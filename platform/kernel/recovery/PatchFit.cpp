@@ -145,7 +145,7 @@ void PatchFit::Assemble(const std::vector<Point>& offsets) {
     TakeFrame(offsets, 1.0 / std::sqrt(farthest));
     terms_.resize(offsets.size());
     weights_.resize(offsets.size());
-    std::array<double, kTerms * kTerms> normal{};
+    std::array<double, std::size_t{kTerms} * kTerms> normal{};
     double sixthMoment = 0.0;
     for (std::size_t k = 0; k < offsets.size(); ++k) {
         const Point& o = offsets[k];
