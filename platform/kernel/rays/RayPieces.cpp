@@ -141,23 +141,25 @@ void PieceFinder::OrderCells(std::vector<CellDepth>& cells, const Ray& ray, cons
 RayPieces PieceFinder::Find(const Point& origin, const Point& direction, const int* passElements, int count,
                             int slot) {
     const Ray ray(origin, direction);
-    auto& [cells, intervals, pieces] = *slots_.at(static_cast<std::size_t>(slot));
-    OrderCells(cells, ray, passElements, count);
+    Slot& own = *slots_.at(static_cast<std::size_t>(slot));
+    std::vector<Interval>& intervals = own.intervals;
+    std::vector<RayPiece>& pieces = own.pieces;
+    OrderCells(own.cells, ray, passElements, count);
     intervals.clear();
     pieces.clear();
     double lastEntry = 0.0;
     double covered = 0.0;
-    for (const CellDepth& depth : cells) {
+    for (const CellDepth& depth : own.cells) {
         if (depth.farthest <= covered) {
             continue;
         }
         const std::size_t before = intervals.size();
         AddCell(intervals, ray, depth.cell);
-        const auto own = intervals.begin() + static_cast<std::ptrdiff_t>(before);
-        std::sort(own, intervals.end(), IsBefore);
-        lastEntry = own == intervals.end() ? lastEntry : std::max(lastEntry, own->from);
+        const auto first = intervals.begin() + static_cast<std::ptrdiff_t>(before);
+        std::sort(first, intervals.end(), IsBefore);
+        lastEntry = first == intervals.end() ? lastEntry : std::max(lastEntry, first->from);
         covered =
-            std::accumulate(own, intervals.end(), covered, [](double reached, const Interval& interval) {
+            std::accumulate(first, intervals.end(), covered, [](double reached, const Interval& interval) {
                 return interval.from <= reached ? std::max(reached, interval.to) : reached;
             });
     }
