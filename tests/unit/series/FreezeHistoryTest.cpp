@@ -119,15 +119,15 @@ TEST_F(HistoryTest, ProfilesHoldOneSampleADepth) {
     project.AddTime(1, 1.0F, downwards(100.0), Nothing);
     project.AddTime(0, 2.0F, downwards(90.0), Nothing);
     LoadedSeries loaded = qnl::series::LoadSeries(project.Series(), 0);
-    loaded.profiles = {};
-    loaded.profiles.nodes = {static_cast<int>(Number(project, loaded, {2.0, 1.0, 2.0}))};
-    qnl::series::ReadFreezeHistory(loaded.project, loaded.series, loaded.surface, loaded.rays,
-                                   loaded.profiles);
-    EXPECT_EQ(loaded.profiles.counts, std::vector<int>{4});
-    EXPECT_EQ(loaded.profiles.depths, (std::vector<float>{0.0F, 0.5F, 1.5F, 2.0F}));
-    ASSERT_EQ(loaded.profiles.temperatures.size(), 2U);
-    EXPECT_EQ(loaded.profiles.temperatures[0], (std::vector<float>{120.0F, 115.0F, 105.0F, 100.0F}));
-    EXPECT_EQ(loaded.profiles.temperatures[1], (std::vector<float>{110.0F, 105.0F, 95.0F, 90.0F}));
+    const int node = static_cast<int>(Number(project, loaded, {2.0, 1.0, 2.0}));
+    qnl::series::ProfileSeries series(loaded.project, loaded.surface, loaded.rays, {node});
+    qnl::series::ReadFreezeHistory(loaded.project, loaded.series, loaded.surface, loaded.rays, series);
+    const qnl::series::DepthProfiles profiles = series.Take();
+    EXPECT_EQ(profiles.counts, std::vector<int>{4});
+    EXPECT_EQ(profiles.depths, (std::vector<float>{0.0F, 0.5F, 1.5F, 2.0F}));
+    ASSERT_EQ(profiles.temperatures.size(), 2U);
+    EXPECT_EQ(profiles.temperatures[0], (std::vector<float>{120.0F, 115.0F, 105.0F, 100.0F}));
+    EXPECT_EQ(profiles.temperatures[1], (std::vector<float>{110.0F, 105.0F, 95.0F, 90.0F}));
 }
 
 }  // namespace
