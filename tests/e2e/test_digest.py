@@ -70,21 +70,22 @@ class ChangedByte(unittest.TestCase):
         return digest
 
     def test_between_programs(self):
-        lists = [self.digest(programs).text() for programs in (true_programs(), self.false_programs())]
+        lists = [self.digest(programs).text() for programs in (true_programs(), self.false_programs("--corrected"))]
         self.assertEqual(compare(*lists, whole=True), ["differs: flow code 6 | frozenlayer run"])
         self.assertNotEqual(parse(lists[0])["all"], parse(lists[1])["all"])
 
     def test_between_threads(self):
         differences = self.digest(self.false_programs("--threads", "2")).differences
-        told = (
-            "flow code 6 | frozenlayer run, 2 threads, {}: differs from the first run: project/Analysis/Run1/part1.fzr"
-        )
-        self.assertEqual(differences, [told.format(what) for what in ("fresh search", "stored search")])
+        told = "flow code 6 | {}, 2 threads, {}: differs from the first run: project/Analysis/Run1/part1.fzr"
+        modes = ("frozenlayer run", "frozenlayer run, resolved")
+        searches = ("fresh search", "stored search")
+        self.assertEqual(differences, [told.format(mode, search) for mode in modes for search in searches])
 
     def test_when_silent(self):
         differences = self.digest(self.false_programs("--log-level", "0")).differences
-        self.assertEqual(len(differences), 1)
-        self.assertIn("1 threads, silent: differs", differences[0])
+        self.assertEqual(len(differences), 2)
+        for difference in differences:
+            self.assertIn("1 threads, silent: differs", difference)
 
 
 class Lists(unittest.TestCase):

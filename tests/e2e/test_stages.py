@@ -55,8 +55,7 @@ def run_for_people(words):
     """The same run through the program for people."""
     arguments = [PEOPLES_PROGRAM, "run", words.input_path, "--analysis-code", str(words.code)]
     arguments += ["--intermediate-times", str(words.times), "--threads", "2"]
-    if not words.corrected:
-        arguments.append("--classic")
+    arguments.append("--corrected" if words.corrected else "--classic")
     done = subprocess.run(arguments, capture_output=True, text=True, timeout=600)
     return done.returncode, done.stdout + done.stderr
 

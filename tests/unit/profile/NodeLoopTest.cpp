@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <omp.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <cstring>
@@ -429,11 +430,18 @@ TEST(NodeLoop, TheObserverHearsOfWhatOtherThreadsDidMeanwhile) {
     ManyNodes nodes(700);
     nodes.SetThreads(2);
     nodes.job.m_options.observer = &observer;
-    // The main thread waits at each of its nodes until the other one is far ahead.
+    // The main thread waits at its first node until the other is far ahead; the other waits for it to have
+    // one, and near the end to be at its second.
     const auto tooLate = std::chrono::steady_clock::now() + 5s;
-    Script(nodes.job).beforeRay = [&nodes, tooLate](int) {
-        while (omp_get_thread_num() == 0 && Script(nodes.job).rayCalls < 600 &&
-               std::chrono::steady_clock::now() < tooLate) {
+    std::atomic<int> mainNodes{0};
+    Script(nodes.job).beforeRay = [&nodes, &mainNodes, tooLate](int) {
+        const std::atomic<int>& calls = Script(nodes.job).rayCalls;
+        const bool isMain = omp_get_thread_num() == 0;
+        mainNodes += isMain ? 1 : 0;
+        const auto waits = [&] {
+            return isMain ? calls < 600 : mainNodes == 0 || (calls >= 650 && mainNodes < 2);
+        };
+        while (waits() && std::chrono::steady_clock::now() < tooLate) {
             std::this_thread::sleep_for(1ms);
         }
     };
