@@ -55,8 +55,8 @@ void ReadInsideCells(const OpenedProject& project, const Surface& surface, const
         values.assign(surface.Nodes(), std::numeric_limits<float>::quiet_NaN());
     }
     ThreadFailure failure;
-    const int threads = project.Job().m_nThreads;
-#pragma omp parallel num_threads(threads)
+    omp_set_num_threads(project.Job().m_nThreads);
+#pragma omp parallel
     {
         RayFollower follower(project, surface, rays);
 #pragma omp for schedule(dynamic, kChunk)
