@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 
 namespace qnl {
 
@@ -23,6 +24,12 @@ inline constexpr std::array<ModeRules, 3> kModeRules{{
     {"corrected", false, true, true, false},
     {"resolved", false, false, false, true},
 }};
+
+/// The mode of the number in a result file; none for a number that is no mode's.
+constexpr std::optional<Mode> ModeOfFlag(int flag) {
+    const bool known = flag >= 0 && flag < static_cast<int>(kModeRules.size());
+    return known ? std::optional(static_cast<Mode>(flag)) : std::nullopt;
+}
 
 constexpr const ModeRules& RulesOf(Mode mode) {
     return kModeRules[static_cast<std::size_t>(mode)];

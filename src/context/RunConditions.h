@@ -69,9 +69,6 @@ inline bool HasFlowAndIsNotCool(const RunTraits& run) {
     return !run.cool && run.flow;
 }
 
-inline bool IsCool(const FrozenLayerJob& job) {
-    return TraitsOf(job).cool;
-}
 inline bool HasIntermediateTimes(const FrozenLayerJob& job) {
     return TraitsOf(job).intermediateTimes;
 }

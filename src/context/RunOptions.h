@@ -3,7 +3,6 @@
 #include <optional>
 
 #include "context/Mode.h"
-
 #include "context/RunStep.h"
 
 struct FrozenLayerJob;

@@ -1,6 +1,5 @@
 #include "profile/ResolvedFields.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <stdexcept>
@@ -111,7 +110,7 @@ RayProfile ResolveRay(const FrozenLayerJob& job, const NodeRay& ray, const Found
     const std::array<double, 3> direction{ray.direction.x, ray.direction.y, ray.direction.z};
     ResolvedProfile& resolved = scratch.resolved;
     resolved.Sample(job.m_pFieldKernel->FindPieces(origin, direction, found.numbers, found.count, ray.slot));
-    const int count = std::max(resolved.Count(), 0);
+    const int count = resolved.Count();
     scratch.Prepare(count);
     int* const elements = scratch.ProfileArrays().elements.elements;
     for (int j = 1; j <= count; ++j) {

@@ -1,6 +1,5 @@
 #include "commands/CompareCommand.h"
 
-#include <filesystem>
 #include <iostream>
 #include <limits>
 #include <memory>
@@ -11,7 +10,7 @@
 #include "compare/ComparisonTable.h"
 #include "compare/DifferenceItems.h"
 #include "page/ReportPage.h"
-#include "project/ProjectPaths.h"
+#include "project/OutputNames.h"
 
 namespace qnl::commands {
 
@@ -49,14 +48,7 @@ bool Compare(const CompareRequest& request) {
 }
 
 std::string CheckTableName(const std::string& name) {
-    const std::filesystem::path path(name);
-    if (path.extension() != ".csv") {
-        return "\"" + name + "\" is no name of a table: end it in .csv";
-    }
-    const std::string folder = path.parent_path().string();
-    return folder.empty() || project::FolderExists(folder)
-               ? ""
-               : folder + " is no folder: make it first, or name another place";
+    return project::ProblemOfFileName(name, {".csv"}, "table");
 }
 
 void AddOptions(Subcommand& command, CompareRequest& request) {

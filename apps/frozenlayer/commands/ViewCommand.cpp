@@ -1,11 +1,10 @@
 #include "commands/ViewCommand.h"
 
-#include <filesystem>
 #include <iostream>
 #include <memory>
 
 #include "page/ReportPage.h"
-#include "project/ProjectPaths.h"
+#include "project/OutputNames.h"
 #include "series/SeriesFiles.h"
 
 namespace qnl::commands {
@@ -31,15 +30,7 @@ bool View(const ViewRequest& request) {
 }  // namespace
 
 std::string CheckPageName(const std::string& name) {
-    const std::filesystem::path path(name);
-    const std::string extension = path.extension().string();
-    if (extension != ".html" && extension != ".htm") {
-        return "\"" + name + "\" is no name of a page: end it in .html";
-    }
-    const std::string folder = path.parent_path().string();
-    return folder.empty() || project::FolderExists(folder)
-               ? ""
-               : folder + " is no folder: make it first, or name another place";
+    return project::ProblemOfFileName(name, {".html", ".htm"}, "page");
 }
 
 void AddViewCommand(Program& program) {

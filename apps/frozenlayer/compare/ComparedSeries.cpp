@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <utility>
 
+#include "base/Vector3.h"
 #include "results/ResultFile.h"
 #include "series/OpenedProject.h"
 #include "text/NumberText.h"
@@ -15,10 +15,6 @@ namespace {
 
 using Contents = std::vector<results::ResultFileContent>;
 
-std::string FileName(const std::string& path) {
-    return std::filesystem::path(project::NativePath(path)).filename().string();
-}
-
 /// Names of the material files, with commas between several. A result that does not name its material was
 /// made with that of the project.
 std::string MaterialsOf(const Contents& contents, const series::OpenedProject& project) {
@@ -26,7 +22,7 @@ std::string MaterialsOf(const Contents& contents, const series::OpenedProject& p
     std::string all;
     for (const results::ResultFileContent& content : contents) {
         const std::string& own = content.head.material;
-        const std::string name = FileName(own.empty() ? project.MaterialFile() : own);
+        const std::string name = project::FileName(own.empty() ? project.MaterialFile() : own);
         if (std::find(names.begin(), names.end(), name) == names.end()) {
             all += (names.empty() ? "" : ", ") + name;
             names.push_back(name);
@@ -47,12 +43,8 @@ double Diagonal(const std::vector<std::array<float, 3>>& points) {
 }
 
 double Distance(const std::array<float, 3>& p, const std::array<float, 3>& q) {
-    double square = 0.0;
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        const double along = double{p[axis]} - double{q[axis]};
-        square += along * along;
-    }
-    return std::sqrt(square);
+    return Length(
+        Vector3{double{p[0]} - double{q[0]}, double{p[1]} - double{q[1]}, double{p[2]} - double{q[2]}});
 }
 
 std::string PlaceText(const std::array<float, 3>& p) {

@@ -59,7 +59,7 @@ struct ReportColumn {
 /// Where the largest difference is; nowhere when all values are equal.
 template <typename Tell>
 std::string PlaceText(const ItemDifference& item, const Tell& tell) {
-    return std::fabs(item.values.largest) > 0.0 ? tell(item.values.place) : "-";
+    return item.values.Differs() ? tell(item.values.place) : "-";
 }
 
 template <std::size_t Axis>
@@ -185,7 +185,7 @@ std::string LargestText(const SeriesDifference& difference) {
     std::vector<ItemDifference> largest;
     for (const TimeDifference& time : difference.times) {
         for (const ItemDifference& item : time.items) {
-            if (std::fabs(item.values.largest) > 0.0) {
+            if (item.values.Differs()) {
                 KeepLargestOfUnit(item, largest);
             }
         }

@@ -1,7 +1,5 @@
 #include "compare/ComparisonTable.h"
 
-#include <cmath>
-
 #include "exports/CsvFile.h"
 #include "text/TextFile.h"
 
@@ -23,7 +21,7 @@ std::string HeadRow(const Both<ComparedSeries>& sides) {
 
 /// Label and place of the largest difference, empty when all values are equal.
 std::string PlaceFields(const ItemDifference& item, const series::Surface& surface) {
-    if (!(std::fabs(item.values.largest) > 0.0)) {
+    if (!item.values.Differs()) {
         return ",,,,";
     }
     std::string fields = "," + std::to_string(surface.labels[item.values.place]);

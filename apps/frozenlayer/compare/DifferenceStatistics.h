@@ -17,6 +17,9 @@ struct DifferenceStatistics {
     double largest = std::numeric_limits<double>::quiet_NaN();  ///< of greatest magnitude, with its sign
     double meanMagnitude = std::numeric_limits<double>::quiet_NaN();
     double rms = std::numeric_limits<double>::quiet_NaN();  ///< root of the mean square
+
+    /// Whether there is a difference between finite values.
+    bool Differs() const { return largest < 0.0 || largest > 0.0; }
 };
 
 /// Compares the values at some entries, summed in their order. Not numbers when there is nothing to compare.

@@ -1,7 +1,6 @@
 #include "exports/ResultExport.h"
 
 #include <array>
-#include <filesystem>
 #include <iostream>
 
 #include "exports/CsvFile.h"
@@ -68,10 +67,6 @@ const Format& FormatOf(const std::string& name) {
     throw project::InputProblem("\"" + name + "\" is no format of exported files");
 }
 
-std::string FileName(const std::string& path) {
-    return std::filesystem::path(project::NativePath(path)).filename().string();
-}
-
 /// Paths of the files by time, then of the static one and of the list.
 std::vector<std::string> PathsOf(const ExportRequest& request, std::size_t times) {
     const Format& format = FormatOf(request.format);
@@ -110,7 +105,7 @@ std::vector<std::string> WriteAll(const Format& format, const std::vector<std::s
         }
         written.push_back(project::NativePath(paths[t]));
         if (t < times) {
-            entries.push_back({loaded.series.times[t].axis, FileName(paths[t])});
+            entries.push_back({loaded.series.times[t].axis, project::FileName(paths[t])});
         }
     }
     const std::string timeLabel = series::Label(loaded.series.AxisName(), loaded.series.AxisUnit());

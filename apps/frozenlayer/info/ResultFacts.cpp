@@ -23,8 +23,8 @@ bool IsOurs(const results::ResultFileContent& content) {
 }
 
 std::string ModeName(int flag) {
-    const bool known = flag >= 0 && flag < static_cast<int>(kModeRules.size());
-    return known ? RulesOf(static_cast<Mode>(flag)).name : "unknown (" + std::to_string(flag) + ")";
+    const std::optional<Mode> mode = ModeOfFlag(flag);
+    return mode ? RulesOf(*mode).name : "unknown (" + std::to_string(flag) + ")";
 }
 
 void AddHead(const results::ResultFileContent& content, FileFacts& facts) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <utility>
 
@@ -85,10 +84,6 @@ Json RegionsJson(const series::LoadedSeries& loaded) {
     return list;
 }
 
-std::string FileName(const std::string& path) {
-    return std::filesystem::path(project::NativePath(path)).filename().string();
-}
-
 std::string TimesText(const series::SeriesFiles& series) {
     const std::string count = text::CountText(static_cast<long long>(series.times.size()), "output time");
     return series.realTimes ? count + ", " + text::NumberText(series.times.front().axis) + " to " +
@@ -100,8 +95,8 @@ Json FactsJson(const series::LoadedSeries& loaded) {
     const std::optional<double> freeze = loaded.project.FreezeTemperature();
     const project::StageFile& base = loaded.series.base;
     const std::pair<const char*, std::string> facts[] = {
-        {"Mesh", FileName(loaded.project.MeshFile())},
-        {"Material", FileName(loaded.project.MaterialFile())},
+        {"Mesh", project::FileName(loaded.project.MeshFile())},
+        {"Material", project::FileName(loaded.project.MaterialFile())},
         {"Freeze temperature", freeze ? text::NumberText(*freeze) + " °C" : "none"},
         {"Stage", std::string(project::StageTitle(base.extension)) + ", run " + base.run},
         {"Mode", RulesOf(loaded.series.view.mode).name},

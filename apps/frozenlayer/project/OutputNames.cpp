@@ -19,7 +19,23 @@ std::string WithoutEnding(const std::string& out, const std::vector<std::string_
     return out;
 }
 
+/// Empty when files can be made in the folder; "" is the present one.
+std::string ProblemOfFolder(const std::string& folder) {
+    return folder.empty() || FolderExists(folder)
+               ? ""
+               : folder + " is no folder: make it first, or name another place";
+}
+
 }  // namespace
+
+std::string ProblemOfFileName(const std::string& name, const std::vector<std::string_view>& endings,
+                              const char* what) {
+    const std::filesystem::path path(name);
+    if (std::find(endings.begin(), endings.end(), path.extension().string()) == endings.end()) {
+        return "\"" + name + "\" is no name of a " + what + ": end it in " + std::string(endings.front());
+    }
+    return ProblemOfFolder(path.parent_path().string());
+}
 
 std::string NameOfOutput(const std::string& out, const std::vector<std::string_view>& endings) {
     std::string name = WithoutEnding(out, endings);
@@ -27,10 +43,9 @@ std::string NameOfOutput(const std::string& out, const std::vector<std::string_v
     if (path.filename().empty()) {
         throw InputProblem("\"" + out + "\" names no file: give a name, such as part");
     }
-    std::error_code failed;
-    if (path.has_parent_path() && !std::filesystem::is_directory(path.parent_path(), failed)) {
-        throw InputProblem(path.parent_path().string() +
-                           " is no folder: make it first, or name another place");
+    const std::string problem = ProblemOfFolder(path.parent_path().string());
+    if (!problem.empty()) {
+        throw InputProblem(problem);
     }
     return name;
 }

@@ -6,6 +6,11 @@
 
 namespace qnl::project {
 
+/// What is wrong with the name of one file to be written, a `what`; empty for a name that ends in one of the
+/// endings, of which the first is recommended, and whose folder is there.
+std::string ProblemOfFileName(const std::string& name, const std::vector<std::string_view>& endings,
+                              const char* what);
+
 /// The path that the names of several written files begin with: `out` without the first of the endings that
 /// it has. Raises InputProblem when its folder is not there or nothing is left as a name.
 std::string NameOfOutput(const std::string& out, const std::vector<std::string_view>& endings);

@@ -144,6 +144,10 @@ StageFile StageFile::AtIndex(int otherIndex) const {
     return other;
 }
 
+std::string FileName(std::string_view path) {
+    return fs::path(NativePath(path)).filename().string();
+}
+
 std::string WindowsStyle(std::string_view path) {
     std::string text(path);
     std::replace(text.begin(), text.end(), '/', '\\');

@@ -33,6 +33,9 @@ struct StageFile {
     StageFile AtIndex(int otherIndex) const;
 };
 
+/// The last part of a path of either style.
+std::string FileName(std::string_view path);
+
 /// The path as Windows-style text: "/" becomes "\".
 std::string WindowsStyle(std::string_view path);
 

@@ -16,8 +16,8 @@ namespace {
 
 using Align = text::TextTable::Align;
 
-void AddRow(text::TextTable& table, std::string name, std::string unit, const std::vector<float>& numbers) {
-    const series::ItemStatistics values = series::Summarise(numbers);
+void AddRow(text::TextTable& table, std::string name, std::string unit,
+            const series::ItemStatistics& values) {
     table.AddRow({std::move(name), std::move(unit), text::NumberText(values.min),
                   text::NumberText(values.mean), text::NumberText(values.max),
                   std::to_string(values.finite)});
@@ -34,12 +34,14 @@ text::TextTable ItemTable(const EvaluatedTime& time) {
     for (const results::ResultItem& item : time.content->items) {
         const series::PeopleName* people = series::FindPeopleName(item.id, isWarp);
         AddRow(table, people != nullptr ? std::string(people->name) : item.name,
-               people != nullptr ? std::string(people->unit) : series::PeopleUnit(item.unit), item.values);
+               people != nullptr ? std::string(people->unit) : series::PeopleUnit(item.unit),
+               series::Summarise(item.values));
     }
     for (std::size_t k = 0; k < time.layers.size(); ++k) {
-        if (!isWarp && series::Summarise(time.layers[k]).finite > 0) {
+        const series::ItemStatistics values = series::Summarise(time.layers[k]);
+        if (!isWarp && values.finite > 0) {
             AddRow(table, std::string(series::kWallNames[k].name), std::string(series::kWallNames[k].unit),
-                   time.layers[k]);
+                   values);
         }
     }
     return table;

@@ -43,6 +43,15 @@ std::string FirstLine(const std::string& text) {
     return text.substr(0, text.find('\n'));
 }
 
+/// The temperature alone of what a run forms its quantities from.
+profile::ProfileInput TemperatureOf(const FrozenLayerJob& job) {
+    const profile::ProfileInput fields = profile::FieldsOf(job);
+    profile::ProfileInput temperature{};
+    temperature.mesh = fields.mesh;
+    temperature.fields.front() = fields.fields.front();
+    return temperature;
+}
+
 [[noreturn]] void Refuse(const std::string& message, const std::string& path, const char* what) {
     throw project::InputProblem(message.empty() ? project::NativePath(path) + ": " + what + " cannot be read"
                                                 : message);
@@ -108,6 +117,7 @@ void OpenedProject::LoadTemperatures(const std::string& stageFile) {
     }
     if (SeesInsideCells()) {
         profile::RecoverFields(*job_);
+        temperatureField_ = TemperatureOf(*job_);
     }
 }
 

@@ -7,6 +7,7 @@
 #include "context/FrozenLayerJob.h"
 #include "kernel/MeshKernelState.h"
 #include "profile/JobViews.h"
+#include "profile/resolved/ResolvedProfile.h"
 #include "series/SeriesFiles.h"
 
 namespace qnl::series {
@@ -40,6 +41,8 @@ public:
     void LoadTemperatures(const std::string& stageFile);
     /// Temperatures of the last output time read, degC.
     profile::PassElementField Temperatures() const;
+    /// The temperature inside the cells at that time, of results of the resolved mode.
+    const profile::ProfileInput& TemperatureField() const { return temperatureField_; }
     profile::PassElementMesh Elements() const { return profile::MeshOf(*job_); }
 
 private:
@@ -49,6 +52,7 @@ private:
     std::string meshFile_;
     std::string materialFile_;
     std::unique_ptr<FrozenLayerJob> job_;
+    profile::ProfileInput temperatureField_;
 };
 
 }  // namespace qnl::series

@@ -114,9 +114,8 @@ void OrderTimes(SeriesFiles& series) {
 /// Of the modes that smooth normals, runs that do write the packing index, and no others.
 RunView ViewOf(const results::ResultFileContent& content) {
     constexpr int kPackingIndex = 11;
-    const bool known = content.head.flag >= 0 && content.head.flag < static_cast<int>(kModeRules.size());
     RunView view;
-    view.mode = known ? static_cast<Mode>(content.head.flag) : Mode::Classic;
+    view.mode = ModeOfFlag(content.head.flag).value_or(Mode::Classic);
     view.smoothedNormals =
         RulesOf(view.mode).smoothsNormals &&
         std::any_of(content.items.begin(), content.items.end(),

@@ -72,18 +72,6 @@ void ReadInsideCells(const OpenedProject& project, const Surface& surface, const
     failure.RaiseAgain();
 }
 
-/// The temperature alone of what a run forms its quantities from.
-profile::ProfileInput TemperatureOf(const FrozenLayerJob& job) {
-    profile::ProfileInput input = profile::FieldsOf(job);
-    for (std::size_t k = 0; k < input.fields.size(); ++k) {
-        if (k != static_cast<std::size_t>(profile::ProfileField::Temperature)) {
-            input.fields[k] = {};
-        }
-    }
-    input.velocity = {};
-    return input;
-}
-
 }  // namespace
 
 bool HasProfile(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays,
@@ -122,7 +110,7 @@ WallValues LayersOfRun(const FrozenLayerJob& job) {
 
 RayFollower::RayFollower(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays)
     : project_(project), surface_(surface), rays_(rays) {
-    scratch_.resolved.TakeInput(TemperatureOf(project.Job()));
+    scratch_.resolved.TakeInput(project.TemperatureField());
 }
 
 const profile::ResolvedProfile& RayFollower::Follow(std::size_t i) {
