@@ -71,6 +71,17 @@ Span ClipAnyTetra(Tetra tetra, const Point& origin, const Point& direction, doub
     return ClipTetra(tetra, origin, direction, margin);
 }
 
+TetraPlanes PlanesOf(const Tetra& tetra, const Point& origin, const Point& direction) {
+    TetraPlanes planes{};
+    for (std::size_t f = 0; f < 4; ++f) {
+        const Point& a = tetra[kTetraFaces[f][0]];
+        const Point normal = Cross(Minus(tetra[kTetraFaces[f][1]], a), Minus(tetra[kTetraFaces[f][2]], a));
+        planes.speed[f] = Dot(normal, direction);
+        planes.room[f] = Dot(normal, Minus(a, origin));
+    }
+    return planes;
+}
+
 bool MayMeet(const Seen& a, const Seen& b, const Seen& c, double margin) {
     const std::array<const Seen*, 4> corner{&a, &b, &c, &a};
     bool left = true;

@@ -54,6 +54,18 @@ Span ClipTetra(const Tetra& tetra, const Point& origin, const Point& direction, 
 /// The same for a tetra of any orientation.
 Span ClipAnyTetra(Tetra tetra, const Point& origin, const Point& direction, double margin);
 
+/// How the ray stands to the four planes of a tetra of positive volume, in the order of kTetraFaces; both by
+/// twice the area of the face.
+struct TetraPlanes {
+    std::array<double, 4> speed;  ///< outward part of the direction
+    std::array<double, 4> room;   ///< distance of the origin inside the plane
+
+    /// Inside the plane at this parameter, six times the volume of the part between the point and the face.
+    double RoomAt(std::size_t face, double parameter) const { return room[face] - parameter * speed[face]; }
+};
+
+TetraPlanes PlanesOf(const Tetra& tetra, const Point& origin, const Point& direction);
+
 /// False only when no point of the triangle, as seen along the ray, is nearer to it than `margin`.
 bool MayMeet(const Seen& a, const Seen& b, const Seen& c, double margin);
 

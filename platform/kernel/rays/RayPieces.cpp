@@ -17,20 +17,36 @@ constexpr int kMiddle = 0;  // vertex number of the corner average
 
 // Moving the planes of a tetra carries its ends outside; far outside when it is very flat. The coordinates
 // are held near the tetra then, so that no value is taken from beyond its vertices.
-std::array<double, 4> Barycentric(const Tetra& tetra, double sixVolumes, const Point& place) {
+std::array<double, 4> Barycentric(const TetraPlanes& planes, double sixVolumes, double depth) {
     constexpr double kOutside = 1e-3;
     std::array<double, 4> lambda{};
     double sum = 0.0;
     for (std::size_t v = 0; v < 4; ++v) {
-        Tetra part = tetra;
-        part[v] = place;
-        lambda[v] = std::clamp(SixVolumes(part) / sixVolumes, -kOutside, 1.0 + kOutside);
+        lambda[v] =
+            std::clamp(planes.RoomAt(kFaceOpposite[v], depth) / sixVolumes, -kOutside, 1.0 + kOutside);
         sum += lambda[v];
     }
     for (double& coordinate : lambda) {
         coordinate /= sum;
     }
     return lambda;
+}
+
+// Depths along the ray that a box keeps within.
+struct DepthRange {
+    double nearest;
+    double farthest;
+};
+
+DepthRange DepthsOf(const CellRecord& cell, const Ray& ray) {
+    DepthRange range{0.0, 0.0};
+    for (std::size_t a = 0; a < 3; ++a) {
+        const double low = ray.direction[a] * (cell.boxMin[a] - ray.origin[a]);
+        const double high = ray.direction[a] * (cell.boxMax[a] - ray.origin[a]);
+        range.nearest += std::min(low, high);
+        range.farthest += std::max(low, high);
+    }
+    return range;
 }
 
 // How far any point of a tetra can get when its planes are moved outward by `margin`: that stretches it about
@@ -112,24 +128,16 @@ void PieceFinder::PrepareSlots(int n) {
     }
 }
 
-// Ascending by the nearest corner.
+// Ascending by the nearest depth of the cells' boxes.
 void PieceFinder::OrderCells(std::vector<CellDepth>& cells, const Ray& ray, const int* passElements,
                              int count) const {
     cells.clear();
     for (int i = 0; i < count; ++i) {
-        if (passElements[i] <= boundaryFaces_) {
-            continue;
+        if (passElements[i] > boundaryFaces_) {
+            const int cell = passElements[i] - boundaryFaces_;
+            const DepthRange range = DepthsOf(mesh_.cells[cell], ray);
+            cells.push_back({range.nearest, range.farthest, cell});
         }
-        const int cell = passElements[i] - boundaryFaces_;
-        const int* corners = mesh_.Corners(cell);
-        CellDepth depth{std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
-                        cell};
-        for (int c = 0; c < mesh_.CornerCount(cell); ++c) {
-            const double d = Dot(Minus(mesh_.Place(corners[c]), ray.origin), ray.direction);
-            depth.nearest = std::min(depth.nearest, d);
-            depth.farthest = std::max(depth.farthest, d);
-        }
-        cells.push_back(depth);
     }
     std::sort(cells.begin(), cells.end(), [](const CellDepth& a, const CellDepth& b) {
         return std::tie(a.nearest, a.farthest, a.cell) < std::tie(b.nearest, b.farthest, b.cell);
@@ -229,15 +237,14 @@ RayPiece PieceFinder::PieceOf(const Interval& interval, const Ray& ray) const {
                                        [&](int c) { return mesh_.Place(corners[c]); })
                        : mesh_.Place(interval.vertex[v]);
     }
+    const TetraPlanes planes = PlanesOf(tetra, ray.origin, ray.direction);
     const double sixVolumes = SixVolumes(tetra);
-    const auto at = [&](double depth) {
-        Point place = ray.origin;
-        for (std::size_t a = 0; a < 3; ++a) {
-            place[a] += depth * ray.direction[a];
-        }
-        return Barycentric(tetra, sixVolumes, place);
-    };
-    return {interval.from, interval.to, at(interval.from), at(interval.to), interval.vertex, interval.cell};
+    return {interval.from,
+            interval.to,
+            Barycentric(planes, sixVolumes, interval.from),
+            Barycentric(planes, sixVolumes, interval.to),
+            interval.vertex,
+            interval.cell};
 }
 
 // A cell with a bent face on the boundary may be left and entered again; the ray is then no longer inside. Up

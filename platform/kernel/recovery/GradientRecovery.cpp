@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <utility>
 
 #include "base/ThreadFailure.h"
 #include "base/Vector3.h"
@@ -28,7 +29,9 @@ struct Fields {
 // The rings around one node, in the order in which they are met.
 class Patch {
 public:
-    explicit Patch(int nodes) : seenBy_(static_cast<std::size_t>(nodes) + 1, 0) {}
+    explicit Patch(const RecordMesh& mesh)
+        : seenBy_(static_cast<std::size_t>(mesh.nodeCount) + 1, 0),
+          openedBy_(static_cast<std::size_t>(mesh.cellCount) + 1, 0) {}
 
     void Begin(int centre) {
         ++round_;
@@ -40,13 +43,13 @@ public:
     void AddRing(const NeighbourRows& rows) {
         const std::size_t end = nodes_.size();
         for (; ring_ < end; ++ring_) {
-            rows.ForNeighbours(nodes_[ring_], [&](int other) {
-                unsigned& seen = seenBy_[static_cast<std::size_t>(other)];
-                if (seen != round_) {
-                    seen = round_;
-                    nodes_.push_back(other);
-                }
-            });
+            rows.ForNeighbours(
+                nodes_[ring_], [&](int cell) { return IsFirst(openedBy_, cell); },
+                [&](int other) {
+                    if (IsFirst(seenBy_, other)) {
+                        nodes_.push_back(other);
+                    }
+                });
         }
     }
 
@@ -54,7 +57,12 @@ public:
     const std::vector<int>& Nodes() const { return nodes_; }  // the centre first
 
 private:
-    std::vector<unsigned> seenBy_;
+    bool IsFirst(std::vector<unsigned>& metBy, int number) {
+        return std::exchange(metBy[static_cast<std::size_t>(number)], round_) != round_;
+    }
+
+    std::vector<unsigned> seenBy_;    // round by node
+    std::vector<unsigned> openedBy_;  // round by cell
     unsigned round_ = 0;
     std::vector<int> nodes_;
     std::size_t ring_ = 0;
@@ -64,7 +72,7 @@ private:
 class NodeRecovery {
 public:
     NodeRecovery(const RecordMesh& mesh, const NeighbourRows& rows)
-        : mesh_(mesh), rows_(rows), patch_(mesh.nodeCount) {}
+        : mesh_(mesh), rows_(rows), patch_(mesh) {}
 
     // `gradients`: three by field.
     void Recover(int node, const Fields& fields, double* gradients) {

@@ -10,7 +10,7 @@ namespace qnl::kernel {
 ///
 /// The patch is made of the nodes that share a cell with the node and of those around these; a third ring is
 /// taken where that leaves the fit ill-determined, and what is open after it is taken as 0. Kept are the
-/// neighbour rows; while gradients are recovered there are 4 bytes more a node and thread.
+/// neighbour rows; while gradients are recovered there are 4 bytes more a node, a cell and thread.
 class GradientRecovery {
 public:
     /// The mesh is borrowed.

@@ -20,6 +20,14 @@ public:
     /// their corners, whatever is kept and whatever the number of threads.
     template <class Visit>
     void ForNeighbours(int node, Visit visit) const {
+        ForNeighbours(
+            node, [](int) { return true; }, visit);
+    }
+
+    /// The same but for the nodes of cells, 1-based, that `opens` refuses: those whose nodes are known. Rows
+    /// of nodes ask for none.
+    template <class Opens, class Visit>
+    void ForNeighbours(int node, Opens opens, Visit visit) const {
         const auto n = static_cast<std::size_t>(node);
         for (auto i = start_[n]; i < start_[n + 1]; ++i) {
             const int entry = entries_[static_cast<std::size_t>(i)];
@@ -27,7 +35,8 @@ public:
                 visit(entry);
                 continue;
             }
-            for (int c = 0; c < mesh_.CornerCount(entry); ++c) {
+            const int corners = opens(entry) ? mesh_.CornerCount(entry) : 0;
+            for (int c = 0; c < corners; ++c) {
                 visit(mesh_.Corners(entry)[c]);
             }
         }

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <utility>
 
 #include "base/Vector3.h"
+#include "kernel/recovery/PatchMoments.h"
 
 namespace qnl::kernel {
 namespace {
@@ -22,6 +22,26 @@ constexpr double kOpenCurvature = 1e-3;
 constexpr double kRidge = 1e-4;
 constexpr std::array<double, 10> kCubicForm{1.0,       1.0,       1.0,       1.0 / 3.0, 1.0 / 3.0,
                                             1.0 / 3.0, 1.0 / 3.0, 1.0 / 3.0, 1.0 / 3.0, 1.0 / 6.0};
+// Powers of x, y and z in the terms.
+constexpr std::array<Powers, 19> kTermPowers{{{1, 0, 0},
+                                              {0, 1, 0},
+                                              {0, 0, 1},
+                                              {2, 0, 0},
+                                              {0, 2, 0},
+                                              {0, 0, 2},
+                                              {1, 1, 0},
+                                              {1, 0, 1},
+                                              {0, 1, 1},
+                                              {3, 0, 0},
+                                              {0, 3, 0},
+                                              {0, 0, 3},
+                                              {2, 1, 0},
+                                              {2, 0, 1},
+                                              {1, 2, 0},
+                                              {0, 2, 1},
+                                              {1, 0, 2},
+                                              {0, 1, 2},
+                                              {1, 1, 1}}};
 // Second moments, as part of their sum, below which a patch is flat to rounding.
 constexpr double kFlat = 1e-8;
 
@@ -46,24 +66,6 @@ Square<N> PseudoInverse(const Square<N>& matrix, double open, int& cut) {
         }
     }
     return inverse;
-}
-
-// Adds weight * f f^T from the diagonal down, column by column. Lengths that are known when it is compiled
-// let the columns be added several entries at a time.
-template <int Column, std::size_t Entries>
-void AddColumn(double weight, const std::array<double, Entries>& f, double* matrix) {
-    const double weighted = weight * f[Column];
-    for (std::size_t i = Column; i < Entries; ++i) {
-        matrix[Entries * Column + i] += weighted * f[i];
-    }
-}
-
-template <std::size_t Entries, int... Columns>
-void AddColumns(double weight, const double* terms, std::array<double, Entries * Entries>& matrix,
-                std::integer_sequence<int, Columns...> /*columns*/) {
-    std::array<double, Entries> f;
-    std::copy_n(terms, Entries, f.begin());
-    (AddColumn<Columns>(weight, f, matrix.data()), ...);
 }
 
 // 1/L for the second moments L L^T of the patch, by its diagonal and what lies below.
@@ -101,25 +103,17 @@ bool InverseRoot(const Square<3>& moments, Square<3>& inverse) {
 bool PatchFit::Factor(const std::vector<Point>& offsets) {
     reduced_ = false;
     Assemble(offsets);
-    const Eigen::LLT<Matrix<kQuadratic, kQuadratic>> quadratic(
-        normal_.topLeftCorner<kQuadratic, kQuadratic>());
-    const auto usable = [](const auto& factor) {
-        return factor.info() == Eigen::Success &&
-               factor.matrixLLT().diagonal().minCoeff() > std::sqrt(kLeastPivot);
-    };
-    if (!usable(quadratic)) {
+    factor_.compute(normal_);
+    if (factor_.info() != Eigen::Success ||
+        !(factor_.matrixLLT().diagonal().minCoeff() > std::sqrt(kLeastPivot))) {
         return false;
     }
-    // The trailing block of the factor is that of the curvatures once the slopes are eliminated.
+    // In the factor the block of the curvatures is that which is left of them once the slopes are eliminated.
     const Matrix<kCurvatures, kCurvatures> curvatures =
-        quadratic.matrixLLT().bottomRightCorner<kCurvatures, kCurvatures>();
+        factor_.matrixLLT().block<kCurvatures, kCurvatures>(kLinear, kLinear);
     const Matrix<kCurvatures, kCurvatures> inverse =
         curvatures.triangularView<Eigen::Lower>().solve(Matrix<kCurvatures, kCurvatures>::Identity());
-    if (!(inverse.squaredNorm() <= kMostTrace)) {
-        return false;
-    }
-    factor_.compute(normal_);
-    return usable(factor_);
+    return inverse.squaredNorm() <= kMostTrace;
 }
 
 // Frame in which the patch has unit second moments; plain scaling when the patch is flat to rounding.
@@ -145,22 +139,26 @@ void PatchFit::Assemble(const std::vector<Point>& offsets) {
     TakeFrame(offsets, 1.0 / std::sqrt(farthest));
     terms_.resize(offsets.size());
     weights_.resize(offsets.size());
-    std::array<double, std::size_t{kTerms} * kTerms> normal{};
+    PatchMoments moments;
     double sixthMoment = 0.0;
     for (std::size_t k = 0; k < offsets.size(); ++k) {
         const Point& o = offsets[k];
         const double x = frame_(0, 0) * o[0];
         const double y = frame_(1, 0) * o[0] + frame_(1, 1) * o[1];
         const double z = (frame_(2, 0) * o[0] + frame_(2, 1) * o[1]) + frame_(2, 2) * o[2];
-        Terms& f = terms_[k];
-        f << x, y, z, x * x, y * y, z * z, x * y, x * z, y * z, x * x * x, y * y * y, z * z * z, x * x * y,
-            x * x * z, y * y * x, y * y * z, z * z * x, z * z * y, x * y * z;
+        terms_[k] << x, y, z, x * x, y * y, z * z, x * y, x * z, y * z, x * x * x, y * y * y, z * z * z,
+            x * x * y, x * x * z, y * y * x, y * y * z, z * z * x, z * z * y, x * y * z;
         const double square = (x * x + y * y) + z * z;
         weights_[k] = 1.0 / (square * square);
         sixthMoment += square;
-        AddColumns<kTerms>(weights_[k], f.data(), normal, std::make_integer_sequence<int, kTerms>());
+        moments.Add({x, y, z}, weights_[k]);
     }
-    normal_ = Eigen::Map<const Matrix<kTerms, kTerms>>(normal.data());
+    moments.Finish();
+    for (std::size_t j = 0; j < kTerms; ++j) {
+        for (std::size_t i = j; i < kTerms; ++i) {
+            normal_(static_cast<int>(i), static_cast<int>(j)) = moments.Of(kTermPowers[i], kTermPowers[j]);
+        }
+    }
     for (int i = kQuadratic; i < kTerms; ++i) {
         normal_(i, i) += kRidge * sixthMoment / 7.0 * kCubicForm[static_cast<std::size_t>(i - kQuadratic)];
     }

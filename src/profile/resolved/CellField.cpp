@@ -9,15 +9,8 @@ namespace {
 constexpr std::size_t kTetraCorners = 4;
 constexpr std::array<std::array<std::size_t, 2>, 6> kPairs{{{0, 1}, {0, 2}, {0, 3}, {1, 2}, {1, 3}, {2, 3}}};
 
-double CurvatureBetween(const FieldMesh& mesh, const NodalField& field, int a, int b) {
-    const NodeRecord& first = mesh.nodes[a];
-    const NodeRecord& second = mesh.nodes[b];
-    const std::array<double, 3> edge{second.x - first.x, second.y - first.y, second.z - first.z};
-    const auto slope = [&](int node) {
-        const double* g = field.gradients + field.stride * node;
-        return (g[0] * edge[0] + g[1] * edge[1]) + g[2] * edge[2];
-    };
-    return LimitedCurvature({field.values[a], field.values[b], slope(a), slope(b)}, field.known);
+double Slope(const double* gradient, const std::array<double, 3>& edge) {
+    return (gradient[0] * edge[0] + gradient[1] * edge[1]) + gradient[2] * edge[2];
 }
 
 }  // namespace
@@ -34,6 +27,19 @@ double TetraField::At(const std::array<double, 4>& lambda) const {
     return sum - 0.5 * bend;
 }
 
+// The curvatures along the way are those of the products of the coordinates' changes.
+LineField TetraField::Between(const std::array<double, 4>& first, const std::array<double, 4>& last) const {
+    std::array<double, 4> change{};
+    for (std::size_t v = 0; v < change.size(); ++v) {
+        change[v] = last[v] - first[v];
+    }
+    double bend = 0.0;
+    for (std::size_t p = 0; p < kPairs.size(); ++p) {
+        bend += change[kPairs[p][0]] * change[kPairs[p][1]] * curvature[p];
+    }
+    return {At(first), At(last), -0.5 * bend};
+}
+
 void CellField::Take(const FieldMesh& mesh, const NodalField& field, int cell) {
     if (cell == cell_) {
         return;
@@ -44,20 +50,29 @@ void CellField::Take(const FieldMesh& mesh, const NodalField& field, int cell) {
     for (std::size_t i = 0; i < corners_; ++i) {
         value_[i] = field.values[nodes_[i]];
     }
-    TakePairs(mesh, field);
+    TakePairs(mesh.nodes, field);
     if (corners_ > kTetraCorners) {
         TakeAverage();
     }
 }
 
-void CellField::TakePairs(const FieldMesh& mesh, const NodalField& field) {
-    for (std::size_t i = 0; i < corners_; ++i) {
-        curvature_[i][i] = 0.0;
-        for (std::size_t j = i + 1; j < corners_; ++j) {
-            const double c =
-                field.gradients == nullptr ? 0.0 : CurvatureBetween(mesh, field, nodes_[i], nodes_[j]);
-            curvature_[i][j] = c;
-            curvature_[j][i] = c;
+void CellField::TakePairs(const NodeRecord* nodes, const NodalField& field) {
+    if (field.gradients == nullptr) {
+        curvature_ = {};
+        return;
+    }
+    std::size_t pair = 0;
+    for (std::size_t j = 1; j < corners_; ++j) {
+        const NodeRecord& second = nodes[nodes_[j]];
+        const double* secondGradient = field.gradients + field.stride * nodes_[j];
+        for (std::size_t i = 0; i < j; ++i) {
+            const NodeRecord& first = nodes[nodes_[i]];
+            const std::array<double, 3> edge{second.x - first.x, second.y - first.y, second.z - first.z};
+            curvature_[pair] = LimitedCurvature(
+                {value_[i], value_[j], Slope(field.gradients + field.stride * nodes_[i], edge),
+                 Slope(secondGradient, edge)},
+                field.known);
+            ++pair;
         }
     }
 }
@@ -69,16 +84,14 @@ void CellField::TakeAverage() {
     double sum = 0.0;
     for (std::size_t i = 0; i < corners_; ++i) {
         for (std::size_t j = 0; j < corners_; ++j) {
-            row[i] += curvature_[i][j];
+            row[i] += i == j ? 0.0 : curvature_[PairOf(i, j)];
         }
         both += row[i];
         sum += value_[i];
     }
     value_[corners_] = sum / n - both / (4.0 * n * n);
     for (std::size_t i = 0; i < corners_; ++i) {
-        const double c = row[i] / n - both / (2.0 * n * n);
-        curvature_[i][corners_] = c;
-        curvature_[corners_][i] = c;
+        curvature_[PairOf(i, corners_)] = row[i] / n - both / (2.0 * n * n);
     }
 }
 
@@ -99,7 +112,7 @@ TetraField CellField::In(const RayPiece& piece) const {
         tetra.value[v] = value_[place[v]];
     }
     for (std::size_t p = 0; p < kPairs.size(); ++p) {
-        tetra.curvature[p] = curvature_[place[kPairs[p][0]]][place[kPairs[p][1]]];
+        tetra.curvature[p] = curvature_[PairOf(place[kPairs[p][0]], place[kPairs[p][1]])];
     }
     return tetra;
 }

@@ -18,6 +18,15 @@ struct NodalField {
     FieldRange known{};  ///< the quadratic keeps within it
 };
 
+/// A field along a straight stretch, by the part 0 to 1 of the way.
+struct LineField {
+    double first;
+    double last;
+    double bend;  ///< factor of part^2
+
+    double At(double part) const { return first + part * (last - first) - part * (1.0 - part) * bend; }
+};
+
 /// A field inside one tetra: sum of l_i v_i - sum over pairs of l_i l_j c_ij / 2, l the barycentric
 /// coordinates.
 struct TetraField {
@@ -25,6 +34,7 @@ struct TetraField {
     std::array<double, 6> curvature;  ///< of the pairs 01, 02, 03, 12, 13, 23
 
     double At(const std::array<double, 4>& lambda) const;
+    LineField Between(const std::array<double, 4>& first, const std::array<double, 4>& last) const;
 };
 
 /// A field inside one cell, quadratic between its corners: for each pair of corners the limited curvature of
@@ -49,7 +59,11 @@ public:
 private:
     static constexpr std::size_t kMost = 9;  // corners of a hexa and their average
 
-    void TakePairs(const FieldMesh& mesh, const NodalField& field);
+    /// Of a pair of places in either order.
+    static std::size_t PairOf(std::size_t i, std::size_t j) {
+        return i < j ? j * (j - 1) / 2 + i : i * (i - 1) / 2 + j;
+    }
+    void TakePairs(const NodeRecord* nodes, const NodalField& field);
     void TakeAverage();
     std::size_t PlaceOf(int vertex) const;
 
@@ -57,7 +71,7 @@ private:
     std::size_t corners_ = 0;
     const int* nodes_ = nullptr;  // of the corners, 0-based array
     std::array<double, kMost> value_{};
-    std::array<std::array<double, kMost>, kMost> curvature_{};
+    std::array<double, kMost*(kMost - 1) / 2> curvature_{};  // by pair
 };
 
 }  // namespace qnl::profile

@@ -15,7 +15,7 @@ double CurvatureWithin(double room, double rise) {
 
 }  // namespace
 
-double LimitedCurvature(const EdgeData& edge, const FieldRange& known) {
+double CurvatureWithExtremum(const EdgeData& edge, const FieldRange& known) {
     constexpr double kSmooth = 0.05;
     constexpr double kRough = 0.15;
     const double curvature = edge.secondSlope - edge.firstSlope;
@@ -25,13 +25,14 @@ double LimitedCurvature(const EdgeData& edge, const FieldRange& known) {
     if (!(size > 0.0)) {
         return 0.0;
     }
-    if (size <= monotone) {
-        return curvature;
-    }
-    const double departure = std::fabs(rise - 0.5 * (edge.firstSlope + edge.secondSlope)) / size;
-    const double kept = std::clamp((kRough - departure) / (kRough - kSmooth), 0.0, 1.0) * size;
+    const double departure = std::fabs(rise - 0.5 * (edge.firstSlope + edge.secondSlope));
     const double room = curvature > 0.0 ? std::min(edge.first, edge.second) - known.lowest
                                         : known.highest - std::max(edge.first, edge.second);
+    // A curvature of this size stays within the room whatever the rise.
+    if (departure <= kSmooth * size && size <= monotone + 8.0 * room) {
+        return curvature;
+    }
+    const double kept = std::clamp((kRough - departure / size) / (kRough - kSmooth), 0.0, 1.0) * size;
     const double most = std::min(kept, CurvatureWithin(room, rise));
     return std::copysign(std::max(monotone, most), curvature);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cmath>
+
 #include "profile/resolved/FieldRange.h"
 
 namespace qnl::profile {
@@ -29,6 +31,15 @@ struct EdgeData {
 /// The parabola keeps within `known`, unless an end of the edge is outside it already. Every quadratic field
 /// within that range is left as it is. The edge turned round gives the same bits. 0 when a slope is not a
 /// number.
-double LimitedCurvature(const EdgeData& edge, const FieldRange& known);
+inline double LimitedCurvature(const EdgeData& edge, const FieldRange& known);
+
+/// The same for a parabola that is not monotone on the edge.
+double CurvatureWithExtremum(const EdgeData& edge, const FieldRange& known);
+
+inline double LimitedCurvature(const EdgeData& edge, const FieldRange& known) {
+    const double curvature = edge.secondSlope - edge.firstSlope;
+    const bool monotone = std::fabs(curvature) <= 2.0 * std::fabs(edge.second - edge.first);
+    return monotone ? curvature : CurvatureWithExtremum(edge, known);
+}
 
 }  // namespace qnl::profile

@@ -2,12 +2,19 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace qnl::profile {
 
 namespace {
 
 constexpr std::size_t kVelocity = static_cast<std::size_t>(ProfileField::VelocityU);
+
+// Barycentric coordinates of both ends of a stretch.
+struct Ends {
+    std::array<double, 4> first;
+    std::array<double, 4> last;
+};
 
 std::array<double, 4> LambdaAt(const RayPiece& piece, double depth) {
     const double part = std::clamp((depth - piece.from) / (piece.to - piece.from), 0.0, 1.0);
@@ -18,29 +25,33 @@ std::array<double, 4> LambdaAt(const RayPiece& piece, double depth) {
     return lambda;
 }
 
-// A parabola with this second difference over half its stretch departs from n chords by difference / (2 n^2).
-int StepsFor(double secondDifference) {
+// A parabola a part^2 departs from n chords by a / (4 n^2).
+int StepsFor(double bend) {
     constexpr double kChord = 0.05;  // K
     constexpr int kMost = 16;
-    const double steps = std::ceil(std::sqrt(0.5 * std::fabs(secondDifference) / kChord));
+    const double steps = std::ceil(std::sqrt(0.25 * std::fabs(bend) / kChord));
     return steps > 1.0 ? static_cast<int>(std::min<double>(steps, kMost)) : 1;
 }
 
 // Linear in the tetra, with the mean of the corners at their average.
-TetraField LinearIn(const float* values, const CellRecord& cell, const RayPiece& piece) {
-    TetraField tetra{};
-    for (std::size_t v = 0; v < tetra.value.size(); ++v) {
-        if (piece.vertex[v] != 0) {
-            tetra.value[v] = static_cast<double>(values[piece.vertex[v]]);
-            continue;
+template <typename Number>
+LineField LinearBetween(const Number* values, const CellRecord& cell, const std::array<int, 4>& vertex,
+                        const Ends& ends) {
+    LineField line{0.0, 0.0, 0.0};
+    for (std::size_t v = 0; v < vertex.size(); ++v) {
+        double value = 0.0;
+        if (vertex[v] != 0) {
+            value = static_cast<double>(values[vertex[v]]);
+        } else {
+            for (int c = 1; c <= cell.nNode; ++c) {
+                value += static_cast<double>(values[cell.nodes[c]]);
+            }
+            value /= cell.nNode;
         }
-        double sum = 0.0;
-        for (int c = 1; c <= cell.nNode; ++c) {
-            sum += static_cast<double>(values[cell.nodes[c]]);
-        }
-        tetra.value[v] = sum / cell.nNode;
+        line.first += ends.first[v] * value;
+        line.last += ends.last[v] * value;
     }
-    return tetra;
+    return line;
 }
 
 }  // namespace
@@ -52,6 +63,12 @@ bool ProfileInput::Has(ProfileField field) const {
 
 void ResolvedProfile::TakeInput(const ProfileInput& input) {
     input_ = input;
+    used_.clear();
+    for (std::size_t f = 0; f < kProfileFields; ++f) {
+        if (input_.Has(static_cast<ProfileField>(f))) {
+            used_.push_back(f);
+        }
+    }
     for (CellField& field : cellFields_) {
         field.Forget();
     }
@@ -99,47 +116,44 @@ void ResolvedProfile::Sample(const RayPieces& pieces) {
     }
 }
 
-void ResolvedProfile::AddStretch(const Stretch& stretch, bool first) {
-    const RayPiece& piece = stretch.piece;
-    for (std::size_t f = 0; f < cellFields_.size(); ++f) {
-        if (input_.fields[f].values != nullptr) {
-            cellFields_[f].Take(input_.mesh, input_.fields[f], piece.cell);
-            tetraFields_[f] = cellFields_[f].In(piece);
-        }
+LineField ResolvedProfile::FieldBetween(std::size_t f, const RayPiece& piece,
+                                        const std::array<double, 4>& first,
+                                        const std::array<double, 4>& last) {
+    const CellRecord& cell = input_.mesh.cells[piece.cell];
+    if (f >= kVelocity) {
+        return LinearBetween(input_.velocity[f - kVelocity], cell, piece.vertex, {first, last});
     }
-    for (std::size_t a = 0; a < tetraVelocity_.size(); ++a) {
-        if (input_.velocity[a] != nullptr) {
-            tetraVelocity_[a] = LinearIn(input_.velocity[a], input_.mesh.cells[piece.cell], piece);
-        }
+    const NodalField& field = input_.fields[f];
+    if (field.gradients == nullptr) {
+        return LinearBetween(field.values, cell, piece.vertex, {first, last});
     }
-    if (first) {
-        AddSample(piece, stretch.from);
-    }
-    const auto temperature = [&](double depth) { return tetraFields_[0].At(LambdaAt(piece, depth)); };
-    const double middle = stretch.from + 0.5 * (stretch.to - stretch.from);
-    const int steps =
-        StepsFor(temperature(stretch.from) - 2.0 * temperature(middle) + temperature(stretch.to));
-    for (int step = 1; step < steps; ++step) {
-        AddSample(piece, stretch.from + (stretch.to - stretch.from) * step / steps);
-    }
-    AddSample(piece, stretch.to);
+    cellFields_[f].Take(input_.mesh, field, piece.cell);
+    return cellFields_[f].In(piece).Between(first, last);
 }
 
-void ResolvedProfile::AddSample(const RayPiece& piece, double depth) {
-    if (Count() > 0 && !(depth > depths_.back())) {
-        return;
+void ResolvedProfile::AddStretch(const Stretch& stretch, bool begins) {
+    const RayPiece& piece = stretch.piece;
+    const std::array<double, 4> first =
+        stretch.from > piece.from ? LambdaAt(piece, stretch.from) : piece.atFrom;
+    const LineField temperature = FieldBetween(0, piece, first, piece.atTo);
+    AddDepths(stretch, StepsFor(temperature.bend), begins);
+    for (const std::size_t f : used_) {
+        const LineField line = f == 0 ? temperature : FieldBetween(f, piece, first, piece.atTo);
+        std::transform(parts_.begin(), parts_.end(), std::back_inserter(values_[f]),
+                       [&](double part) { return line.At(part); });
     }
-    const std::array<double, 4> lambda = LambdaAt(piece, depth);
-    depths_.push_back(depth);
-    cells_.push_back(piece.cell);
-    for (std::size_t f = 0; f < tetraFields_.size(); ++f) {
-        if (input_.fields[f].values != nullptr) {
-            values_[f].push_back(tetraFields_[f].At(lambda));
-        }
-    }
-    for (std::size_t a = 0; a < tetraVelocity_.size(); ++a) {
-        if (input_.velocity[a] != nullptr) {
-            values_[kVelocity + a].push_back(tetraVelocity_[a].At(lambda));
+}
+
+// Depths that do not ascend are left out.
+void ResolvedProfile::AddDepths(const Stretch& stretch, int steps, bool begins) {
+    parts_.clear();
+    for (int step = begins ? 0 : 1; step <= steps; ++step) {
+        const double part = static_cast<double>(step) / steps;
+        const double depth = step < steps ? stretch.from + (stretch.to - stretch.from) * part : stretch.to;
+        if (Count() == 0 || depth > depths_.back()) {
+            parts_.push_back(part);
+            depths_.push_back(depth);
+            cells_.push_back(stretch.piece.cell);
         }
     }
 }

@@ -63,14 +63,15 @@ private:
     };
 
     void Clear();
-    void AddStretch(const Stretch& stretch, bool first);
-    void AddSample(const RayPiece& piece, double depth);
-    std::vector<double>& Row(ProfileField field) { return values_[static_cast<std::size_t>(field)]; }
+    void AddStretch(const Stretch& stretch, bool begins);
+    void AddDepths(const Stretch& stretch, int steps, bool begins);
+    LineField FieldBetween(std::size_t f, const RayPiece& piece, const std::array<double, 4>& first,
+                           const std::array<double, 4>& last);
 
     ProfileInput input_{};
     std::array<CellField, 6> cellFields_;
-    std::array<TetraField, 6> tetraFields_{};
-    std::array<TetraField, 3> tetraVelocity_{};
+    std::vector<std::size_t> used_;  ///< fields that are sampled; the temperature first
+    std::vector<double> parts_;      ///< of the present stretch, by its new samples
     std::vector<double> depths_;
     std::array<std::vector<double>, kProfileFields> values_;
     std::vector<int> cells_;
