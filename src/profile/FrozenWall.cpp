@@ -11,8 +11,9 @@ WallLayers FrozenWall(const FrozenLayerJob& job, const ResolvedProfile& profile)
         ReadWallLayers(profile.Depths(), profile.Values(ProfileField::Temperature), job.m_dFreezeTemp);
     if (job.m_bIsThermoset != 0) {
         constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
-        layers = {kUnknown, kUnknown, kUnknown, layers.wall};
+        layers = {kUnknown, kUnknown, kUnknown, layers.wall, 0.0};
     }
+    layers.hottest = HighestValue(profile.Values(ProfileField::Temperature));
     return layers;
 }
 

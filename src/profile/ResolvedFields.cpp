@@ -54,15 +54,15 @@ FieldKernel& KernelOf(FrozenLayerJob& job) {
     return *job.m_pFieldKernel;
 }
 
-bool IsRecovered(const FieldUse& field, const RunTraits& run) {
-    return field.recovered && field.used(run);
+bool IsUsed(const FieldUse& field, const RunTraits& run, FieldsWanted wanted) {
+    return wanted == FieldsWanted::Temperature ? field.slot == kTemperature : field.used(run);
 }
 
-std::vector<const double*> RecoveredFields(const FrozenLayerJob& job) {
+std::vector<const double*> RecoveredFields(const FrozenLayerJob& job, FieldsWanted wanted) {
     const RunTraits run = TraitsOf(job);
     std::vector<const double*> fields;
     for (const FieldUse& field : kFields) {
-        if (IsRecovered(field, run)) {
+        if (field.recovered && IsUsed(field, run, wanted)) {
             fields.push_back(job.m_pNodeData[field.slot].get());
         }
     }
@@ -71,26 +71,27 @@ std::vector<const double*> RecoveredFields(const FrozenLayerJob& job) {
 
 }  // namespace
 
-void RecoverFields(FrozenLayerJob& job) {
+void RecoverFields(FrozenLayerJob& job, FieldsWanted wanted) {
     FieldKernel& kernel = KernelOf(job);
-    const std::vector<const double*> fields = RecoveredFields(job);
+    const std::vector<const double*> fields = RecoveredFields(job, wanted);
     job.m_pFieldGradients =
         std::make_unique<double[]>(3 * fields.size() * (static_cast<std::size_t>(job.m_nNodes) + 1));
     job.m_fieldReport =
         kernel.RecoverGradients(fields.data(), static_cast<int>(fields.size()), job.m_pFieldGradients.get());
 }
 
-ProfileInput FieldsOf(const FrozenLayerJob& job) {
+ProfileInput FieldsOf(const FrozenLayerJob& job, FieldsWanted wanted) {
     const RunTraits run = TraitsOf(job);
     ProfileInput input{};
     input.mesh = {job.p_Node, job.p_Cell};
-    const auto stride = static_cast<std::ptrdiff_t>(3 * RecoveredFields(job).size());
+    const auto stride = static_cast<std::ptrdiff_t>(3 * RecoveredFields(job, wanted).size());
     const double* gradients = job.m_pFieldGradients.get();
     for (std::size_t f = 0; f < kFields.size(); ++f) {
-        if (kFields[f].used(run)) {
-            input.fields[f].values = job.m_pNodeData[kFields[f].slot].get();
+        if (!IsUsed(kFields[f], run, wanted)) {
+            continue;
         }
-        if (IsRecovered(kFields[f], run)) {
+        input.fields[f].values = job.m_pNodeData[kFields[f].slot].get();
+        if (kFields[f].recovered) {
             input.fields[f].gradients = gradients;
             input.fields[f].stride = stride;
             gradients += 3;
@@ -99,7 +100,8 @@ ProfileInput FieldsOf(const FrozenLayerJob& job) {
     NodalField& temperature = input.fields.front();
     temperature.known = RangeOfCooling(input.mesh, temperature.values, job.m_nNodes, job.m_nCells);
     for (std::size_t k = 0; k < input.velocity.size(); ++k) {
-        input.velocity[k] = run.flow ? job.m_pNodeVector[k].get() : nullptr;
+        input.velocity[k] =
+            run.flow && wanted == FieldsWanted::OfTheStage ? job.m_pNodeVector[k].get() : nullptr;
     }
     return input;
 }

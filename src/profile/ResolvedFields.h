@@ -7,14 +7,16 @@
 
 namespace qnl::profile {
 
-/// Recovers the gradients of those fields of the present output time by node that the stage's quantities are
-/// formed from. Raises std::runtime_error when the mesh kernel recovers none.
-void RecoverFields(FrozenLayerJob& job);
+/// Fields of a profile: all that the quantities of the stage are formed from, or the temperature alone.
+enum class FieldsWanted { OfTheStage, Temperature };
 
-/// The fields that the quantities of the stage are formed from; temperature, volume shrinkage and density
-/// with their gradients. Views of the job's arrays, to be made after RecoverFields, once for all threads: it
-/// passes through all nodes and cells.
-ProfileInput FieldsOf(const FrozenLayerJob& job);
+/// Recovers the gradients of the fields of the present output time by node, as far as they have some:
+/// temperature, volume shrinkage and density. Raises std::runtime_error when the mesh kernel recovers none.
+void RecoverFields(FrozenLayerJob& job, FieldsWanted wanted = FieldsWanted::OfTheStage);
+
+/// The fields with their gradients. Views of the job's arrays, to be made after RecoverFields of the same
+/// fields, once for all threads: it passes through all nodes and cells.
+ProfileInput FieldsOf(const FrozenLayerJob& job, FieldsWanted wanted = FieldsWanted::OfTheStage);
 
 /// A ray from the node at `place` along the unit vector `direction`, on the search slot of the thread.
 struct NodeRay {
@@ -25,7 +27,7 @@ struct NodeRay {
 
 /// The profile of the field itself: its samples stand for pass elements and for merged samples alike. Fewer
 /// than two samples are no profile. The views lie in the scratch, whose resolved profile has taken
-/// FieldsOf(job).
+/// FieldsOf the job.
 RayProfile ResolveRay(const FrozenLayerJob& job, const NodeRay& ray, const FoundElements& found,
                       ProfileScratch& scratch);
 

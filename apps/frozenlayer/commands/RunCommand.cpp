@@ -130,11 +130,11 @@ bool IsShown(const RunRequest& request) {
 
 /// The results of this run alone, with the profiles that a page needs.
 series::LoadedSeries LoadOutcome(const RunRequest& request, RunOutcome outcome) {
-    std::vector<results::ResultFileContent> contents;
+    series::KnownTimes known;
     series::SeriesFiles files =
-        runs::SeriesOfRun(outcome.base, std::move(outcome.times), outcome.view, contents);
+        runs::SeriesOfRun(outcome.base, std::move(outcome.times), outcome.view, known);
     series::OpenedProject project(files, std::move(*outcome.mesh));
-    return series::LoadSeries(std::move(files), std::move(project), contents,
+    return series::LoadSeries(std::move(files), std::move(project), known,
                               request.view.empty() ? 0 : page::kPageProfiles);
 }
 

@@ -111,6 +111,7 @@ void AddAverages(Probe& probe) {
 }
 
 void AddField(Probe& probe) {
+    probe.project.RecoverTemperature();
     series::RayFollower follower(probe.project, probe.surface, probe.traced);
     for (ProbedRay& ray : probe.rays) {
         const profile::ResolvedProfile& profile = follower.Follow(static_cast<std::size_t>(ray.node));

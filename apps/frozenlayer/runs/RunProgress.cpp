@@ -45,7 +45,7 @@ void RunProgress::TimeEnds(int /*index*/, bool evaluated, const FrozenLayerJob& 
     if (job.m_bKernelFlag == 1) {
         return;  // the probe evaluates no surface nodes
     }
-    time.layers = series::LayersOfRun(job);
+    time.walls = series::WallsOfRun(job);
     const std::chrono::duration<double> elapsed = Clock::now() - begin_;
     bar_.Line(Title() + ": " + text::CountText(job.m_nSurfaceNodes, "surface node") + " evaluated in " +
               text::NumberText(elapsed.count()) + " s");

@@ -25,7 +25,7 @@ struct EvaluatedTime {
     std::string resultFile;
     bool evaluated = false;
     std::optional<results::ResultFileContent> content;  ///< of the result file, once it is read
-    series::WallValues layers;                          ///< as series::LayersOfRun
+    std::vector<series::NodeWall> walls;                ///< as series::WallsOfRun
 };
 
 /// What a run is followed for beyond its progress.

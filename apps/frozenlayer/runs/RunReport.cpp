@@ -23,6 +23,13 @@ void AddRow(text::TextTable& table, std::string name, std::string unit,
                   std::to_string(values.finite)});
 }
 
+series::ItemStatistics LayerStatistics(const std::vector<series::NodeWall>& walls, std::size_t k) {
+    std::vector<float> values(walls.size());
+    std::transform(walls.begin(), walls.end(), values.begin(),
+                   [k](const series::NodeWall& wall) { return series::ValuesOf(wall.layers)[k]; });
+    return series::Summarise(values);
+}
+
 text::TextTable ItemTable(const EvaluatedTime& time) {
     text::TextTable table({{"Item"},
                            {"Unit"},
@@ -37,8 +44,8 @@ text::TextTable ItemTable(const EvaluatedTime& time) {
                people != nullptr ? std::string(people->unit) : series::PeopleUnit(item.unit),
                series::Summarise(item.values));
     }
-    for (std::size_t k = 0; k < time.layers.size(); ++k) {
-        const series::ItemStatistics values = series::Summarise(time.layers[k]);
+    for (std::size_t k = 0; k < series::kWallNames.size(); ++k) {
+        const series::ItemStatistics values = LayerStatistics(time.walls, k);
         if (!isWarp && values.finite > 0) {
             AddRow(table, std::string(series::kWallNames[k].name), std::string(series::kWallNames[k].unit),
                    values);
@@ -100,19 +107,19 @@ void PrintResultTables(const std::vector<EvaluatedTime>& times, std::ostream& ou
 }
 
 series::SeriesFiles SeriesOfRun(const project::StageFile& base, std::vector<EvaluatedTime> times,
-                                const series::RunView& view,
-                                std::vector<results::ResultFileContent>& contents) {
+                                const series::RunView& view, series::KnownTimes& known) {
     std::vector<series::SeriesTime> seriesTimes;
     for (const EvaluatedTime& time : times) {
         seriesTimes.push_back({time.time, time.stageFile, time.resultFile, 0.0});
     }
     series::SeriesFiles files = series::OrderSeriesFiles(base, std::move(seriesTimes), view);
-    contents.clear();
+    known = {};
     for (const series::SeriesTime& ordered : files.times) {
         const auto own = std::find_if(times.begin(), times.end(), [&](const EvaluatedTime& time) {
             return time.time.index == ordered.time.index;
         });
-        contents.push_back(std::move(*own->content));
+        known.contents.push_back(std::move(*own->content));
+        known.walls.push_back(std::move(own->walls));
     }
     return files;
 }

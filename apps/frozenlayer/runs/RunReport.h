@@ -6,7 +6,7 @@
 
 #include "platform/FieldKernel.h"
 #include "runs/RunProgress.h"
-#include "series/SeriesFiles.h"
+#include "series/LoadedSeries.h"
 
 namespace qnl::runs {
 
@@ -19,11 +19,10 @@ bool ReadResults(std::vector<EvaluatedTime>& times);
 /// their real times where all are known, else in the order of evaluation.
 void PrintResultTables(const std::vector<EvaluatedTime>& times, std::ostream& out);
 
-/// The series that a run has written. Every time has been evaluated and its result read; the contents move
-/// into `contents`, by time of the series.
+/// The series that a run has written. Every time has been evaluated and its result read; what is known of the
+/// times moves into `known`.
 series::SeriesFiles SeriesOfRun(const project::StageFile& base, std::vector<EvaluatedTime> times,
-                                const series::RunView& view,
-                                std::vector<results::ResultFileContent>& contents);
+                                const series::RunView& view, series::KnownTimes& known);
 
 /// Prints the paths under a heading.
 void PrintWrittenFiles(const std::vector<std::string>& paths, std::ostream& out);

@@ -52,7 +52,7 @@ DepthProfile SamplesOfField(const OpenedProject& project, const profile::Resolve
     return samples;
 }
 
-ProfileSeries::ProfileSeries(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays,
+ProfileSeries::ProfileSeries(OpenedProject& project, const Surface& surface, const SurfaceRays& rays,
                              std::vector<int> nodes)
     : project_(project), surface_(surface), rays_(rays) {
     profiles_.nodes = std::move(nodes);
@@ -78,7 +78,8 @@ void ProfileSeries::AddTime() {
     const bool first = profiles_.temperatures.empty();
     std::vector<float>& temperatures = profiles_.temperatures.emplace_back();
     std::unique_ptr<RayFollower> follower;
-    if (project_.SeesInsideCells()) {
+    if (project_.SeesInsideCells() && !profiles_.nodes.empty()) {
+        project_.RecoverTemperature();
         follower = std::make_unique<RayFollower>(project_, surface_, rays_);
     }
     std::vector<double> values;

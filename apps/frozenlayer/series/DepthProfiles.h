@@ -30,7 +30,7 @@ DepthProfile SamplesOfField(const OpenedProject& project, const profile::Resolve
 class ProfileSeries {
 public:
     /// Of nodes that have a profile. All arguments but the list are borrowed.
-    ProfileSeries(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays,
+    ProfileSeries(OpenedProject& project, const Surface& surface, const SurfaceRays& rays,
                   std::vector<int> nodes);
 
     /// Adds the output time last read.
@@ -40,7 +40,7 @@ public:
 private:
     DepthProfile SamplesOf(std::size_t position, RayFollower* follower, std::vector<double>& values) const;
 
-    const OpenedProject& project_;
+    OpenedProject& project_;
     const Surface& surface_;
     const SurfaceRays& rays_;
     std::vector<DepthProfile> sorted_;  ///< pass elements of each node by depth; none in the resolved mode

@@ -61,6 +61,11 @@ double ShareBelow(const std::vector<double>& weights, const double* values, doub
     return all > 0.0 ? kPercent * below / all : 0.0;
 }
 
+void AddWalls(WallReadings walls, FreezeHistory& history) {
+    history.hottest.push_back(std::move(walls.hottest));
+    history.layers.push_back(std::move(walls.layers));
+}
+
 void SettleFreezing(const SeriesFiles& series, FreezeHistory& history) {
     std::vector<double> times;
     for (const SeriesTime& time : series.times) {
@@ -105,21 +110,35 @@ PartMeasure MeasurePart(const OpenedProject& project) {
 }
 
 FreezeHistory ReadFreezeHistory(OpenedProject& project, const SeriesFiles& series, const Surface& surface,
-                                const SurfaceRays& rays, ProfileSeries& profiles) {
-    FreezeHistory history;
+                                const SurfaceRays& rays, ProfileSeries& profiles, FreezeHistory known) {
+    FreezeHistory history = std::move(known);
+    const bool knowsWalls = !history.hottest.empty();
     history.freezeTemperature = project.FreezeTemperature().value_or(kNothing);
     const PartMeasure measure = MeasurePart(project);
     for (const SeriesTime& time : series.times) {
         project.LoadTemperatures(time.stageFile);
-        WallReadings walls = ReadWalls(project, surface, rays);
-        history.hottest.push_back(std::move(walls.hottest));
-        history.layers.push_back(std::move(walls.layers));
+        if (!knowsWalls) {
+            AddWalls(ReadWalls(project, surface, rays), history);
+        }
         const FrozenLayerJob& job = project.Job();
         history.frozenVolume.push_back(
             ShareBelow(measure.cellVolumes, job.m_pCellData[kTemperature].get(), history.freezeTemperature));
         history.frozenSurface.push_back(
             ShareBelow(measure.faceAreas, job.m_pSurfData[kTemperature].get(), history.freezeTemperature));
         profiles.AddTime();
+    }
+    if (!knowsWalls) {
+        SettleFreezing(series, history);
+    }
+    return history;
+}
+
+FreezeHistory HistoryOfWalls(const OpenedProject& project, const SeriesFiles& series, const Surface& surface,
+                             const std::vector<std::vector<NodeWall>>& walls) {
+    FreezeHistory history;
+    history.freezeTemperature = project.FreezeTemperature().value_or(kNothing);
+    for (const std::vector<NodeWall>& found : walls) {
+        AddWalls(ReadWalls(found, surface), history);
     }
     SettleFreezing(series, history);
     return history;

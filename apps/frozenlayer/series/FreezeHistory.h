@@ -41,9 +41,14 @@ PartMeasure MeasurePart(const OpenedProject& project);
 /// Reads the temperatures of every output time once. A node freezes at the first time at which the highest
 /// temperature along its whole ray, beyond the depth window too, is below the freeze temperature, linear
 /// between output times; frozen at the first output time counts as that time. `profiles` gets every output
-/// time. Raises InputProblem for a stage file that cannot be used.
+/// time. Raises InputProblem for a stage file that cannot be used. `known` has nothing, or what
+/// HistoryOfWalls gives: the rays are not followed then.
 FreezeHistory ReadFreezeHistory(OpenedProject& project, const SeriesFiles& series, const Surface& surface,
-                                const SurfaceRays& rays, ProfileSeries& profiles);
+                                const SurfaceRays& rays, ProfileSeries& profiles, FreezeHistory known = {});
+
+/// The history of walls, by time, as a run found them; without the shares of the part.
+FreezeHistory HistoryOfWalls(const OpenedProject& project, const SeriesFiles& series, const Surface& surface,
+                             const std::vector<std::vector<NodeWall>>& walls);
 
 /// The time at which the values first fall below the limit, linear between times; the first time when they
 /// begin below it, none when they never are.

@@ -25,16 +25,21 @@ std::vector<int> SpreadNodes(const LoadedSeries& loaded, std::size_t most) {
     return chosen;
 }
 
-/// The profiles of the nodes of the last regions that have none yet; the stage files are read once more.
-void AddRegionProfiles(LoadedSeries& loaded) {
+/// The nodes of the last regions that are not among `have`.
+std::vector<int> RegionNodes(const LoadedSeries& loaded, const std::vector<int>& have) {
     std::vector<int> nodes;
     const auto& regions = loaded.regions.regions;
     for (std::size_t i = 0; i < std::min(kShownRegions, regions.size()); ++i) {
-        const std::vector<int>& have = loaded.profiles.nodes;
         if (std::find(have.begin(), have.end(), regions[i].node) == have.end()) {
             nodes.push_back(regions[i].node);
         }
     }
+    return nodes;
+}
+
+/// The profiles of the nodes of the last regions that have none yet; the stage files are read once more.
+void AddRegionProfiles(LoadedSeries& loaded) {
+    std::vector<int> nodes = RegionNodes(loaded, loaded.profiles.nodes);
     if (nodes.empty()) {
         return;
     }
@@ -60,13 +65,25 @@ std::vector<ItemOverTime> LayerItems(const FreezeHistory& history) {
     return items;
 }
 
-/// What the temperatures of all output times tell.
-void LoadTemperatures(LoadedSeries& loaded, std::size_t profileNodes) {
-    ProfileSeries profiles(loaded.project, loaded.surface, loaded.rays, SpreadNodes(loaded, profileNodes));
-    loaded.history = ReadFreezeHistory(loaded.project, loaded.series, loaded.surface, loaded.rays, profiles);
+/// What the temperatures of all output times tell. A run that has followed all rays has the regions before
+/// the temperatures are read.
+void LoadTemperatures(LoadedSeries& loaded, const std::vector<std::vector<NodeWall>>& walls,
+                      std::size_t profileNodes) {
+    const kernel::BoundaryGraph& graph = loaded.project.Mesh().boundary;
+    std::vector<int> nodes = SpreadNodes(loaded, profileNodes);
+    FreezeHistory known;
+    if (loaded.project.SeesInsideCells() && !walls.empty()) {
+        known = HistoryOfWalls(loaded.project, loaded.series, loaded.surface, walls);
+        loaded.regions = FindLastFreezing(graph, known);
+        const std::vector<int> own = profileNodes > 0 ? RegionNodes(loaded, nodes) : std::vector<int>{};
+        nodes.insert(nodes.end(), own.begin(), own.end());
+    }
+    ProfileSeries profiles(loaded.project, loaded.surface, loaded.rays, std::move(nodes));
+    loaded.history = ReadFreezeHistory(loaded.project, loaded.series, loaded.surface, loaded.rays, profiles,
+                                       std::move(known));
     loaded.profiles = profiles.Take();
     loaded.layers = LayerItems(*loaded.history);
-    loaded.regions = FindLastFreezing(loaded.project.Mesh().boundary, *loaded.history);
+    loaded.regions = FindLastFreezing(graph, *loaded.history);
     if (profileNodes > 0) {
         AddRegionProfiles(loaded);
     }
@@ -90,23 +107,23 @@ std::string WhyNoHistory(const LoadedSeries& loaded) {
 
 LoadedSeries LoadSeries(SeriesFiles series, std::size_t profileNodes) {
     OpenedProject project(series);
-    const std::vector<results::ResultFileContent> contents = ReadResults(series);
+    const KnownTimes known{ReadResults(series), {}};
     if (!project.FreezeTemperature()) {
         ForgivePackingIndexOfThermoset();
     }
-    return LoadSeries(std::move(series), std::move(project), contents, profileNodes);
+    return LoadSeries(std::move(series), std::move(project), known, profileNodes);
 }
 
-LoadedSeries LoadSeries(SeriesFiles series, OpenedProject project,
-                        const std::vector<results::ResultFileContent>& contents, std::size_t profileNodes) {
+LoadedSeries LoadSeries(SeriesFiles series, OpenedProject project, const KnownTimes& known,
+                        std::size_t profileNodes) {
     LoadedSeries loaded{std::move(series), std::move(project), {}, {}, {}, {}, {}, {}, {}, {}, {}};
     loaded.surface = SurfaceOf(loaded.project);
-    loaded.results = ResultsOnSurface(loaded.series, contents, loaded.project, loaded.surface);
+    loaded.results = ResultsOnSurface(loaded.series, known.contents, loaded.project, loaded.surface);
     loaded.rays = TraceSurfaceRays(loaded.project, loaded.surface);
     loaded.order = MortonOrder(loaded.surface.points);
     loaded.withoutHistory = WhyNoHistory(loaded);
     if (loaded.withoutHistory.empty()) {
-        LoadTemperatures(loaded, profileNodes);
+        LoadTemperatures(loaded, known.walls, profileNodes);
     }
     return loaded;
 }

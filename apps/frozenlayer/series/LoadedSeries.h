@@ -38,8 +38,14 @@ inline constexpr std::size_t kShownRegions = 10;
 /// Raises InputProblem.
 LoadedSeries LoadSeries(SeriesFiles series, std::size_t profileNodes);
 
-/// The same from an opened project and from what the result files hold, by time.
-LoadedSeries LoadSeries(SeriesFiles series, OpenedProject project,
-                        const std::vector<results::ResultFileContent>& contents, std::size_t profileNodes);
+/// What is known of the output times of a series, by time.
+struct KnownTimes {
+    std::vector<results::ResultFileContent> contents;  ///< of the result files
+    std::vector<std::vector<NodeWall>> walls;          ///< as a run of the resolved mode found them, or none
+};
+
+/// The same from an opened project and what is known of the times.
+LoadedSeries LoadSeries(SeriesFiles series, OpenedProject project, const KnownTimes& known,
+                        std::size_t profileNodes);
 
 }  // namespace qnl::series

@@ -43,15 +43,6 @@ std::string FirstLine(const std::string& text) {
     return text.substr(0, text.find('\n'));
 }
 
-/// The temperature alone of what a run forms its quantities from.
-profile::ProfileInput TemperatureOf(const FrozenLayerJob& job) {
-    const profile::ProfileInput fields = profile::FieldsOf(job);
-    profile::ProfileInput temperature{};
-    temperature.mesh = fields.mesh;
-    temperature.fields.front() = fields.fields.front();
-    return temperature;
-}
-
 [[noreturn]] void Refuse(const std::string& message, const std::string& path, const char* what) {
     throw project::InputProblem(message.empty() ? project::NativePath(path) + ": " + what + " cannot be read"
                                                 : message);
@@ -115,9 +106,14 @@ void OpenedProject::LoadTemperatures(const std::string& stageFile) {
                                     ": the temperatures of this output time cannot be read" +
                                     (message.empty() ? "" : " (" + message + ")"));
     }
-    if (SeesInsideCells()) {
-        profile::RecoverFields(*job_);
-        temperatureField_ = TemperatureOf(*job_);
+    hasTemperatureField_ = false;
+}
+
+void OpenedProject::RecoverTemperature() {
+    if (!hasTemperatureField_) {
+        profile::RecoverFields(*job_, profile::FieldsWanted::Temperature);
+        temperatureField_ = profile::FieldsOf(*job_, profile::FieldsWanted::Temperature);
+        hasTemperatureField_ = true;
     }
 }
 

@@ -41,7 +41,10 @@ public:
     void LoadTemperatures(const std::string& stageFile);
     /// Temperatures of the last output time read, degC.
     profile::PassElementField Temperatures() const;
-    /// The temperature inside the cells at that time, of results of the resolved mode.
+    /// Makes the temperature inside the cells at that time, of results of the resolved mode. Does nothing
+    /// when it is made already.
+    void RecoverTemperature();
+    /// The temperature inside the cells, once it is made.
     const profile::ProfileInput& TemperatureField() const { return temperatureField_; }
     profile::PassElementMesh Elements() const { return profile::MeshOf(*job_); }
 
@@ -53,6 +56,7 @@ private:
     std::string materialFile_;
     std::unique_ptr<FrozenLayerJob> job_;
     profile::ProfileInput temperatureField_;
+    bool hasTemperatureField_ = false;  ///< of the output time last read
 };
 
 }  // namespace qnl::series

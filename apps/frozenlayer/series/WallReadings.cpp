@@ -10,7 +10,6 @@
 #include "mesh/MeshNodes.h"
 #include "profile/FrozenWall.h"
 #include "profile/ResolvedFields.h"
-#include "profile/resolved/ProfileReadings.h"
 
 namespace qnl::series {
 
@@ -36,13 +35,15 @@ void ReadByAverages(const OpenedProject& project, const Surface& surface, const 
     }
 }
 
-void ReadWall(RayFollower& follower, std::size_t i, WallReadings& walls) {
-    const profile::ResolvedProfile& profile = follower.Follow(i);
-    if (profile.Count() < 2) {
-        return;
+void ClearLayers(const Surface& surface, WallReadings& walls) {
+    for (std::vector<float>& values : walls.layers) {
+        values.assign(surface.Nodes(), std::numeric_limits<float>::quiet_NaN());
     }
-    walls.hottest[i] = profile::HighestValue(profile.Values(profile::ProfileField::Temperature));
-    const auto values = ValuesOf(follower.Layers());
+}
+
+void StoreWall(const WallLayers& layers, std::size_t i, WallReadings& walls) {
+    walls.hottest[i] = layers.hottest;
+    const auto values = ValuesOf(layers);
     for (std::size_t k = 0; k < values.size(); ++k) {
         walls.layers[k][i] = values[k];
     }
@@ -51,9 +52,6 @@ void ReadWall(RayFollower& follower, std::size_t i, WallReadings& walls) {
 void ReadInsideCells(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays,
                      WallReadings& walls) {
     constexpr int kChunk = 64;
-    for (std::vector<float>& values : walls.layers) {
-        values.assign(surface.Nodes(), std::numeric_limits<float>::quiet_NaN());
-    }
     ThreadFailure failure;
     omp_set_num_threads(project.Job().m_nThreads);
 #pragma omp parallel
@@ -63,8 +61,8 @@ void ReadInsideCells(const OpenedProject& project, const Surface& surface, const
         for (std::int64_t i = 0; i < static_cast<std::int64_t>(surface.Nodes()); ++i) {
             failure.Guard([&] {
                 const auto number = static_cast<std::size_t>(i);
-                if (HasProfile(project, surface, rays, number)) {
-                    ReadWall(follower, number, walls);
+                if (HasProfile(project, surface, rays, number) && follower.Follow(number).Count() >= 2) {
+                    StoreWall(follower.Layers(), number, walls);
                 }
             });
         }
@@ -84,28 +82,42 @@ std::array<float, kWallNames.size()> ValuesOf(const WallLayers& layers) {
             static_cast<float>(layers.moltenCore), static_cast<float>(layers.wall)};
 }
 
-WallReadings ReadWalls(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays) {
+WallReadings ReadWalls(OpenedProject& project, const Surface& surface, const SurfaceRays& rays) {
     WallReadings walls;
     walls.hottest.assign(surface.Nodes(), kNothing);
-    (project.SeesInsideCells() ? ReadInsideCells : ReadByAverages)(project, surface, rays, walls);
+    if (!project.SeesInsideCells()) {
+        ReadByAverages(project, surface, rays, walls);
+        return walls;
+    }
+    project.RecoverTemperature();
+    ClearLayers(surface, walls);
+    ReadInsideCells(project, surface, rays, walls);
     return walls;
 }
 
-WallValues LayersOfRun(const FrozenLayerJob& job) {
-    WallValues values;
-    if (job.m_wallLayers.empty()) {
-        return values;
-    }
-    for (int n = 1; n <= job.m_nNodes; ++n) {
-        if (job.m_pHasProfile[n] == 0 || !mesh::IsPartNode(job, NodeId(n))) {
-            continue;
-        }
-        const auto own = ValuesOf(job.m_wallLayers[static_cast<std::size_t>(n)]);
-        for (std::size_t k = 0; k < own.size(); ++k) {
-            values[k].push_back(own[k]);
+std::vector<NodeWall> WallsOfRun(const FrozenLayerJob& job) {
+    std::vector<NodeWall> walls;
+    const int nodes = job.m_wallLayers.empty() ? 0 : job.m_nNodes;
+    for (int n = 1; n <= nodes; ++n) {
+        if (job.m_pHasProfile[n] != 0 && mesh::IsPartNode(job, NodeId(n))) {
+            walls.push_back({n, job.m_wallLayers[static_cast<std::size_t>(n)]});
         }
     }
-    return values;
+    return walls;
+}
+
+WallReadings ReadWalls(const std::vector<NodeWall>& walls, const Surface& surface) {
+    WallReadings readings;
+    readings.hottest.assign(surface.Nodes(), kNothing);
+    ClearLayers(surface, readings);
+    for (std::size_t i = 0; i < surface.Nodes(); ++i) {
+        const auto own = std::lower_bound(walls.begin(), walls.end(), surface.nodes[i],
+                                          [](const NodeWall& wall, int node) { return wall.node < node; });
+        if (own != walls.end() && own->node == surface.nodes[i]) {
+            StoreWall(own->layers, i, readings);
+        }
+    }
+    return readings;
 }
 
 RayFollower::RayFollower(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays)

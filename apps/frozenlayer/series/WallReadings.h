@@ -28,11 +28,20 @@ struct WallReadings {
 };
 
 /// Reads them at the output time last read, on all threads.
-WallReadings ReadWalls(const OpenedProject& project, const Surface& surface, const SurfaceRays& rays);
+WallReadings ReadWalls(OpenedProject& project, const Surface& surface, const SurfaceRays& rays);
 
-/// The frozen layers that the last evaluation of a run found, of the part's nodes with a profile; empty
-/// unless in the resolved mode.
-WallValues LayersOfRun(const FrozenLayerJob& job);
+/// The wall below a node of the part.
+struct NodeWall {
+    int node;  ///< index in the mesh, 1-based
+    WallLayers layers;
+};
+
+/// The walls that the last evaluation of a run found, of the part's nodes with a profile in ascending order;
+/// none unless in the resolved mode.
+std::vector<NodeWall> WallsOfRun(const FrozenLayerJob& job);
+
+/// The same as ReadWalls gives, from the walls that the run found at that output time.
+WallReadings ReadWalls(const std::vector<NodeWall>& walls, const Surface& surface);
 
 /// Follows rays of the resolved mode at the output time last read; one a thread.
 class RayFollower {

@@ -28,18 +28,18 @@ TEST(SeriesOfRun, StandsInTheOrderOfTimeWithItsContents) {
     std::vector<EvaluatedTime> times{Written(folder, 0, 3.0, 30.0F), Written(folder, 1, 1.0, 10.0F),
                                      Written(folder, 2, 2.0, 20.0F)};
     ASSERT_TRUE(qnl::runs::ReadResults(times));
-    std::vector<qnl::results::ResultFileContent> contents;
+    qnl::series::KnownTimes known;
     const qnl::series::SeriesFiles series =
-        qnl::runs::SeriesOfRun({}, times, {qnl::Mode::Resolved, true}, contents);
+        qnl::runs::SeriesOfRun({}, times, {qnl::Mode::Resolved, true}, known);
     EXPECT_TRUE(series.realTimes);
     EXPECT_TRUE(series.view.smoothedNormals);
     EXPECT_TRUE(series.SeesInsideCells());
     ASSERT_EQ(series.times.size(), 3U);
-    ASSERT_EQ(contents.size(), 3U);
+    ASSERT_EQ(known.contents.size(), 3U);
     for (std::size_t t = 0; t < 3; ++t) {
         const double seconds = static_cast<double>(t + 1);
         EXPECT_EQ(series.times[t].axis, seconds);
-        EXPECT_EQ(contents[t].items[0].values[0], static_cast<float>(10.0 * seconds));
+        EXPECT_EQ(known.contents[t].items[0].values[0], static_cast<float>(10.0 * seconds));
     }
 }
 
