@@ -34,12 +34,20 @@ struct ForeignArray {
     std::vector<double> values;
 };
 
+/// Faces of the boundary with values of their own, beside the cells: the patches of a case.
+struct ForeignFaces {
+    std::vector<std::int64_t> offsets;  ///< faces + 1 entries into points
+    std::vector<std::int64_t> points;   ///< of the mesh, by face
+    std::vector<ForeignArray> arrays;   ///< one entity a face
+};
+
 /// Everything known at one time.
 struct ForeignSnapshot {
     std::string file;
     std::optional<double> seconds;
     ForeignMesh mesh;
     std::vector<ForeignArray> arrays;
+    std::vector<ForeignFaces> boundary;  ///< by block
 };
 
 /// Output times of one case, in the order of the files.
@@ -47,6 +55,8 @@ class ForeignSeries {
 public:
     virtual ~ForeignSeries() = default;
     virtual int Count() const = 0;
+    /// Whether the format lays down metres and kelvin.
+    virtual bool IsSi() const = 0;
     /// `index` from 0. Raises ForeignProblem.
     virtual ForeignSnapshot Read(int index) = 0;
 };

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+
+#include "interop/CellReconstruction.h"
 
 namespace qnl::interop {
 
@@ -31,21 +32,42 @@ double Entry(const ForeignArray& array, std::int64_t entity, int component) {
     return array.values[static_cast<std::size_t>(entity * array.components + component)];
 }
 
-std::vector<double> FromCells(const ForeignArray& array, int component, const SolidMesh& solid) {
-    Sums sums(solid.pointSource.size());
-    for (int cell = 0; cell < solid.mesh.Cells(); ++cell) {
-        const auto row = static_cast<std::size_t>(cell);
-        const double value = Entry(array, solid.cellSource[row], component);
-        if (std::isfinite(value)) {
-            ForEachCorner(solid.mesh, cell,
-                          [&](std::size_t node) { sums.Add(node, value, solid.volumes[row]); });
+/// The faces of all nodes of which are nodes of the solid, and that have a value of the array.
+std::vector<BoundaryValue> ValuesOnFaces(const ForeignArray& array, int component, const SolidMesh& solid,
+                                         const std::vector<ForeignFaces>& boundary) {
+    constexpr std::int64_t kMostCorners = 4;
+    std::vector<BoundaryValue> values;
+    for (const ForeignFaces& faces : boundary) {
+        const auto own =
+            std::find_if(faces.arrays.begin(), faces.arrays.end(), [&](const ForeignArray& other) {
+                return other.name == array.name && other.components == array.components;
+            });
+        for (std::size_t f = 0; own != faces.arrays.end() && f + 1 < faces.offsets.size(); ++f) {
+            const std::int64_t corners = faces.offsets[f + 1] - faces.offsets[f];
+            BoundaryValue face{
+                {}, static_cast<std::size_t>(corners), Entry(*own, static_cast<std::int64_t>(f), component)};
+            bool known = corners >= 3 && corners <= kMostCorners;
+            for (std::int64_t c = 0; known && c < corners; ++c) {
+                const int node = solid.NodeOf(faces.points[static_cast<std::size_t>(faces.offsets[f] + c)]);
+                face.nodes[static_cast<std::size_t>(c)] = node;
+                known = node >= 0;
+            }
+            if (known) {
+                values.push_back(face);
+            }
         }
     }
-    std::vector<double> values(solid.pointSource.size(), std::numeric_limits<double>::quiet_NaN());
-    for (std::size_t node = 0; node < values.size(); ++node) {
-        values[node] = sums.weight[node] > 0.0 ? sums.value[node] / sums.weight[node] : values[node];
-    }
     return values;
+}
+
+std::vector<double> FromCells(const ForeignArray& array, int component, const SolidMesh& solid,
+                              const std::vector<ForeignFaces>& boundary) {
+    std::vector<double> values;
+    values.reserve(solid.cellSource.size());
+    for (const std::int64_t cell : solid.cellSource) {
+        values.push_back(Entry(array, cell, component));
+    }
+    return ReconstructAtNodes(values, solid, ValuesOnFaces(array, component, solid, boundary));
 }
 
 /// One layer of missing values; false when nothing changed.
@@ -78,9 +100,10 @@ std::int64_t CountMissing(const std::vector<double>& values) {
 
 }  // namespace
 
-std::vector<double> NodeValues(const ForeignArray& array, int component, const SolidMesh& solid) {
+std::vector<double> NodeValues(const ForeignArray& array, int component, const SolidMesh& solid,
+                               const std::vector<ForeignFaces>& boundary) {
     if (array.onCells) {
-        return FromCells(array, component, solid);
+        return FromCells(array, component, solid, boundary);
     }
     std::vector<double> values;
     values.reserve(solid.pointSource.size());

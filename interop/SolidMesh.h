@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -17,6 +18,12 @@ struct SolidMesh {
     std::vector<std::int64_t> pointSource;  ///< foreign point of each node
     std::int64_t madeLinear = 0;            ///< cells that lost their mid-side nodes
     std::int64_t leftOut = 0;               ///< points, lines and surface cells
+
+    /// The node of a foreign point; -1 for a point of no volume cell and for -1.
+    int NodeOf(std::int64_t point) const {
+        const auto own = std::lower_bound(pointSource.begin(), pointSource.end(), point);
+        return own != pointSource.end() && *own == point ? static_cast<int>(own - pointSource.begin()) : -1;
+    }
 };
 
 /// `millimetres` is the length unit of the foreign mesh. Raises ForeignProblem, in the name of `file`, for a

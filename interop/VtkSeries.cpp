@@ -126,6 +126,7 @@ Reader MakeOpenFoamReader(const char* file) {
     reader->SkipZeroTimeOff();
     reader->UpdateInformation();
     reader->EnableAllCellArrays();
+    reader->EnableAllPatchArrays();
     return reader;
 }
 
@@ -142,20 +143,30 @@ constexpr Starts kExodus{kNetCdfStart, kHdf5Start};
 struct Format {
     const char* extension;
     Reader (*make)(const char* file);
-    Starts starts;  ///< those allowed; all empty: any
+    Starts starts;      ///< those allowed; all empty: any
+    bool isSi = false;  ///< metres and kelvin, by the format
 };
 
 constexpr std::array<Format, 19> kFormats{{
-    {".vtu", MakeXmlReader, {}},           {".pvtu", MakeXmlReader, {}},
-    {".vtm", MakeXmlReader, {}},           {".vts", MakeXmlReader, {}},
-    {".vtr", MakeXmlReader, {}},           {".vti", MakeXmlReader, {}},
-    {".vtp", MakeXmlReader, {}},           {".vtk", MakeLegacyReader, {}},
-    {".hdf", MakeHdfReader, kHdf},         {".vtkhdf", MakeHdfReader, kHdf},
-    {".case", MakeEnSightReader, {}},      {".encas", MakeEnSightReader, {}},
-    {".cgns", MakeCgnsReader, kCgns},      {".e", MakeExodusReader, kExodus},
-    {".ex2", MakeExodusReader, kExodus},   {".exo", MakeExodusReader, kExodus},
-    {".exii", MakeExodusReader, kExodus},  {".foam", MakeOpenFoamReader, {}},
-    {".openfoam", MakeOpenFoamReader, {}},
+    {".vtu", MakeXmlReader, {}},
+    {".pvtu", MakeXmlReader, {}},
+    {".vtm", MakeXmlReader, {}},
+    {".vts", MakeXmlReader, {}},
+    {".vtr", MakeXmlReader, {}},
+    {".vti", MakeXmlReader, {}},
+    {".vtp", MakeXmlReader, {}},
+    {".vtk", MakeLegacyReader, {}},
+    {".hdf", MakeHdfReader, kHdf},
+    {".vtkhdf", MakeHdfReader, kHdf},
+    {".case", MakeEnSightReader, {}},
+    {".encas", MakeEnSightReader, {}},
+    {".cgns", MakeCgnsReader, kCgns},
+    {".e", MakeExodusReader, kExodus},
+    {".ex2", MakeExodusReader, kExodus},
+    {".exo", MakeExodusReader, kExodus},
+    {".exii", MakeExodusReader, kExodus},
+    {".foam", MakeOpenFoamReader, {}, true},
+    {".openfoam", MakeOpenFoamReader, {}, true},
 }};
 
 std::string Extension(const std::string& file) {
@@ -232,6 +243,11 @@ public:
     VtkSeries& operator=(const VtkSeries&) = delete;
 
     int Count() const override { return static_cast<int>(entries_.size()); }
+
+    bool IsSi() const override {
+        return std::all_of(entries_.begin(), entries_.end(),
+                           [](const Entry& entry) { return FindFormat(entry.files.front()).isSi; });
+    }
 
     ForeignSnapshot Read(int index) override {
         const Entry& entry = entries_[static_cast<std::size_t>(index)];

@@ -9,6 +9,7 @@
 #include <vtkDoubleArray.h>
 #include <vtkFieldData.h>
 #include <vtkGenericCell.h>
+#include <vtkIdList.h>
 #include <vtkInformation.h>
 #include <vtkIntArray.h>
 #include <vtkPointData.h>
@@ -16,6 +17,7 @@
 #include <vtkUnstructuredGrid.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace qnl::interop {
 
@@ -51,12 +53,17 @@ bool HasVolumeCells(vtkDataSet& leaf) {
     return false;
 }
 
-/// Drops patches beside volumes; keeps everything when there is no volume at all.
-void KeepVolumes(Leaves& leaves) {
-    const auto isSurface = [](const vtkSmartPointer<vtkDataSet>& leaf) { return !HasVolumeCells(*leaf); };
-    if (!std::all_of(leaves.begin(), leaves.end(), isSurface)) {
-        leaves.erase(std::remove_if(leaves.begin(), leaves.end(), isSurface), leaves.end());
+/// Takes what has no volumes out of the leaves; nothing when there is no volume at all.
+Leaves TakePatches(Leaves& leaves) {
+    const auto patches =
+        std::stable_partition(leaves.begin(), leaves.end(),
+                              [](const vtkSmartPointer<vtkDataSet>& leaf) { return HasVolumeCells(*leaf); });
+    if (patches == leaves.begin()) {
+        return {};
     }
+    Leaves taken(patches, leaves.end());
+    leaves.erase(patches, leaves.end());
+    return taken;
 }
 
 void NumberBlocks(Leaves& leaves) {
@@ -121,6 +128,61 @@ void TakeArrays(vtkFieldData& fields, bool onCells, std::vector<ForeignArray>& a
     }
 }
 
+/// Points of a mesh by their place.
+class PointFinder {
+public:
+    explicit PointFinder(const std::vector<std::array<double, 3>>& points) : points_(points) {
+        order_.resize(points.size());
+        std::iota(order_.begin(), order_.end(), std::int64_t{0});
+        std::sort(order_.begin(), order_.end(), [&](std::int64_t a, std::int64_t b) {
+            return points_[static_cast<std::size_t>(a)] < points_[static_cast<std::size_t>(b)];
+        });
+    }
+
+    /// The point at exactly this place; -1 when there is none.
+    std::int64_t Find(const std::array<double, 3>& place) const {
+        const auto found = std::lower_bound(order_.begin(), order_.end(), place,
+                                            [&](std::int64_t a, const std::array<double, 3>& wanted) {
+                                                return points_[static_cast<std::size_t>(a)] < wanted;
+                                            });
+        const bool there = found != order_.end() && points_[static_cast<std::size_t>(*found)] == place;
+        return there ? *found : -1;
+    }
+
+private:
+    const std::vector<std::array<double, 3>>& points_;
+    std::vector<std::int64_t> order_;
+};
+
+/// Faces with a point that the mesh does not have keep the number -1 for it.
+ForeignFaces TakeFaces(vtkDataSet& patch, const PointFinder& finder) {
+    ForeignFaces faces;
+    faces.offsets.push_back(0);
+    vtkNew<vtkIdList> corners;
+    for (vtkIdType face = 0; face < patch.GetNumberOfCells(); ++face) {
+        patch.GetCellPoints(face, corners);
+        for (vtkIdType c = 0; c < corners->GetNumberOfIds(); ++c) {
+            std::array<double, 3> place{};
+            patch.GetPoint(corners->GetId(c), place.data());
+            faces.points.push_back(finder.Find(place));
+        }
+        faces.offsets.push_back(static_cast<std::int64_t>(faces.points.size()));
+    }
+    TakeArrays(*patch.GetCellData(), true, faces.arrays);
+    return faces;
+}
+
+std::vector<ForeignFaces> TakeBoundary(const Leaves& patches, const ForeignMesh& mesh) {
+    std::vector<ForeignFaces> boundary;
+    if (!patches.empty()) {
+        const PointFinder finder(mesh.points);
+        for (const auto& patch : patches) {
+            boundary.push_back(TakeFaces(*patch, finder));
+        }
+    }
+    return boundary;
+}
+
 std::optional<double> OwnTime(vtkDataObject& data) {
     if (data.GetInformation()->Has(vtkDataObject::DATA_TIME_STEP())) {
         return data.GetInformation()->Get(vtkDataObject::DATA_TIME_STEP());
@@ -137,7 +199,7 @@ ForeignSnapshot TakeSnapshot(const std::vector<vtkDataObject*>& parts, const std
     for (vtkDataObject* part : parts) {
         CollectLeaves(part, leaves);
     }
-    KeepVolumes(leaves);
+    const Leaves patches = TakePatches(leaves);
     ForeignSnapshot snapshot;
     snapshot.file = file;
     if (leaves.empty()) {
@@ -149,6 +211,7 @@ ForeignSnapshot TakeSnapshot(const std::vector<vtkDataObject*>& parts, const std
     }
     grid->RemoveGhostCells();
     TakeMesh(*grid, snapshot.mesh);
+    snapshot.boundary = TakeBoundary(patches, snapshot.mesh);
     TakeArrays(*grid->GetPointData(), false, snapshot.arrays);
     TakeArrays(*grid->GetCellData(), true, snapshot.arrays);
     for (vtkDataObject* part : parts) {

@@ -69,7 +69,12 @@ ROOMS = {
         "platform/kernel",
         "platform/results",
     ],
-    "interop": ["platform/host", "platform/kernel/mesh"],
+    "interop": [
+        "platform/host",
+        "platform/kernel/mesh",
+        "platform/kernel/topology",
+        "platform/kernel/recovery",
+    ],
     "apps/demo": ["src/layout", "platform/kernel/mesh", "platform/results", "platform/material"],
     "apps/launcher": ["src/context", "src/job"],
     "apps/frozenlayer/text": [],

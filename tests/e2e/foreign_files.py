@@ -118,8 +118,8 @@ def foam_file(path, kind, body):
     path.write_text(f"FoamFile\n{{\n version 2.0;\n format ascii;\n class {kind};\n object {path.name};\n}}\n{body}")
 
 
-def write_openfoam(folder, points, hexas, times, cell_values):
-    """A case of hexahedra with T on the cells; gives its .foam file."""
+def write_openfoam(folder, points, hexas, times, cell_values, walls="type zeroGradient;"):
+    """A case of hexahedra with T on the cells, and on the walls as told; gives its .foam file."""
     local = [(0, 3, 2, 1), (4, 5, 6, 7), (0, 1, 5, 4), (1, 2, 6, 5), (2, 3, 7, 6), (3, 0, 4, 7)]
     owners = {}
     for cell, (_, nodes) in enumerate(hexas):
@@ -147,7 +147,7 @@ def write_openfoam(folder, points, hexas, times, cell_values):
             "dimensions [0 0 0 1 0 0 0];\ninternalField nonuniform List<scalar>\n"
             + listed([repr(v) for v in values.tolist()]).rstrip()
             + ";\n"
-            "boundaryField { walls { type zeroGradient; } }\n",
+            f"boundaryField {{ walls {{ {walls} }} }}\n",
         )
     foam_file(
         folder / "system/controlDict",

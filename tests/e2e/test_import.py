@@ -194,11 +194,15 @@ class ImportTest(ImportCase):
         with h5py.File(self.out / "Mesh/box.hdf") as file:
             self.assertEqual(file["VTKHDF/FieldData/GeomTolerance"][()].tolist(), [1.5])
 
-    def test_cell_values_are_weighted_by_volume(self):
+    def test_cell_values_are_carried_to_the_nodes(self):
+        """Middles at 2.5 and 12.5 mm, 10 K a mm; what goes on to the surface is told."""
         points = numpy.array([(x, y, z) for x in (0.0, 1.0, 4.0) for y in (0.0, 1.0) for z in (0.0, 1.0)]) * 5.0
         hexa = lambda a: (foreign.HEXA, [a, a + 4, a + 6, a + 2, a + 1, a + 5, a + 7, a + 3])
-        self.bring_in(self.vtu("c.vtu", points, [hexa(0), hexa(4)], {}, cell_data={"T": numpy.array([100.0, 200.0])}))
-        numpy.testing.assert_allclose(items(self.run_folder / "box1.k4f")[6], [100.0] * 4 + [175.0] * 4 + [200.0] * 4)
+        told = self.bring_in(
+            self.vtu("c.vtu", points, [hexa(0), hexa(4)], {}, cell_data={"T": numpy.array([100.0, 200.0])})
+        )
+        numpy.testing.assert_allclose(items(self.run_folder / "box1.k4f")[6], [75.0] * 4 + [125.0] * 4 + [275.0] * 4)
+        self.assertIn("none at the walls", told.stderr)
 
     def test_quadratic_cells_become_linear(self):
         corners = numpy.array([(0, 0, 0), (9, 0, 0), (0, 9, 0), (0, 0, 9)], dtype="f8")
@@ -279,6 +283,29 @@ class ImportTest(ImportCase):
         numpy.testing.assert_allclose(
             items(self.run_folder / "box1.k4f")[6][inside], 126.85 + 5.0 * points[inside, 0], rtol=1e-5
         )
+
+
+    def test_openfoam_walls(self):
+        """Walls held at 323.15 K around cells of 503.15 K; metres and kelvin are those of the format."""
+        case = foreign.write_openfoam(
+            self.folder / "foam",
+            self.points / 1000.0,
+            self.hexas,
+            [1],
+            [numpy.full(len(self.hexas), 503.15)],
+            "type fixedValue; value uniform 323.15;",
+        )
+        told = self.bring_in(case)
+        self.assertRegex(told.stdout, r"temperature +T +cells and boundary")
+        self.assertNotIn("none at the walls", told.stderr)
+        with h5py.File(self.out / "Mesh/box.hdf") as file:
+            points = file["VTKHDF/Points"][()]
+        numpy.testing.assert_allclose(points.max(axis=0), self.points.max(axis=0), rtol=1e-6)
+        outer = ((points < 1e-6) | (points > points.max(axis=0) - 1e-6)).any(axis=1)
+        temperature = items(self.run_folder / "box1.k4f")[6]
+        numpy.testing.assert_allclose(temperature[outer], 50.0, rtol=1e-6)
+        self.assertGreater((~outer).sum(), 10)
+        numpy.testing.assert_allclose(temperature[~outer], 230.0, rtol=1e-6)
 
 
 @unittest.skipUnless(READERS_ARE_BUILT_IN, "built without VTK")

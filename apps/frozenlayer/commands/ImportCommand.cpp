@@ -35,15 +35,18 @@ void AddArrayOptions(Subcommand& command, imports::ImportRequest& request) {
 }
 
 void AddUnitOptions(Subcommand& command, imports::ImportRequest& request) {
-    command.Add("--temperature-unit", request.temperatureUnit, "Unit of the temperatures")
-        .OneOf({"K", "degC"})
-        .ShowDefault();
+    command
+        .Add("--temperature-unit", request.temperatureUnit,
+             "Unit of the temperatures; without it K for an OpenFOAM case, else degC")
+        .OneOf({"K", "degC"});
     command.Add("--pressure-unit", request.pressureUnit, "Unit of the array of --pressure-array")
         .OneOf({"MPa", "Pa", "bar"})
         .ShowDefault();
-    command.Add("--length-unit", request.lengthUnit, "Unit of the coordinates")
-        .OneOf({"m", "mm", "cm", "in"})
-        .ShowDefault();
+    command
+        .Add("--length-unit", request.lengthUnit,
+             "Unit of the coordinates, and by second of velocities; without it m for an OpenFOAM case, else "
+             "mm")
+        .OneOf({"m", "mm", "cm", "in"});
     command
         .Add("--times", request.times,
              "Times of the output times in s, T1,T2,..., in the order of the files; without it "
@@ -119,7 +122,7 @@ void AddImportOptions(Subcommand& command, imports::ImportRequest& request) {
         .ShowDefault();
 }
 
-std::string ImportProject(const imports::ImportRequest& request) {
+std::string ImportProject(imports::ImportRequest request) {
     imports::CheckProjectFolder(request.folder, request.force);
     const imports::ImportedMaterial material = imports::ChooseMaterial(request);
     const imports::ImportedCase imported = imports::ReadForeignCase(request);

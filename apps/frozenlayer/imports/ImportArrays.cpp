@@ -84,8 +84,18 @@ std::string ListArrays(const interop::ForeignSnapshot& snapshot, const std::stri
     return text;
 }
 
-ChosenArray ChooseArray(const QuantityRule& rule, const ImportRequest& request,
-                        const interop::ForeignSnapshot& snapshot) {
+namespace {
+
+bool IsOnBoundary(const interop::ForeignSnapshot& snapshot, const std::string& name) {
+    return std::any_of(
+        snapshot.boundary.begin(), snapshot.boundary.end(), [&](const interop::ForeignFaces& faces) {
+            return std::any_of(faces.arrays.begin(), faces.arrays.end(),
+                               [&](const interop::ForeignArray& array) { return array.name == name; });
+        });
+}
+
+ChosenArray ChooseByName(const QuantityRule& rule, const ImportRequest& request,
+                         const interop::ForeignSnapshot& snapshot) {
     const std::string& named = request.*rule.request;
     if (!named.empty()) {
         return TakeNamed(rule, named, snapshot);
@@ -99,6 +109,15 @@ ChosenArray ChooseArray(const QuantityRule& rule, const ImportRequest& request,
         }
     }
     return {};
+}
+
+}  // namespace
+
+ChosenArray ChooseArray(const QuantityRule& rule, const ImportRequest& request,
+                        const interop::ForeignSnapshot& snapshot) {
+    ChosenArray chosen = ChooseByName(rule, request, snapshot);
+    chosen.onBoundary = chosen.onCells && IsOnBoundary(snapshot, chosen.name);
+    return chosen;
 }
 
 }  // namespace qnl::imports

@@ -68,6 +68,7 @@ struct ChosenArray {
     ChosenBy by = ChosenBy::Nothing;
     std::string name;
     bool onCells = false;
+    bool onBoundary = false;  ///< of cells, with values on faces of the boundary too
 };
 
 /// The array for a quantity among those of a snapshot; nothing chosen when no name fits. Raises

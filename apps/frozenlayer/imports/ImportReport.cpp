@@ -54,6 +54,10 @@ void PrintRegions(const ImportedCase& imported, std::ostream& out) {
     table.Print(out);
 }
 
+const char* PlaceText(const ChosenArray& chosen) {
+    return !chosen.onCells ? "points" : chosen.onBoundary ? "cells and boundary" : "cells";
+}
+
 void PrintArrays(const ImportedCase& imported, std::ostream& out) {
     text::TextTable table({{"Quantity"},
                            {"Array"},
@@ -68,7 +72,7 @@ void PrintArrays(const ImportedCase& imported, std::ostream& out) {
             continue;
         }
         const auto [low, high] = QuantityRange(imported, rule.quantity);
-        table.AddRow({rule.name, chosen.name, chosen.onCells ? "cells, weighted by volume" : "points",
+        table.AddRow({rule.name, chosen.name, PlaceText(chosen),
                       chosen.by == ChosenBy::Option ? rule.option : "its name",
                       text::NumberText(static_cast<double>(low)), text::NumberText(static_cast<double>(high)),
                       rule.unit});

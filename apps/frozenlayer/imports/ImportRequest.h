@@ -20,8 +20,8 @@ struct ImportRequest {
     std::string shrinkage;             ///< %, never looked for
     std::string pressureArray;         ///< never looked for; empty: the same pressure everywhere
     std::string pressureUnit = "MPa";  ///< of that array
-    std::string temperatureUnit = "degC";
-    std::string lengthUnit = "mm";
+    std::string temperatureUnit;       ///< empty: that of the format, degC where it has none
+    std::string lengthUnit;            ///< empty: that of the format, mm where it has none
     std::string regionArray;
     std::vector<int> runner;
     std::vector<int> special;

@@ -48,11 +48,11 @@ bool SameMesh(const interop::ForeignMesh& a, const interop::ForeignMesh& b) {
 
 class CaseReader {
 public:
-    explicit CaseReader(const ImportRequest& request)
-        : request_(request), stage_(FindImportStage(request.stage)) {}
+    explicit CaseReader(ImportRequest& request) : request_(request), stage_(FindImportStage(request.stage)) {}
 
     ImportedCase Read() {
         const auto series = interop::OpenForeignSeries(request_.files);
+        ChooseUnits(series->IsSi());
         if (!request_.times.empty() && static_cast<int>(request_.times.size()) != series->Count()) {
             throw interop::ForeignProblem("--times gives " + std::to_string(request_.times.size()) +
                                           ", but there are " + std::to_string(series->Count()) +
@@ -63,11 +63,21 @@ public:
         }
         SortTimes();
         WarnOfTimes();
+        WarnOfWalls();
         WarnOfTemperatures();
         return std::move(case_);
     }
 
 private:
+    void ChooseUnits(bool isSi) {
+        if (request_.lengthUnit.empty()) {
+            request_.lengthUnit = isSi ? "m" : "mm";
+        }
+        if (request_.temperatureUnit.empty()) {
+            request_.temperatureUnit = isSi ? "K" : "degC";
+        }
+    }
+
     void AddSnapshot(const interop::ForeignSnapshot& snapshot, int index) {
         if (index == 0) {
             case_.solid = interop::BuildSolidMesh(snapshot.mesh, LengthUnit(request_), snapshot.file);
@@ -132,7 +142,8 @@ private:
         const Conversion conversion = ConversionOf(rule.quantity, request_);
         NodeComponents components;
         for (int component = 0; component < rule.components; ++component) {
-            std::vector<double> values = interop::NodeValues(*array, component, case_.solid);
+            std::vector<double> values =
+                interop::NodeValues(*array, component, case_.solid, snapshot.boundary);
             FillGaps(values, *array, snapshot.file);
             std::vector<float> converted;
             converted.reserve(values.size());
@@ -189,6 +200,17 @@ private:
                          "given; --times gives them");
     }
 
+    void WarnOfWalls() {
+        const ChosenArray& chosen = case_.Chosen(Quantity::Temperature);
+        if (chosen.onCells && !chosen.onBoundary) {
+            case_.warnings.push_back(
+                "\"" + chosen.name +
+                "\" has values of cells and none at the walls: those of surface nodes are "
+                "carried there from the cells around them; export values of points, or the "
+                "boundary with its own values, if a mould holds the walls colder");
+        }
+    }
+
     void WarnOfTemperatures() {
         constexpr float kColdestKelvin = 270.0F;
         constexpr float kColdestMould = -100.0F;
@@ -204,12 +226,12 @@ private:
         }
         if (isKelvin && low < kColdestMould) {
             case_.warnings.push_back(range +
-                                     ": the file looks like degrees Celsius, then leave out "
-                                     "--temperature-unit K");
+                                     ": the file looks like degrees Celsius, then say "
+                                     "--temperature-unit degC");
         }
     }
 
-    const ImportRequest& request_;
+    ImportRequest& request_;
     const ImportStage& stage_;
     ImportedCase case_;
     interop::ForeignMesh mesh_;
@@ -219,7 +241,7 @@ private:
 
 }  // namespace
 
-ImportedCase ReadForeignCase(const ImportRequest& request) {
+ImportedCase ReadForeignCase(ImportRequest& request) {
     return CaseReader(request).Read();
 }
 

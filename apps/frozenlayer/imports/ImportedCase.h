@@ -33,7 +33,7 @@ struct ImportedCase {
 /// Reads all output times. Raises ForeignProblem for everything that keeps them from being used: no array of
 /// temperatures (of displacements for a warp stage), meshes that differ between output times, too many values
 /// that are not numbers, equal times, regions that are not there.
-ImportedCase ReadForeignCase(const ImportRequest& request);
+ImportedCase ReadForeignCase(ImportRequest& request);
 
 /// Smallest and largest value of a quantity over all times and components; the first is larger when there is
 /// none.

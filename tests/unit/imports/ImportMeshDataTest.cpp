@@ -116,7 +116,7 @@ TEST_F(ImportMeshData, APartThatLooksLikeMetresIsWarnedOf) {
 
 TEST(LengthUnit, IsInMillimetres) {
     ImportRequest request;
-    EXPECT_EQ(qnl::imports::LengthUnit(request), 1.0);
+    EXPECT_EQ(qnl::imports::LengthUnit(request), 1.0) << "as long as none is told";
     request.lengthUnit = "in";
     EXPECT_EQ(qnl::imports::LengthUnit(request), 25.4);
 }

@@ -10,6 +10,7 @@ namespace {
 
 using qnl::interop::FillMissing;
 using qnl::interop::ForeignArray;
+using qnl::interop::ForeignFaces;
 using qnl::interop::NodeValues;
 using qnl::interop::SolidMesh;
 
@@ -40,26 +41,39 @@ TEST(NodeValues, OfPointsFollowTheNodes) {
         array.values.push_back(10.0 * point);
         array.values.push_back(10.0 * point + 1.0);
     }
-    const std::vector<double> values = NodeValues(array, 1, solid);
+    const std::vector<double> values = NodeValues(array, 1, solid, {});
     ASSERT_EQ(values.size(), 10U);
     for (std::size_t node = 0; node < values.size(); ++node) {
         EXPECT_EQ(values[node], 10.0 * static_cast<double>(node + 1) + 1.0);
     }
 }
 
-TEST(NodeValues, OfCellsAreMeansWeightedByVolume) {
-    const SolidMesh solid = Row();
-    const std::vector<double> values = NodeValues({"t", 1, true, {-1.0, 100.0, 40.0, 10.0}}, 0, solid);
-    EXPECT_DOUBLE_EQ(values[0], 100.0);
-    EXPECT_DOUBLE_EQ(values[3], (100.0 + 2.0 * 40.0) / 3.0);
-    EXPECT_DOUBLE_EQ(values[6], (2.0 * 40.0 + 3.0 * 10.0) / 5.0);
-    EXPECT_DOUBLE_EQ(values[9], 10.0);
+/// Blocks find the values of their faces by the name and the size of the array; the order of the points is
+/// the file's, in which point 9 is in no cell.
+TEST(NodeValues, OfCellsTakeThoseOfTheBoundary) {
+    ForeignCells cells(CubeCorners());
+    cells.mesh.points.insert(cells.mesh.points.begin(), {9.0, 9.0, 9.0});
+    const SolidMesh solid = cells.Add(12, {1, 2, 3, 4, 5, 6, 7, 8}).Build();
+    const ForeignArray temperature{"T", 1, true, {200.0}};
+    const std::vector<ForeignFaces> boundary{
+        {{0, 4}, {1, 2, 3, 4}, {{"p", 1, true, {7.0}}, {"T", 1, true, {50.0}}}},
+        {{0, 4}, {5, 6, 7, 8}, {{"T", 3, true, {1.0, 2.0, 3.0}}}},
+        {{0, 4}, {5, 6, 7, -1}, {{"T", 1, true, {30.0}}}},
+        {{0, 4}, {5, 6, 7, 0}, {{"T", 1, true, {30.0}}}},
+        {{0, 2}, {5, 6}, {{"T", 1, true, {30.0}}}},
+    };
+    const std::vector<double> values = NodeValues(temperature, 0, solid, boundary);
+    ASSERT_EQ(values.size(), 8U);
+    for (std::size_t node = 0; node < 8; ++node) {
+        // The slope from the middle, 200, to the face, 50, half a side below it, goes on to the other side.
+        EXPECT_DOUBLE_EQ(values[node], node < 4 ? 50.0 : 350.0) << node;
+    }
 }
 
 TEST(NodeValues, CellsThatAreNotFiniteDoNotCount) {
     const SolidMesh solid = Row();
     const std::vector<double> values =
-        NodeValues({"t", 1, true, {-1.0, 100.0, kNothing, INFINITY}}, 0, solid);
+        NodeValues({"t", 1, true, {-1.0, 100.0, kNothing, INFINITY}}, 0, solid, {});
     EXPECT_DOUBLE_EQ(values[3], 100.0);
     EXPECT_TRUE(std::isnan(values[5]));
     EXPECT_TRUE(std::isnan(values[9]));
