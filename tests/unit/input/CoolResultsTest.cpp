@@ -1,5 +1,7 @@
 #include "input/CoolResults.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 
 #include "support/CapturedOutput.h"

@@ -1,5 +1,7 @@
 #include "input/FiberResults.h"
 
+#include <gtest/gtest.h>
+
 #include "support/CapturedOutput.h"
 #include "unit/input/InputFixture.h"
 

@@ -1,5 +1,7 @@
 #include "input/FlowResults.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 

@@ -1,5 +1,7 @@
 #include "input/MaterialData.h"
 
+#include <gtest/gtest.h>
+
 #include "support/CapturedOutput.h"
 #include "unit/input/InputFixture.h"
 

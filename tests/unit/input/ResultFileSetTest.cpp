@@ -1,5 +1,7 @@
 #include "input/ResultFileSet.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <fstream>
 #include <stdexcept>

@@ -1,5 +1,7 @@
 #include "input/StoredNodes.h"
 
+#include <gtest/gtest.h>
+
 #include "unit/input/InputFixture.h"
 
 namespace {

@@ -1,5 +1,7 @@
 #include "input/TemperatureData.h"
 
+#include <gtest/gtest.h>
+
 #include <stdexcept>
 
 #include "support/CapturedOutput.h"

@@ -1,5 +1,7 @@
 #include "input/Thickness.h"
 
+#include <gtest/gtest.h>
+
 #include <limits>
 #include <stdexcept>
 

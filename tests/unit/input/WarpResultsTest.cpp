@@ -1,5 +1,7 @@
 #include "input/WarpResults.h"
 
+#include <gtest/gtest.h>
+
 #include "support/CapturedOutput.h"
 #include "unit/input/InputFixture.h"
 
