@@ -88,6 +88,9 @@ BruteRay::BruteRay(const kernel::MeshData& mesh, double meshSize)
         AddCell(cell);
     }
     firstPiece_.push_back(pieces_.size());
+    for (const auto& face : faces_) {
+        AddTriangles(face);
+    }
 }
 
 void BruteRay::AddCell(int cell) {
@@ -131,6 +134,33 @@ void BruteRay::AddPiece(const std::array<Vector, 4>& corners) {
     pieces_.push_back(piece);
 }
 
+void BruteRay::AddTriangles(const std::vector<int>& face) {
+    std::vector<Triangle>& added = triangles_.emplace_back();
+    for (const auto& nodes : Triangles(face)) {
+        Triangle triangle{};
+        triangle.nodes = nodes;
+        for (std::size_t i = 0; i < 3; ++i) {
+            triangle.corners[i] = Wide(mesh_.points[static_cast<std::size_t>(nodes[i])]);
+        }
+        const auto edge = [&](std::size_t to, std::size_t from) {
+            return Sub(triangle.corners[to % 3], triangle.corners[from]);
+        };
+        triangle.normal = Outer(edge(1, 0), edge(2, 0));
+        const Real length = Norm(triangle.normal);
+        if (length == 0.0L) {
+            continue;
+        }
+        for (Real& component : triangle.normal) {
+            component /= length;
+        }
+        for (std::size_t i = 0; i < 3; ++i) {
+            triangle.edges[i] = Outer(edge(i + 1, i), triangle.normal);
+            triangle.rooms[i] = epsilon_ * Norm(triangle.edges[i]);
+        }
+        added.push_back(triangle);
+    }
+}
+
 std::vector<BruteRay::Interval> BruteRay::Touched(std::size_t cell, const Vector& origin,
                                                   const Vector& direction) const {
     std::vector<Interval> spans;
@@ -145,6 +175,9 @@ std::vector<BruteRay::Interval> BruteRay::Touched(std::size_t cell, const Vector
                 span.low = std::max(span.low, room / speed);
             } else if (room < 0.0L) {
                 span.high = -1e301L;
+            }
+            if (span.low > span.high) {
+                break;
             }
         }
         if (span.low <= span.high) {
@@ -164,29 +197,16 @@ std::vector<BruteRay::Interval> BruteRay::Touched(std::size_t cell, const Vector
 }
 
 bool BruteRay::FacePassed(std::size_t face, const Vector& origin, const Vector& direction, Real end) const {
-    for (const auto& t : Triangles(faces_[face])) {
-        std::array<Vector, 3> corner{};
-        for (std::size_t i = 0; i < 3; ++i) {
-            corner[i] = Wide(mesh_.points[static_cast<std::size_t>(t[i])]);
-        }
-        Vector normal = Outer(Sub(corner[1], corner[0]), Sub(corner[2], corner[0]));
-        const Real length = Norm(normal);
-        if (length == 0.0L) {
-            continue;
-        }
-        for (Real& component : normal) {
-            component /= length;
-        }
+    for (const Triangle& triangle : triangles_[face]) {
         const auto inside = [&](const Vector& point) {
             bool in = true;
-            for (std::size_t i = 0; i < 3; ++i) {
-                Vector out = Outer(Sub(corner[(i + 1) % 3], corner[i]), normal);
-                in = in && Inner(out, Sub(point, corner[i])) <= epsilon_ * Norm(out);
+            for (std::size_t i = 0; i < 3 && in; ++i) {
+                in = Inner(triangle.edges[i], Sub(point, triangle.corners[i])) <= triangle.rooms[i];
             }
             return in;
         };
-        const Real height = Inner(normal, Sub(corner[0], origin));
-        const Real speed = Inner(normal, direction);
+        const Real height = Inner(triangle.normal, Sub(triangle.corners[0], origin));
+        const Real speed = Inner(triangle.normal, direction);
         if (std::fabs(height) <= epsilon_ && inside(origin)) {
             return true;
         }
@@ -206,11 +226,14 @@ bool BruteRay::FacePassed(std::size_t face, const Vector& origin, const Vector& 
 BruteRay::Result BruteRay::Find(const kernel::Point& from, const kernel::Point& unit) const {
     const Vector origin = Wide(from);
     const Vector direction = Wide(unit);
-    std::vector<std::vector<Interval>> touched(firstPiece_.size() - 1);
+    std::vector<std::pair<int, std::vector<Interval>>> touched;
     std::vector<Interval> all;
-    for (std::size_t cell = 0; cell < touched.size(); ++cell) {
-        touched[cell] = Touched(cell, origin, direction);
-        all.insert(all.end(), touched[cell].begin(), touched[cell].end());
+    for (int cell = 0; cell < mesh_.Cells(); ++cell) {
+        std::vector<Interval> spans = Touched(static_cast<std::size_t>(cell), origin, direction);
+        if (!spans.empty()) {
+            all.insert(all.end(), spans.begin(), spans.end());
+            touched.emplace_back(cell, std::move(spans));
+        }
     }
     std::sort(all.begin(), all.end(), [](const Interval& a, const Interval& b) { return a.low < b.low; });
     Result result;
@@ -230,14 +253,14 @@ BruteRay::Result BruteRay::Find(const kernel::Point& from, const kernel::Point& 
     if (!inside) {
         return result;
     }
-    for (std::size_t cell = 0; cell < touched.size(); ++cell) {
+    for (const auto& [cell, spans] : touched) {
         Real length = 0.0L;
-        for (const Interval& span : touched[cell]) {
+        for (const Interval& span : spans) {
             length += std::max(0.0L, std::min(span.high, end) - std::max(span.low, 0.0L));
         }
         result.narrowest = std::min(result.narrowest, std::fabs(length - passLength_) / passLength_);
         if (length > passLength_) {
-            result.ids.push_back(Faces() + static_cast<int>(cell) + 1);
+            result.ids.push_back(Faces() + cell + 1);
         }
     }
     if (result.ids.empty()) {
@@ -264,16 +287,10 @@ std::vector<int> BruteRay::BoundaryNodes() const {
 
 kernel::Point BruteRay::InwardDirection(int node) const {
     Vector sum{};
-    for (const auto& face : faces_) {
-        for (const auto& t : Triangles(face)) {
-            if (std::find(t.begin(), t.end(), node) == t.end()) {
-                continue;
-            }
-            const auto place = [&](int n) { return Wide(mesh_.points[static_cast<std::size_t>(n)]); };
-            Vector normal = Outer(Sub(place(t[1]), place(t[0])), Sub(place(t[2]), place(t[0])));
-            const Real length = Norm(normal);
-            for (std::size_t a = 0; a < 3 && length > 0.0L; ++a) {
-                sum[a] -= normal[a] / length;
+    for (const auto& face : triangles_) {
+        for (const Triangle& triangle : face) {
+            if (std::find(triangle.nodes.begin(), triangle.nodes.end(), node) != triangle.nodes.end()) {
+                sum = Sub(sum, triangle.normal);
             }
         }
     }

@@ -17,7 +17,8 @@ public:
     struct Result {
         std::vector<int> ids;  ///< ascending
         double insideEnd = 0.0;
-        Real narrowest = 1e30L;  ///< how near a cell's passed length came to the limit, over the limit
+        Real narrowest =
+            1e30L;  ///< how near a touched cell's passed length came to the limit, over the limit
     };
 
     BruteRay(const kernel::MeshData& mesh, double meshSize);
@@ -39,6 +40,13 @@ private:
         Real offset;
     };
     using Piece = std::array<Plane, 4>;
+    struct Triangle {
+        std::array<int, 3> nodes;
+        std::array<Vector, 3> corners;
+        Vector normal;                // unit
+        std::array<Vector, 3> edges;  // out of the edge after each corner, in the plane
+        std::array<Real, 3> rooms;    // epsilon times their lengths
+    };
     struct Interval {
         Real low;
         Real high;
@@ -46,6 +54,7 @@ private:
 
     void AddCell(int cell);
     void AddPiece(const std::array<Vector, 4>& corners);
+    void AddTriangles(const std::vector<int>& face);
     std::vector<Interval> Touched(std::size_t cell, const Vector& origin, const Vector& direction) const;
     bool FacePassed(std::size_t face, const Vector& origin, const Vector& direction, Real end) const;
 
@@ -54,7 +63,8 @@ private:
     Real passLength_;
     std::vector<std::size_t> firstPiece_;
     std::vector<Piece> pieces_;
-    std::vector<std::vector<int>> faces_;  // node lists, in the numbering order
+    std::vector<std::vector<int>> faces_;           // node lists, in the numbering order
+    std::vector<std::vector<Triangle>> triangles_;  // of each face, without those of no area
 };
 
 /// Node lists of the boundary faces by owning cell, then local face.
