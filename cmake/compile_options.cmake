@@ -10,3 +10,11 @@ endif()
 if(QNL_AUDIT)
   target_compile_definitions(qnl_options INTERFACE QNL_AUDIT)
 endif()
+
+# The headers that most sources of a library include.
+function(qnl_precompile_std target)
+  if(QNL_PRECOMPILE_STD)
+    target_precompile_headers(${target} PRIVATE <algorithm> <array> <cmath> <cstdint> <filesystem> <functional>
+      <iostream> <memory> <optional> <string> <string_view> <vector>)
+  endif()
+endfunction()
