@@ -62,8 +62,7 @@ double MeanNonZeroByLength(OneBased<const double> depths, OneBased<const double>
     double length = 0.0;
     for (int i = 1; i <= count; ++i) {
         if (std::abs(values[i]) > kZero) {
-            const double weight =
-                (depths[std::min(i + 1, depths.Count())] - depths[std::max(i - 1, 1)]) / 2.0;
+            const double weight = depths[std::min(i + 1, depths.Count())] - depths[std::max(i - 1, 1)];
             sum += weight * values[i];
             length += weight;
         }

@@ -16,8 +16,8 @@ WallLayers ReadWallLayers(OneBased<const double> depths, OneBased<const double> 
 double HighestValue(OneBased<const double> values);
 
 /// Mean of the values in the depth window (less than `window` mm below the first sample) whose magnitude is
-/// above 1e-8, each weighted by half the distance between its neighbours (half the distance to its one
-/// neighbour at the ends); 0 when there is none.
+/// above 1e-8, each weighted by the distance between its neighbours (the distance to its one neighbour at the
+/// ends); 0 when there is none.
 double MeanNonZeroByLength(OneBased<const double> depths, OneBased<const double> values, double window);
 
 }  // namespace qnl::profile

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -122,6 +123,16 @@ TEST_F(ResolvedLoop, NotesTheLayersOfTheWallByNode) {
     EXPECT_EQ(layers.moltenCore, 1.0);
     EXPECT_EQ(layers.wall, 2.0);
     EXPECT_EQ(job_.m_wallLayers[2].wall, 0.0) << "a node that is not listed";
+}
+
+TEST_F(ResolvedLoop, TellsOnlyTheWallOfAMaterialWithoutFreezeTemperature) {
+    job_.m_bIsThermoset = 1;
+    qnl::profile::EvaluateSurfaceNodes(job_);
+    const qnl::WallLayers& layers = job_.m_wallLayers[1];
+    EXPECT_TRUE(std::isnan(layers.frozenHere));
+    EXPECT_TRUE(std::isnan(layers.frozenFar));
+    EXPECT_TRUE(std::isnan(layers.moltenCore));
+    EXPECT_EQ(layers.wall, 2.0);
 }
 
 TEST_F(ResolvedLoop, RecoversTheGradientsOnceForEveryOutputTime) {
@@ -251,4 +262,27 @@ TEST_F(ResolvedLoop, GradientsStandSideBySideByNode) {
     EXPECT_EQ(input.fields[qnl::kSpeed].gradients, nullptr);
     EXPECT_EQ(input.mesh.nodes, job_.p_Node);
     EXPECT_EQ(input.mesh.cells, job_.p_Cell);
+}
+
+TEST_F(ResolvedLoop, GradientsOfOtherFieldsAreNotRecovered) {
+    job_.m_bHasIntermediateTimes = 1;
+    job_.m_bIsGasIn = 1;
+    job_.m_bFillHasCoolingTime = 1;
+    qnl::profile::RecoverFields(job_);
+    const qnl::profile::ProfileInput input = qnl::profile::FieldsOf(job_);
+    EXPECT_EQ(TheFields().recovered.front().size(), 3U);
+    for (const qnl::FieldSlot slot : {qnl::kGasMarker, qnl::kSpeed, qnl::kCoolingTime}) {
+        EXPECT_EQ(input.fields[slot].values, job_.m_pNodeData[slot].get());
+        EXPECT_EQ(input.fields[slot].gradients, nullptr) << slot;
+    }
+    EXPECT_EQ(input.fields[qnl::kDensity].gradients, job_.m_pFieldGradients.get() + 6);
+}
+
+TEST_F(ResolvedLoop, TheTemperatureKeepsWithinItsRange) {
+    qnl::profile::RecoverFields(job_);
+    EXPECT_EQ(qnl::profile::FieldsOf(job_).fields[qnl::kTemperature].known.lowest, 30.0);
+    EXPECT_TRUE(std::isinf(qnl::profile::FieldsOf(job_).fields[qnl::kTemperature].known.highest));
+    SetNodes(qnl::kTemperature, {120.0, 120.0, 20.0, 120.0, 120.0});
+    EXPECT_EQ(qnl::profile::FieldsOf(job_).fields[qnl::kTemperature].known.lowest, 20.0);
+    EXPECT_EQ(qnl::profile::FieldsOf(job_).fields[qnl::kTemperature].known.highest, 120.0);
 }

@@ -74,6 +74,15 @@ TEST(EdgeCurvature, KeepsBelowTheHighestValueKnown) {
 
 TEST(EdgeCurvature, IsZeroWithoutSlopes) {
     EXPECT_EQ(LimitedCurvature({40.0, 50.0, std::nan(""), 5.0}, kNothingKnown), 0.0);
+    EXPECT_EQ(LimitedCurvature({std::nan(""), std::nan(""), 0.0, 0.0}, kNothingKnown), 0.0)
+        << "an edge between nodes without values";
+}
+
+TEST(EdgeCurvature, TreatsSmallCurvaturesAsLargeOnes) {
+    const EdgeData valley{40.0, 40.0, -0.125, 0.125};
+    EXPECT_EQ(LimitedCurvature(valley, kNothingKnown), 0.25);
+    EXPECT_EQ(LimitedCurvature(valley, Above(40.0)), 0.0);
+    EXPECT_EQ(LimitedCurvature({40.0, 40.0, 0.125, -0.125}, Above(40.0)), -0.25);
 }
 
 }  // namespace
