@@ -1,7 +1,9 @@
 #include "profile/ResolvedFields.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <iterator>
 #include <stdexcept>
 #include <vector>
 
@@ -99,9 +101,9 @@ ProfileInput FieldsOf(const FrozenLayerJob& job, FieldsWanted wanted) {
     }
     NodalField& temperature = input.fields.front();
     temperature.known = RangeOfCooling(input.mesh, temperature.values, job.m_nNodes, job.m_nCells);
-    for (std::size_t k = 0; k < input.velocity.size(); ++k) {
-        input.velocity[k] =
-            run.flow && wanted == FieldsWanted::OfTheStage ? job.m_pNodeVector[k].get() : nullptr;
+    if (run.flow && wanted == FieldsWanted::OfTheStage) {
+        std::transform(std::begin(job.m_pNodeVector), std::end(job.m_pNodeVector), input.velocity.begin(),
+                       [](const OwnedArray<float>& component) { return component.get(); });
     }
     return input;
 }

@@ -25,10 +25,10 @@ WallLayers ReadWallLayers(OneBased<const double> depths, OneBased<const double> 
     layers.wall = depths[count] - depths[1];
     const auto molten = [&](int i) { return temperatures[i] >= freezeTemperature; };
     int first = 1;
-    while (first <= count && !molten(first)) {
+    while (first < count && !molten(first)) {
         ++first;
     }
-    if (first > count) {
+    if (!molten(first)) {
         layers.frozenHere = layers.wall;
         layers.frozenFar = layers.wall;
         return layers;

@@ -144,13 +144,15 @@ void ResolvedProfile::AddStretch(const Stretch& stretch, bool begins) {
     }
 }
 
-// Depths that do not ascend are left out.
+// Depths that do not ascend are left out; at the end of the stretch its last values stand, however short it
+// is.
 void ResolvedProfile::AddDepths(const Stretch& stretch, int steps, bool begins) {
     parts_.clear();
     for (int step = begins ? 0 : 1; step <= steps; ++step) {
         const double part = static_cast<double>(step) / steps;
         const double depth = step < steps ? stretch.from + (stretch.to - stretch.from) * part : stretch.to;
-        if (Count() == 0 || depth > depths_.back()) {
+        const bool within = step == steps || depth < stretch.to;
+        if (within && (Count() == 0 || depth > depths_.back())) {
             parts_.push_back(part);
             depths_.push_back(depth);
             cells_.push_back(stretch.piece.cell);

@@ -213,6 +213,31 @@ TEST_F(ResolvedLoop, FlakesAreThoseOfTheCellsOfTheSamples) {
         << "the first cell ends before that";
 }
 
+TEST_F(ResolvedLoop, SamplesStandForElementsAndForMergedSamples) {
+    using namespace qnl::profile;
+    RecoverFields(job_);
+    ProfileScratch scratch;
+    scratch.resolved.TakeInput(FieldsOf(job_));
+    const std::vector<int> found{1, 3, 4};
+    const RayProfile profile =
+        ResolveRay(job_, {{1.0, 0.0, 0.0}, {0.0, 0.0, 1.0}, 0}, {found.data(), 3}, scratch);
+    EXPECT_EQ(profile.direction.z, 1.0);
+    const std::vector<double> depths{0.0, 1.0, 2.0};
+    const std::vector<double> temperatures{40.0, 100.0, 120.0};
+    const std::vector<int> elements{3, 3, 4};
+    ASSERT_EQ(profile.elements.Count(), 3);
+    ASSERT_EQ(profile.samples.Count(), 3);
+    for (int j = 1; j <= 3; ++j) {
+        const auto k = static_cast<std::size_t>(j) - 1;
+        EXPECT_EQ(profile.elements.depths[j], depths[k]);
+        EXPECT_EQ(profile.samples.depths[j], depths[k]);
+        EXPECT_EQ(profile.temperatures[j], temperatures[k]);
+        EXPECT_EQ(profile.samples.temperatures[j], temperatures[k]);
+        EXPECT_EQ(profile.elements.elements[j].Value(), elements[k]) << "two faces, then the cells";
+        EXPECT_EQ(profile.samples.elements[j].Value(), elements[k]);
+    }
+}
+
 TEST_F(ResolvedLoop, OnlyTheFieldsThatTheStageNeedsAreSampled) {
     using qnl::profile::ProfileField;
     qnl::profile::RecoverFields(job_);

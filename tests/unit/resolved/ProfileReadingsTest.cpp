@@ -2,23 +2,24 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <initializer_list>
 #include <vector>
 
 namespace qnl::profile {
 namespace {
 
-// Entries of a 1-based view; what stands on either side of them is not a number.
+// Entries of a 1-based view; what stands on either side of them is far from any of them.
 class Samples {
 public:
-    Samples(std::initializer_list<double> samples) : entries_{std::nan("")} {
+    Samples(std::initializer_list<double> samples) : entries_{kFar} {
         entries_.insert(entries_.end(), samples);
-        entries_.push_back(std::nan(""));
+        entries_.push_back(kFar);
     }
     OneBased<const double> View() const { return {entries_.data(), static_cast<int>(entries_.size()) - 2}; }
 
 private:
+    static constexpr double kFar = 1e9;
+
     std::vector<double> entries_;
 };
 
