@@ -239,5 +239,23 @@ TEST(CellField, TakesNewValuesAfterForget) {
     EXPECT_EQ(cell.In(piece).At(middle), 2.0);
 }
 
+TEST(CellField, IsLinearWithoutGradientsAfterAFieldThatHasThem) {
+    const RecordedMesh mesh(testing::SingleCell(kernel::CellType::Tetra));
+    const std::vector<double> values(5, 1.0);
+    std::vector<double> gradients(15, 0.0);
+    gradients[3 * 1] = 4.0;
+    gradients[3 * 2] = -4.0;
+    const kernel::RecordMesh view = mesh.View();
+    CellField cell;
+    RayPiece piece{};
+    piece.vertex = {1, 2, 3, 4};
+    const std::array<double, 4> halfWay{0.5, 0.5, 0.0, 0.0};
+    cell.Take({view.nodes, view.cells}, {values.data(), gradients.data()}, 1);
+    EXPECT_EQ(cell.In(piece).At(halfWay), 2.0) << "1 + 4 x (1 - x)";
+    cell.Forget();
+    cell.Take({view.nodes, view.cells}, {values.data()}, 1);
+    EXPECT_EQ(cell.In(piece).At(halfWay), 1.0);
+}
+
 }  // namespace
 }  // namespace qnl::profile

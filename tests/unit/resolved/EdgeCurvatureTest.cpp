@@ -35,6 +35,7 @@ TEST(EdgeCurvature, LeavesEveryParabolaAsItIs) {
 TEST(EdgeCurvature, TakesAnOvershootAtAFrontBack) {
     EXPECT_EQ(LimitedCurvature({230.0, 230.0, 0.0, -60.0}, kNothingKnown), 0.0);
     EXPECT_EQ(LimitedCurvature({230.0, 225.0, 10.0, -60.0}, kNothingKnown), -10.0);
+    EXPECT_EQ(LimitedCurvature({40.0, 50.0, 25.0, 4.0}, kNothingKnown), -20.0);
 }
 
 // Departure 0.1, half way between 0.05 and 0.15: half of the curvature of 100.
@@ -59,6 +60,9 @@ TEST(EdgeCurvature, KeepsAboveTheLowestValueKnown) {
     EXPECT_EQ(LimitedCurvature(edge, Above(20.0)), 80.0) << "a parabola that keeps above the bound";
     EXPECT_EQ(LimitedCurvature(edge, Above(45.0)), 8.0) << "an end below the bound: monotone";
     EXPECT_EQ(LimitedCurvature({42.0, 42.0, 30.0, -30.0}, Above(40.0)), -60.0) << "upwards it does not count";
+    EXPECT_EQ(LimitedCurvature({42.0, 46.0, -9.5, 17.5}, Above(40.0)), 27.0) << "the bound is at 29.9";
+    EXPECT_NEAR(LimitedCurvature({42.0, 42.0, -8.5, 8.5}, Above(40.0)), 16.0, 1e-12);
+    EXPECT_EQ(LimitedCurvature({42.0, 42.0, -8.0, 8.0}, Above(45.0)), 0.0) << "both ends below the bound";
 }
 
 // The same upside down: a bound of 230 over 228 and 224.
@@ -83,6 +87,8 @@ TEST(EdgeCurvature, TreatsSmallCurvaturesAsLargeOnes) {
     EXPECT_EQ(LimitedCurvature(valley, kNothingKnown), 0.25);
     EXPECT_EQ(LimitedCurvature(valley, Above(40.0)), 0.0);
     EXPECT_EQ(LimitedCurvature({40.0, 40.0, 0.125, -0.125}, Above(40.0)), -0.25);
+    EXPECT_NEAR(LimitedCurvature({40.0, 40.0, -0.105, 0.145}, kNothingKnown), 0.7 * 0.25, 1e-13)
+        << "departure 0.08";
 }
 
 }  // namespace
