@@ -122,6 +122,7 @@ TEST_F(ResolvedLoop, NotesTheLayersOfTheWallByNode) {
     EXPECT_EQ(layers.frozenFar, 0.0);
     EXPECT_EQ(layers.moltenCore, 1.0);
     EXPECT_EQ(layers.wall, 2.0);
+    EXPECT_EQ(layers.hottest, 120.0);
     EXPECT_EQ(job_.m_wallLayers[2].wall, 0.0) << "a node that is not listed";
 }
 
@@ -133,6 +134,7 @@ TEST_F(ResolvedLoop, TellsOnlyTheWallOfAMaterialWithoutFreezeTemperature) {
     EXPECT_TRUE(std::isnan(layers.frozenFar));
     EXPECT_TRUE(std::isnan(layers.moltenCore));
     EXPECT_EQ(layers.wall, 2.0);
+    EXPECT_EQ(layers.hottest, 120.0);
 }
 
 TEST_F(ResolvedLoop, RecoversTheGradientsOnceForEveryOutputTime) {
@@ -272,6 +274,20 @@ TEST_F(ResolvedLoop, OnlyTheFieldsThatTheStageNeedsAreSampled) {
     job_.m_bHasCool = 1;
     EXPECT_TRUE(needs(ProfileField::CoolingTime));
     EXPECT_FALSE(needs(ProfileField::BulkWeight));
+}
+
+TEST_F(ResolvedLoop, TheTemperatureAloneIsSampledWhenNoMoreIsWanted) {
+    using qnl::profile::FieldsWanted;
+    using qnl::profile::ProfileField;
+    job_.m_bHasFlow = 1;
+    SetVelocity(0, {1.0F});
+    qnl::profile::RecoverFields(job_, FieldsWanted::Temperature);
+    const qnl::profile::ProfileInput input = qnl::profile::FieldsOf(job_, FieldsWanted::Temperature);
+    EXPECT_TRUE(input.Has(ProfileField::Temperature));
+    EXPECT_FALSE(input.Has(ProfileField::VolumeShrinkage));
+    EXPECT_FALSE(input.Has(ProfileField::BulkWeight));
+    EXPECT_FALSE(input.Has(ProfileField::VelocityU));
+    EXPECT_EQ(TheFields().recovered.back().size(), 1U);
 }
 
 TEST_F(ResolvedLoop, GradientsStandSideBySideByNode) {
