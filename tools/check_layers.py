@@ -131,6 +131,7 @@ ROOMS = {
         "apps/frozenlayer/project",
         "apps/frozenlayer/series",
         "src/context",
+        "src/mesh",
         "src/layout",
         "platform/results",
         "platform/kernel",

@@ -92,6 +92,22 @@ struct StageItem {
     QNLRESULTTYPE type;
 };
 
+/// Whether a result says nothing without this item.
+constexpr bool IsNeeded(StageKind stage, int id) {
+    switch (stage) {
+        case StageKind::Flow:
+            return id == kFlowTemperature;
+        case StageKind::Cool:
+            return id == kCoolTemperature;
+        case StageKind::Thickness:
+            return id == kThicknessAlongRay;
+        case StageKind::Warp:
+        case StageKind::Fibre:
+            return true;
+    }
+    return false;
+}
+
 /// Every item that the evaluation knows, by stage, then ascending number.
 inline constexpr StageItem kStageItems[] = {
     {StageKind::Flow, kFlowTemperature, "Temperature", "\u00b0C", QNLRESULT_NODE},

@@ -16,6 +16,7 @@
 #include "layout/ProjectFolders.h"
 #include "page/ReportPage.h"
 #include "project/ProjectInputs.h"
+#include "project/StageGaps.h"
 #include "project/WrittenFiles.h"
 #include "runs/MarkerNote.h"
 #include "runs/RunProgress.h"
@@ -152,6 +153,11 @@ bool ShowResults(const RunRequest& request, const page::PageTemplate& frame, Run
     return shown;
 }
 
+/// The fibre probe reads a result of its own.
+std::optional<StageKind> StageKindOf(const RunRequest& request, const project::StageFile& base) {
+    return request.fibreProbe ? std::nullopt : project::KindOfResult(base.extension);
+}
+
 bool Run(const RunRequest& request) {
     if (request.fibreProbe && IsShown(request)) {
         throw project::InputProblem("--fibre-probe writes no results that --view or --export could show");
@@ -164,9 +170,7 @@ bool Run(const RunRequest& request) {
     const project::WrittenFiles written({base.RunFolder(), layout::MeshFolder(base.directory)});
 
     text::ProgressBar bar(std::cerr, host::ErrorIsTerminal() && request.logLevel == 0 && !request.fibreProbe);
-    const Stage* stage = FindStage(base.extension);
-    const bool readsMaps = stage != nullptr && stage->kind == StageKind::Cool;
-    runs::RunProgress progress(bar, {!readsMaps, IsShown(request)});
+    runs::RunProgress progress(bar, {StageKindOf(request, base), IsShown(request)});
     const job::ExitCode code = Evaluate(request, base, MakeOptions(request, intermediateTimes, progress));
     bar.Clear();
     runs::PrintDeepWalls(progress.Walls(), std::cerr);

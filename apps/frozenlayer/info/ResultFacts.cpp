@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <utility>
 #include <vector>
 
@@ -5,6 +6,7 @@
 #include "info/FactReaders.h"
 #include "platform/Faults.h"
 #include "project/ProjectPaths.h"
+#include "project/StageGaps.h"
 #include "results/ResultFile.h"
 #include "series/ItemStatistics.h"
 #include "series/PeopleNames.h"
@@ -130,6 +132,10 @@ FileFacts ReadResultFacts(const std::string& path) {
         AddHead(content, facts);
         AddEntries(content, facts);
         facts.tables.push_back(ItemTable(content, series::IsWarpResult(path)));
+        const auto kind = project::KindOfResult(std::filesystem::path(path).extension().string());
+        if (kind) {
+            project::RecordAbsentItems(path, *kind, project::SummaryOf(content));
+        }
         if (HasLayers(content, path)) {
             AddLayers(path, facts);
         }

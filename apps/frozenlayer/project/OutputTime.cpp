@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "results/ResultFile.h"
 #include "text/NumberText.h"
 
 namespace qnl::project {
@@ -11,18 +10,26 @@ std::string OutputTime::Text() const {
     return seconds ? text::NumberText(*seconds) + " s" : "index " + std::to_string(index);
 }
 
-StageSummary ReadStageSummary(std::string_view stageFile) {
+StageSummary SummaryOf(const results::ResultFileContent& content) {
     StageSummary summary;
+    summary.hasNodeIds = content.hasNodeIds;
+    summary.isBinary = true;
+    summary.nodes = content.maxNode;
+    for (const results::ResultItem& item : content.items) {
+        summary.items.push_back(item.id);
+    }
+    if (content.time && content.time->unit == "s" && std::isfinite(content.time->value)) {
+        summary.seconds = content.time->value;
+    }
+    return summary;
+}
+
+StageSummary ReadStageSummary(std::string_view stageFile) {
     try {
-        const results::ResultFileContent content = results::ReadResultSummary(stageFile);
-        summary.hasNodeIds = content.hasNodeIds;
-        if (content.time && content.time->unit == "s" && std::isfinite(content.time->value)) {
-            summary.seconds = content.time->value;
-        }
+        return SummaryOf(results::ReadResultSummary(stageFile));
     } catch (const results::ResultFileError&) {
         return {};
     }
-    return summary;
 }
 
 }  // namespace qnl::project

@@ -3,6 +3,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "results/ResultFile.h"
 
 namespace qnl::project {
 
@@ -20,8 +23,14 @@ struct OutputTime {
 struct StageSummary {
     std::optional<double> seconds;  ///< real time; none in ASCII and damaged files
     bool hasNodeIds = false;        ///< a binary result with a map of node ids
+    bool isBinary = false;          ///< what follows is known
+    int nodes = 0;                  ///< node entries: the largest label, or rows with labels
+    std::vector<int> items;         ///< their numbers, ascending
 };
 
+StageSummary SummaryOf(const results::ResultFileContent& content);
+
+/// Nothing is known of a text or a damaged file.
 StageSummary ReadStageSummary(std::string_view stageFile);
 
 }  // namespace qnl::project

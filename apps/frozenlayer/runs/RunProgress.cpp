@@ -3,17 +3,44 @@
 #include "base/WindowsPath.h"
 #include "context/FrozenLayerJob.h"
 #include "context/RunConditions.h"
-#include "platform/Stages.h"
+#include "mesh/MeshNodes.h"
 #include "project/FaultReport.h"
 #include "project/ProjectPaths.h"
+#include "project/StageGaps.h"
 #include "text/NumberText.h"
 
 namespace qnl::runs {
 
 namespace {
 
-void RecordNodeIdMisuse(const std::string& resultFile) {
-    project::RecordNodeIdMisuse(resultFile, project::ReadStageSummary(resultFile));
+void CheckCompanion(const std::string& resultFile, StageKind kind) {
+    const project::StageSummary summary = project::ReadStageSummary(resultFile);
+    project::RecordNodeIdMisuse(resultFile, summary);
+    project::RecordAbsentItems(resultFile, kind, summary);
+}
+
+/// Nodes of the part for which the result has no entry; they count as 0. Of rows with labels only their
+/// number is known here.
+int NodesWithoutEntry(const FrozenLayerJob& job, const project::StageSummary& summary) {
+    int parts = 0;
+    int beyond = 0;
+    for (int n = 1; n <= job.m_nNodes; ++n) {
+        if (mesh::IsPartNode(job, NodeId(n))) {
+            ++parts;
+            beyond += mesh::LabelOf(job, NodeId(n)).Value() > summary.nodes ? 1 : 0;
+        }
+    }
+    return summary.hasNodeIds ? std::max(parts - summary.nodes, 0) : beyond;
+}
+
+void RecordNodesWithoutEntry(const FrozenLayerJob& job, const std::string& stageFile,
+                             const project::StageSummary& summary) {
+    const int count = summary.isBinary ? NodesWithoutEntry(job, summary) : 0;
+    if (count > 0) {
+        RecordFault({stageFile, "node entries", "one for each node of the part",
+                     "none for " + text::CountText(count, "node") + ", which count as 0",
+                     "use the result that was computed on this mesh"});
+    }
 }
 
 }  // namespace
@@ -23,9 +50,13 @@ void RunProgress::TimeBegins(int index, int intermediateTimes, const char* stage
     timeCount_ = intermediateTimes + 1;
     const project::StageSummary summary = project::ReadStageSummary(stageFile);
     times_.push_back({{index, summary.seconds}, stageFile, "", false, {}, {}});
-    if (wishes_.checkNodeIds) {
+    if (wishes_.stage && *wishes_.stage != StageKind::Cool) {
         project::RecordNodeIdMisuse(stageFile, summary);
     }
+    if (wishes_.stage) {
+        project::RecordAbsentItems(stageFile, *wishes_.stage, summary);
+    }
+    summary_ = summary;
     ShowShare(0.0);
 }
 
@@ -41,6 +72,7 @@ void RunProgress::TimeEnds(int /*index*/, bool evaluated, const FrozenLayerJob& 
         bar_.Line(Title() + ": not evaluated, " + project::NativePath(time.stageFile) + " could not be read");
         return;
     }
+    RecordNodesWithoutEntry(job, time.stageFile, summary_);
     CheckCompanions(job);
     if (job.m_bKernelFlag == 1) {
         return;  // the probe evaluates no surface nodes
@@ -76,10 +108,10 @@ void RunProgress::ShowShare(double shareOfTime) {
 
 void RunProgress::CheckCompanions(const FrozenLayerJob& job) const {
     if (job.m_bIsFlakeLightIntensity == 1) {
-        RecordNodeIdMisuse(ReplaceExtension(times_.back().stageFile, kFibreExtension));
+        CheckCompanion(ReplaceExtension(times_.back().stageFile, kFibreExtension), StageKind::Fibre);
     }
     if (job.m_bIsGasIn == 1) {
-        RecordNodeIdMisuse(ReplaceExtension(job.m_szMeshFile.View(), kThicknessExtension));
+        CheckCompanion(ReplaceExtension(job.m_szMeshFile.View(), kThicknessExtension), StageKind::Thickness);
     }
 }
 

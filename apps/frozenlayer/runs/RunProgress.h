@@ -9,6 +9,7 @@
 #include "context/RunOptions.h"
 #include "kernel/MeshKernelState.h"
 #include "platform/FieldKernel.h"
+#include "platform/Stages.h"
 #include "project/OutputTime.h"
 #include "results/ResultFile.h"
 #include "series/SeriesFiles.h"
@@ -30,8 +31,8 @@ struct EvaluatedTime {
 
 /// What a run is followed for beyond its progress.
 struct RunWishes {
-    bool checkNodeIds = true;  ///< a map of node ids in a stage file is misuse and recorded as a fault
-    bool keepMesh = false;     ///< the mesh is wanted after the run
+    std::optional<StageKind> stage;  ///< what the stage files should hold; unknown: they are not checked
+    bool keepMesh = false;           ///< the mesh is wanted after the run
 };
 
 /// Follows a run: shows its progress and keeps what the report needs.
@@ -64,6 +65,7 @@ private:
     int timeCount_ = 1;
     Clock::time_point begin_;
     std::vector<EvaluatedTime> times_;
+    project::StageSummary summary_;  ///< of the present stage file
     series::DeepWalls walls_;
     GradientReport gradients_;
     series::RunView view_;
