@@ -12,6 +12,7 @@
 #include "commands/ShowCommand.h"
 #include "commands/ViewCommand.h"
 #include "host/HostSystem.h"
+#include "platform/HostThreads.h"
 
 namespace {
 
@@ -26,6 +27,7 @@ constexpr std::array<AddSubcommand, 9> kSubcommands{
 }  // namespace
 
 int main(int argc, char** argv) try {
+    qnl::LetIdleThreadsSleep(argv);
     qnl::host::UseUtf8Output();
     qnl::commands::Program program;
     for (const AddSubcommand add : kSubcommands) {

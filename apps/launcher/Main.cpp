@@ -2,6 +2,7 @@
 
 #include "LauncherWords.h"
 #include "job/EntryRoutine.h"
+#include "platform/HostThreads.h"
 
 namespace {
 
@@ -46,6 +47,7 @@ constexpr const char* kUsage =
 }  // namespace
 
 int main(int argc, char** argv) {
+    qnl::LetIdleThreadsSleep(argv);
     qnl::launcher::LauncherWords parsed = qnl::launcher::ParseLauncherWords(argc, argv);
     if (!parsed.usageError.empty()) {
         std::fprintf(stderr, "QNL3DFrozenLayer: %s; see QNL3DFrozenLayer --help\n",

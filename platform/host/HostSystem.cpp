@@ -3,8 +3,11 @@
 #include <fcntl.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
+
+#include "platform/HostThreads.h"
 
 #ifdef _WIN32
 #define NOMINMAX
@@ -78,6 +81,22 @@ std::string ProgramPath() {
     return failed ? std::string() : path.string();
 #endif
 }
+
+}  // namespace qnl::host
+
+void qnl::LetIdleThreadsSleep(char** argv) {
+#ifdef _WIN32
+    static_cast<void>(argv);
+#else
+    if (std::getenv("OMP_WAIT_POLICY") == nullptr && std::getenv("GOMP_SPINCOUNT") == nullptr) {
+        const std::string path = host::ProgramPath();
+        setenv("OMP_WAIT_POLICY", "passive", 0);
+        execv(path.c_str(), argv);
+    }
+#endif
+}
+
+namespace qnl::host {
 
 SilencedError::SilencedError() : former_((std::fflush(stderr), Duplicate(kStandardError))) {
     const int nowhere = OpenForWriting(kNowhere);
