@@ -189,6 +189,19 @@ class ImportTest(ImportCase):
         with h5py.File(self.out / "Mesh/box.hdf") as file:
             numpy.testing.assert_array_equal(file["VTKHDF/CellData/Region"][()], [0] * 90 + [1] * 4 + [2] * 2)
 
+    def test_doubtful_temperatures_are_told_last(self):
+        """Behind all tables, of import and of show."""
+        told = self.bring_in(self.vtu(), material=("--freeze-temperature", 40))
+        self.assertRegex(told.stderr, r"Warning: temperatures from 60 to 180 °C are all above the freeze temperature, 40")
+        shown = run("show", self.vtu(), "--freeze-temperature", 40, "--out", self.folder / "page.html")
+        self.assertEqual(shown.returncode, 0, shown.stderr)
+        self.assertIn("all above the freeze temperature", shown.stderr.splitlines()[-1])
+
+    def test_markers_are_no_temperatures(self):
+        marked = numpy.where(numpy.arange(len(self.points)) < 3, 1e20, self.temperature)
+        path = self.vtu(point_data={"temperature": marked})
+        self.check_refused([path], "no temperature at 3 nodes, the first 1e+20", "--allow-missing")
+
     def test_wall_sets_the_tolerance(self):
         self.bring_in(self.vtu(), "--wall", 3)
         with h5py.File(self.out / "Mesh/box.hdf") as file:

@@ -9,6 +9,7 @@
 #include "imports/ImportReport.h"
 #include "imports/ImportedCase.h"
 #include "imports/ImportedProject.h"
+#include "imports/TemperatureChecks.h"
 
 namespace qnl::commands {
 
@@ -122,17 +123,24 @@ void AddImportOptions(Subcommand& command, imports::ImportRequest& request) {
         .ShowDefault();
 }
 
-std::string ImportProject(imports::ImportRequest request) {
+ImportOutcome ImportProject(imports::ImportRequest request) {
     imports::CheckProjectFolder(request.folder, request.force);
     const imports::ImportedMaterial material = imports::ChooseMaterial(request);
     const imports::ImportedCase imported = imports::ReadForeignCase(request);
     const imports::ImportedProject project = imports::WriteProject(request, imported, material);
     imports::PrintImport(request, imported, material, project, std::cout);
+    ImportOutcome outcome{project.stageFile, imported.warnings};
+    for (std::string& warning : imports::TemperatureWarnings(request, imported, material.freezeTemperature)) {
+        outcome.warnings.push_back(std::move(warning));
+    }
+    return outcome;
+}
+
+void PrintWarnings(const ImportOutcome& outcome) {
     std::cout.flush();
-    for (const std::string& warning : imported.warnings) {
+    for (const std::string& warning : outcome.warnings) {
         std::cerr << "Warning: " + warning + ".\n";
     }
-    return project.stageFile;
 }
 
 void AddImportCommand(Program& program) {
@@ -148,7 +156,7 @@ void AddImportCommand(Program& program) {
           "examples/stepped-plate/Material/pp.toml",
           "frozenlayer run plate"}},
         [request] {
-            ImportProject(*request);
+            PrintWarnings(ImportProject(*request));
             return true;
         });
     AddImportOptions(command, *request);

@@ -45,9 +45,11 @@ private:
 };
 
 bool ShowProject(const ShowRequest& request) {
-    const std::string stageFile = ImportProject(request.import);
+    const ImportOutcome outcome = ImportProject(request.import);
     std::cout << "\n";
-    return RunStage(stageFile, request.page, request.mode);
+    const bool shown = RunStage(outcome.stageFile, request.page, request.mode);
+    PrintWarnings(outcome);
+    return shown;
 }
 
 bool Show(ShowRequest request) {

@@ -6,6 +6,7 @@
 
 #include "imports/ImportMeshData.h"
 #include "imports/ImportStage.h"
+#include "imports/TemperatureChecks.h"
 #include "interop/NodeFields.h"
 #include "text/NumberText.h"
 
@@ -64,7 +65,6 @@ public:
         SortTimes();
         WarnOfTimes();
         WarnOfWalls();
-        WarnOfTemperatures();
         return std::move(case_);
     }
 
@@ -152,6 +152,9 @@ private:
             }
             components.push_back(std::move(converted));
         }
+        if (rule.quantity == Quantity::Temperature) {
+            CheckTemperatures(components.front(), array->name, snapshot.file);
+        }
         return components;
     }
 
@@ -208,26 +211,6 @@ private:
                 "\" has values of cells and none at the walls: those of surface nodes are "
                 "carried there from the cells around them; export values of points, or the "
                 "boundary with its own values, if a mould holds the walls colder");
-        }
-    }
-
-    void WarnOfTemperatures() {
-        constexpr float kColdestKelvin = 270.0F;
-        constexpr float kColdestMould = -100.0F;
-        const auto [low, high] = QuantityRange(case_, Quantity::Temperature);
-        const bool isKelvin = request_.temperatureUnit == "K";
-        if (low > high) {
-            return;
-        }
-        const std::string range = "temperatures from " + text::NumberText(static_cast<double>(low)) + " to " +
-                                  text::NumberText(static_cast<double>(high)) + " °C";
-        if (!isKelvin && low > kColdestKelvin) {
-            case_.warnings.push_back(range + " look like kelvin: then add --temperature-unit K");
-        }
-        if (isKelvin && low < kColdestMould) {
-            case_.warnings.push_back(range +
-                                     ": the file looks like degrees Celsius, then say "
-                                     "--temperature-unit degC");
         }
     }
 

@@ -245,9 +245,9 @@ private:
     std::string name_;
 };
 
-void CheckMaterial(const ImportedMaterial& material, const std::string& path) {
+material::Material Parsed(const ImportedMaterial& material, const std::string& path) {
     try {
-        material::ParseMaterial(material.text);
+        return material::ParseMaterial(material.text);
     } catch (const material::MaterialFault& fault) {
         throw project::InputProblem(
             path + (fault.Line() > 0 ? ", line " + std::to_string(fault.Line()) : "") + ": " + fault.what());
@@ -266,10 +266,13 @@ ImportedMaterial ChooseMaterial(const ImportRequest& request) {
                 "# Made by frozenlayer import from a freeze temperature alone: the density is assumed.\n"
                 "name = \"Freeze temperature only\"\nkind = \"thermoplastic\"\nfreeze_temperature = " +
                     std::to_string(*request.freezeTemperature) + "\ndensity = 1.0\n",
-                "freeze temperature given; a density of 1 g/cm³ is assumed"};
+                "freeze temperature given; a density of 1 g/cm³ is assumed", request.freezeTemperature};
     }
-    ImportedMaterial material{"", ReadText(request.material), request.material};
-    CheckMaterial(material, request.material);
+    ImportedMaterial material{"", ReadText(request.material), request.material, std::nullopt};
+    const material::Material law = Parsed(material, request.material);
+    if (law.kind == material::MaterialKind::Thermoplastic) {
+        material.freezeTemperature = law.freezeTemperature;
+    }
     material.fileName = PlainName(fs::path(request.material).stem().string()) + ".toml";
     return material;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,8 @@ namespace qnl::imports {
 struct ImportedMaterial {
     std::string fileName;
     std::string text;
-    std::string origin;  ///< in words
+    std::string origin;                       ///< in words
+    std::optional<double> freezeTemperature;  ///< degC; none for a thermoset
 };
 
 /// The material of the request: a file that can be used, or a freeze temperature with a density of 1 g/cm3.
