@@ -81,6 +81,7 @@ ROOMS = {
     "apps/frozenlayer/project": ["apps/frozenlayer/text", "src/layout", "platform/hdf5", "platform/results"],
     "apps/frozenlayer/series": [
         "apps/frozenlayer/text",
+        "platform/host",
         "apps/frozenlayer/project",
         "src/context",
         "src/mesh",
@@ -118,6 +119,7 @@ ROOMS = {
     ],
     "apps/frozenlayer/imports": [
         "apps/frozenlayer/text",
+        "platform/host",
         "apps/frozenlayer/project",
         "src/layout",
         "interop",
@@ -128,6 +130,7 @@ ROOMS = {
     ],
     "apps/frozenlayer/runs": [
         "apps/frozenlayer/text",
+        "platform/host",
         "apps/frozenlayer/project",
         "apps/frozenlayer/series",
         "src/context",

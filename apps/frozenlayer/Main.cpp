@@ -12,6 +12,7 @@
 #include "commands/ShowCommand.h"
 #include "commands/ViewCommand.h"
 #include "host/HostSystem.h"
+#include "host/Interrupts.h"
 #include "platform/HostThreads.h"
 
 namespace {
@@ -28,6 +29,7 @@ constexpr std::array<AddSubcommand, 9> kSubcommands{
 
 int main(int argc, char** argv) try {
     qnl::LetIdleThreadsSleep(argv);
+    qnl::host::NoteInterrupts();
     qnl::host::UseUtf8Output();
     qnl::commands::Program program;
     for (const AddSubcommand add : kSubcommands) {

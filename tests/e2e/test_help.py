@@ -26,7 +26,9 @@ class HelpTest(unittest.TestCase):
                     ["NAME", "SYNOPSIS", "DESCRIPTION", "ARGUMENTS", "OPTIONS", "EXAMPLE", "EXIT STATUS"],
                 )
                 self.assertTrue(page.sections["SYNOPSIS"].startswith(f"  frozenlayer {name} "))
-                self.assertIn("0 success, 1 otherwise", page.sections["EXIT STATUS"])
+                self.assertIn(
+                    "0 success, 130 interrupted, 143 ended by request, 1 otherwise", page.sections["EXIT STATUS"]
+                )
                 self.assertIn("24, 48,\n  120", page.sections["EXIT STATUS"])
                 self.assertIn(f"frozenlayer {name} ", page.sections["EXAMPLE"])
 

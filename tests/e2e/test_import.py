@@ -192,7 +192,9 @@ class ImportTest(ImportCase):
     def test_doubtful_temperatures_are_told_last(self):
         """Behind all tables, of import and of show."""
         told = self.bring_in(self.vtu(), material=("--freeze-temperature", 40))
-        self.assertRegex(told.stderr, r"Warning: temperatures from 60 to 180 °C are all above the freeze temperature, 40")
+        self.assertRegex(
+            told.stderr, r"Warning: temperatures from 60 to 180 °C are all above the freeze temperature, 40"
+        )
         shown = run("show", self.vtu(), "--freeze-temperature", 40, "--out", self.folder / "page.html")
         self.assertEqual(shown.returncode, 0, shown.stderr)
         self.assertIn("all above the freeze temperature", shown.stderr.splitlines()[-1])
@@ -296,7 +298,6 @@ class ImportTest(ImportCase):
         numpy.testing.assert_allclose(
             items(self.run_folder / "box1.k4f")[6][inside], 126.85 + 5.0 * points[inside, 0], rtol=1e-5
         )
-
 
     def test_openfoam_walls(self):
         """Walls held at 323.15 K around cells of 503.15 K; metres and kelvin are those of the format."""

@@ -12,6 +12,7 @@
 #include "commands/ViewCommand.h"
 #include "exports/ResultExport.h"
 #include "host/HostSystem.h"
+#include "host/Interrupts.h"
 #include "job/EntryRoutine.h"
 #include "layout/ProjectFolders.h"
 #include "page/ReportPage.h"
@@ -74,7 +75,9 @@ job::ExitCode Evaluate(const RunRequest& request, const project::StageFile& base
         pointers[i] = words[i].data();
     }
     text::LineFilter filter(std::cerr, [&](const std::string& line) {
-        return request.logLevel == 0 && runs::IsMarkerComplaint(line) ? "" : line + "\n";
+        const bool dropped =
+            (request.logLevel == 0 && runs::IsMarkerComplaint(line)) || host::NotedInterrupt() != 0;
+        return dropped ? "" : line + "\n";
     });
     const std::ostream messages(&filter);
     std::optional<text::StreamRedirection> redirection;
@@ -108,7 +111,7 @@ constexpr std::array<EarlyEnd, 3> kEarlyEnds{{
 
 bool Succeeded(job::ExitCode code, const std::vector<runs::EvaluatedTime>& times) {
     for (const EarlyEnd& end : kEarlyEnds) {
-        if (end.code == code) {
+        if (end.code == code && host::NotedInterrupt() == 0) {
             std::cerr << end.sentence;
         }
     }

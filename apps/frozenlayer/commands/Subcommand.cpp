@@ -8,6 +8,7 @@
 #include <optional>
 #include <utility>
 
+#include "host/Interrupts.h"
 #include "project/FaultReport.h"
 #include "text/ManualPage.h"
 #include "text/NumberText.h"
@@ -16,9 +17,12 @@ namespace qnl::commands {
 
 namespace {
 
+constexpr int kSignalExit = 128;
+
 constexpr const char* kExitCodes =
     "EXIT STATUS\n"
-    "  0 success, 1 otherwise. The console program QNL3DFrozenLayer has others: 1 normal\n"
+    "  0 success, 130 interrupted, 143 ended by request, 1 otherwise. The console program QNL3DFrozenLayer "
+    "has others: 1 normal\n"
     "  end, -1000 material, -2000 mesh, -5000 exception (a POSIX shell shows 24, 48,\n"
     "  120), 2 wrong usage.";
 
@@ -57,16 +61,23 @@ std::vector<Fault> FaultsBeside(const std::string& complaint) {
     return faults;
 }
 
-/// The one end of every subcommand.
+/// The one end of every subcommand. An interrupted one exits as shells have it.
 int PerformToItsEnd(const std::function<bool()>& perform) {
     bool succeeded = false;
-    const std::string complaint = PerformGuarded(perform, succeeded);
+    std::string complaint = PerformGuarded(perform, succeeded);
+    const int signal = host::NotedInterrupt();
+    if (signal != 0) {
+        complaint = "interrupted: what is not listed as written was not finished, and nothing of it was left";
+    }
     const bool flushed = FlushOutput();
     if (!complaint.empty()) {
         Complain(complaint);
     }
     const std::vector<Fault> faults = FaultsBeside(complaint);
     project::PrintFaults(faults, std::cerr);
+    if (signal != 0) {
+        return kSignalExit + signal;
+    }
     return succeeded && flushed && faults.empty() ? 0 : 1;
 }
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "host/Interrupts.h"
 #include "imports/ImportMeshData.h"
 #include "imports/ImportStage.h"
 #include "imports/TemperatureChecks.h"
@@ -60,6 +61,7 @@ public:
                                           " output times; give one for each");
         }
         for (int index = 0; index < series->Count(); ++index) {
+            host::RaiseIfInterrupted();
             AddSnapshot(series->Read(index), index);
         }
         SortTimes();

@@ -3,6 +3,7 @@
 #include "base/WindowsPath.h"
 #include "context/FrozenLayerJob.h"
 #include "context/RunConditions.h"
+#include "host/Interrupts.h"
 #include "mesh/MeshNodes.h"
 #include "project/FaultReport.h"
 #include "project/ProjectPaths.h"
@@ -46,6 +47,7 @@ void RecordNodesWithoutEntry(const FrozenLayerJob& job, const std::string& stage
 }  // namespace
 
 void RunProgress::TimeBegins(int index, int intermediateTimes, const char* stageFile) {
+    host::RaiseIfInterrupted();
     begin_ = Clock::now();
     timeCount_ = intermediateTimes + 1;
     const project::StageSummary summary = project::ReadStageSummary(stageFile);
@@ -61,6 +63,7 @@ void RunProgress::TimeBegins(int index, int intermediateTimes, const char* stage
 }
 
 void RunProgress::NodesEvaluated(int done, int total) {
+    host::RaiseIfInterrupted();
     ShowShare(total > 0 ? static_cast<double>(done) / total : 1.0);
 }
 
