@@ -48,7 +48,12 @@ struct ForeignSnapshot {
     ForeignMesh mesh;
     std::vector<ForeignArray> arrays;
     std::vector<ForeignFaces> boundary;  ///< by block
+    std::vector<std::string> blocks;     ///< names, by the number in the cell array kBlockArray; empty unless
+                                         ///< there are several, each with a name
 };
+
+/// The cell array that tells the blocks of a mesh apart.
+inline constexpr const char* kBlockArray = "BlockId";
 
 /// Output times of one case, in the order of the files.
 class ForeignSeries {

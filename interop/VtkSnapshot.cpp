@@ -12,6 +12,7 @@
 #include <vtkIdList.h>
 #include <vtkInformation.h>
 #include <vtkIntArray.h>
+#include <vtkMultiBlockDataSet.h>
 #include <vtkPointData.h>
 #include <vtkSmartPointer.h>
 #include <vtkUnstructuredGrid.h>
@@ -23,11 +24,38 @@ namespace qnl::interop {
 
 namespace {
 
-using Leaves = std::vector<vtkSmartPointer<vtkDataSet>>;
+/// A block of a data set, by the name that it has in its file, empty for none.
+struct Leaf {
+    vtkSmartPointer<vtkDataSet> data;
+    std::string name;
+};
+using Leaves = std::vector<Leaf>;
 
-void CollectLeaves(vtkDataObject* data, Leaves& leaves) {
+void CollectLeaves(vtkDataObject* data, const std::string& name, Leaves& leaves);
+
+/// The block of volumes of an OpenFOAM region has the same name everywhere, and goes by the region's.
+std::string NameOfBlock(vtkMultiBlockDataSet& blocks, unsigned int block, const std::string& parent) {
+    constexpr const char* kVolumes = "internalMesh";
+    const char* own = blocks.HasMetaData(block) != 0
+                          ? blocks.GetMetaData(block)->Get(vtkCompositeDataSet::NAME())
+                          : nullptr;
+    const std::string name = own != nullptr ? own : "";
+    return name == kVolumes ? parent : name;
+}
+
+void CollectBlocks(vtkMultiBlockDataSet& blocks, const std::string& name, Leaves& leaves) {
+    for (unsigned int block = 0; block < blocks.GetNumberOfBlocks(); ++block) {
+        CollectLeaves(blocks.GetBlock(block), NameOfBlock(blocks, block, name), leaves);
+    }
+}
+
+void CollectLeaves(vtkDataObject* data, const std::string& name, Leaves& leaves) {
     if (auto* set = vtkDataSet::SafeDownCast(data)) {
-        leaves.emplace_back(set);
+        leaves.push_back({set, name});
+        return;
+    }
+    if (auto* blocks = vtkMultiBlockDataSet::SafeDownCast(data)) {
+        CollectBlocks(*blocks, name, leaves);
         return;
     }
     auto* composite = vtkCompositeDataSet::SafeDownCast(data);
@@ -36,7 +64,7 @@ void CollectLeaves(vtkDataObject* data, Leaves& leaves) {
     }
     const auto blocks = vtkSmartPointer<vtkCompositeDataIterator>::Take(composite->NewIterator());
     for (blocks->InitTraversal(); !blocks->IsDoneWithTraversal(); blocks->GoToNextItem()) {
-        CollectLeaves(blocks->GetCurrentDataObject(), leaves);
+        CollectLeaves(blocks->GetCurrentDataObject(), name, leaves);
     }
 }
 
@@ -55,9 +83,8 @@ bool HasVolumeCells(vtkDataSet& leaf) {
 
 /// Takes what has no volumes out of the leaves; nothing when there is no volume at all.
 Leaves TakePatches(Leaves& leaves) {
-    const auto patches =
-        std::stable_partition(leaves.begin(), leaves.end(),
-                              [](const vtkSmartPointer<vtkDataSet>& leaf) { return HasVolumeCells(*leaf); });
+    const auto patches = std::stable_partition(leaves.begin(), leaves.end(),
+                                               [](const Leaf& leaf) { return HasVolumeCells(*leaf.data); });
     if (patches == leaves.begin()) {
         return {};
     }
@@ -68,21 +95,33 @@ Leaves TakePatches(Leaves& leaves) {
 
 void NumberBlocks(Leaves& leaves) {
     int block = 0;
-    for (auto& leaf : leaves) {
-        auto copy = vtkSmartPointer<vtkDataSet>::Take(leaf->NewInstance());
-        copy->ShallowCopy(leaf);
+    for (Leaf& leaf : leaves) {
+        auto copy = vtkSmartPointer<vtkDataSet>::Take(leaf.data->NewInstance());
+        copy->ShallowCopy(leaf.data);
         vtkNew<vtkIntArray> ids;
-        ids->SetName("BlockId");
+        ids->SetName(kBlockArray);
         ids->SetNumberOfValues(copy->GetNumberOfCells());
         ids->FillValue(block++);
         copy->GetCellData()->AddArray(ids);
-        leaf = copy;
+        leaf.data = copy;
     }
+}
+
+/// None unless every block has one. Some readers make names up ("Unnamed block ID: 1 ..."): these are none.
+std::vector<std::string> NamesOf(const Leaves& leaves) {
+    std::vector<std::string> names;
+    for (const Leaf& leaf : leaves) {
+        if (leaf.name.empty() || leaf.name.rfind("Unnamed", 0) == 0) {
+            return {};
+        }
+        names.push_back(leaf.name);
+    }
+    return leaves.size() > 1 ? names : std::vector<std::string>{};
 }
 
 vtkSmartPointer<vtkUnstructuredGrid> Join(Leaves leaves) {
     if (leaves.size() == 1) {
-        if (auto* grid = vtkUnstructuredGrid::SafeDownCast(leaves.front())) {
+        if (auto* grid = vtkUnstructuredGrid::SafeDownCast(leaves.front().data)) {
             return grid;
         }
     } else {
@@ -90,8 +129,8 @@ vtkSmartPointer<vtkUnstructuredGrid> Join(Leaves leaves) {
     }
     vtkNew<vtkAppendFilter> append;
     append->SetMergePoints(leaves.size() > 1);
-    for (const auto& leaf : leaves) {
-        append->AddInputData(leaf);
+    for (const Leaf& leaf : leaves) {
+        append->AddInputData(leaf.data);
     }
     append->Update();
     return append->GetOutput();
@@ -176,8 +215,8 @@ std::vector<ForeignFaces> TakeBoundary(const Leaves& patches, const ForeignMesh&
     std::vector<ForeignFaces> boundary;
     if (!patches.empty()) {
         const PointFinder finder(mesh.points);
-        for (const auto& patch : patches) {
-            boundary.push_back(TakeFaces(*patch, finder));
+        for (const Leaf& patch : patches) {
+            boundary.push_back(TakeFaces(*patch.data, finder));
         }
     }
     return boundary;
@@ -197,7 +236,7 @@ std::optional<double> OwnTime(vtkDataObject& data) {
 ForeignSnapshot TakeSnapshot(const std::vector<vtkDataObject*>& parts, const std::string& file) {
     Leaves leaves;
     for (vtkDataObject* part : parts) {
-        CollectLeaves(part, leaves);
+        CollectLeaves(part, "", leaves);
     }
     const Leaves patches = TakePatches(leaves);
     ForeignSnapshot snapshot;
@@ -205,6 +244,7 @@ ForeignSnapshot TakeSnapshot(const std::vector<vtkDataObject*>& parts, const std
     if (leaves.empty()) {
         throw ForeignProblem(file + " holds no mesh; give one with volume cells and results");
     }
+    snapshot.blocks = NamesOf(leaves);
     const vtkSmartPointer<vtkUnstructuredGrid> grid = Join(leaves);
     if (grid->GetNumberOfCells() == 0 || grid->GetPoints() == nullptr) {
         throw ForeignProblem(file + " holds no cells; give a mesh with volume cells and results");

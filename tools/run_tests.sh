@@ -15,7 +15,9 @@ gate() {
 # reads every header of the libraries where it is included, so that it is the one that finds missing includes.
 build() {
   cmake --preset "$1" -DQNL_PRECOMPILE_TESTS=ON "${@:2}" > /dev/null
-  cmake --build --preset "$1" | tail -n 1
+  local log=build/$1/build.log
+  cmake --build --preset "$1" > "$log" 2>&1 || { grep -E -A 8 'error:|FAILED' "$log"; return 1; }
+  tail -n 1 "$log"
 }
 
 # Runs the tests of one preset; the summary comes last, after the closing lines of the page's own log.

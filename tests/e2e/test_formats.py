@@ -170,7 +170,7 @@ class FormatTest(unittest.TestCase):
     def test_xml_grids_without_lists_of_cells(self):
         """Images, rectilinear and curved grids become the hexahedra of the same box."""
         points, hexas = box()
-        write_vtu(self.folder / "box.vtu", points, hexas, {"T": points[:, 2] + 150.0}, seconds=1.0)
+        write_vtu(self.folder / "box.vtu", points, hexas, {"T": points[:, 2] + 129.0}, seconds=1.0)
         self.expected = self.bring_in(self.folder / "box.vtu")
         image, rectilinear, curved = vtk.vtkImageData(), vtk.vtkRectilinearGrid(), vtk.vtkStructuredGrid()
         image.SetSpacing(2.0, 2.0, 0.5)
@@ -183,7 +183,7 @@ class FormatTest(unittest.TestCase):
         places = vtk.vtkPoints()
         places.SetData(numpy_to_vtk(points, deep=True))
         curved.SetPoints(places)
-        values = numpy_to_vtk(points[:, 2] + 150.0, deep=True)
+        values = numpy_to_vtk(points[:, 2] + 129.0, deep=True)
         values.SetName("T")
         for name, grid, writer in (
             ("box.vti", image, vtk.vtkXMLImageDataWriter()),
@@ -259,7 +259,7 @@ class DamagedFileTest(unittest.TestCase):
     def setUp(self):
         self.folder = Folder(self).path
         points, hexas = box()
-        temperature = points[:, 2] + 150.0
+        temperature = points[:, 2] + 129.0
         write_vtu(self.folder / "box.vtu", points, hexas, {"T": temperature}, seconds=1.0)
         reader = vtk.vtkXMLUnstructuredGridReader()
         reader.SetFileName(str(self.folder / "box.vtu"))

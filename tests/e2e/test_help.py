@@ -43,9 +43,15 @@ class HelpTest(unittest.TestCase):
                     self.assertEqual(done.returncode, 0, f"{command}\n{done.stderr}")
                     self.assertTrue(done.stdout)
 
+    def test_help_is_a_word_too(self):
+        for words, option in ((("help",), ("--help",)), (("help", "run"), ("run", "--help"))):
+            asked = run(*words)
+            self.assertEqual((asked.returncode, asked.stdout), (0, run(*option).stdout))
+
     def test_misuse_names_the_word(self):
         for words, text in (
-            (("runn",), '"runn" is no subcommand'),
+            (("runn",), '"runn" is no subcommand, run is one;'),
+            (("run", "--thread", "1"), "--thread, --threads is one;"),
             (("--shape",), '"--shape" is no subcommand'),
             (("demo", "x", "--ouch"), "--ouch"),
             ((), "A subcommand is required"),

@@ -117,7 +117,8 @@ class ImportTest(ImportCase):
 
     def test_units(self):
         path = self.vtu(points=self.points / 1000.0, point_data={"T": self.temperature + 273.15})
-        result = self.bring_in(path, "--length-unit", "m", "--temperature-unit", "K")
+        self.bring_in(path, "--length-unit", "metre", "--temperature-unit", "kelvin")
+        result = self.bring_in(path, "--length-unit", "m", "--temperature-unit", "K", "--force")
         self.assertEqual(result.stderr.count("Warning"), 1)
         numpy.testing.assert_allclose(mesh(self.out / "Mesh/box.hdf")["Points"], self.points, rtol=1e-14)
         numpy.testing.assert_allclose(items(self.run_folder / "box1.k4f")[6], self.temperature, rtol=1e-6)
@@ -188,6 +189,25 @@ class ImportTest(ImportCase):
         self.bring_in("--region-array", "CellEntityIds", "--runner", "2", "--special", "4,4", path)
         with h5py.File(self.out / "Mesh/box.hdf") as file:
             numpy.testing.assert_array_equal(file["VTKHDF/CellData/Region"][()], [0] * 90 + [1] * 4 + [2] * 2)
+
+    def test_named_regions_are_chosen(self):
+        """A mould of one box around nothing, beside the part: only the part is read."""
+        self.vtu("part.vtu")
+        self.vtu("mould.vtu", self.points + numpy.array([0.0, 0.0, 2.0]), point_data={"temperature": self.temperature})
+        path = self.folder / "case.vtm"
+        path.write_text(
+            '<VTKFile type="vtkMultiBlockDataSet" version="1.0" byte_order="LittleEndian"><vtkMultiBlockDataSet>'
+            '<DataSet index="0" name="mould" file="mould.vtu"/><DataSet index="1" name="part" file="part.vtu"/>'
+            "</vtkMultiBlockDataSet></VTKFile>"
+        )
+        self.check_refused([path], 'has several regions, "mould" (96 cells), "part" (96 cells)', "--part", "--ignore")
+        self.check_refused([path, "--part", "parts"], 'no region "parts" of --part')
+        for words in (("--part", "part"), ("--ignore", "mould")):
+            self.bring_in(path, *words, "--force")
+            read = mesh(self.out / "Mesh/box.hdf")["Points"]
+            self.assertEqual(sorted(map(tuple, read)), sorted(map(tuple, self.points)))
+        self.bring_in(path, "--part", "part,mould", "--force")
+        self.assertEqual(len(mesh(self.out / "Mesh/box.hdf")["Types"]), 192)
 
     def test_doubtful_temperatures_are_told_last(self):
         """Behind all tables, of import and of show."""

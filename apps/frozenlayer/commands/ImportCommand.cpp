@@ -39,7 +39,7 @@ void AddUnitOptions(Subcommand& command, imports::ImportRequest& request) {
     command
         .Add("--temperature-unit", request.temperatureUnit,
              "Unit of the temperatures; without it K for an OpenFOAM case, else degC")
-        .OneOf({"K", "degC"});
+        .OneOf({"K", "degC"}, {{"C", "degC"}, {"°C", "degC"}, {"celsius", "degC"}, {"kelvin", "K"}});
     command.Add("--pressure-unit", request.pressureUnit, "Unit of the array of --pressure-array")
         .OneOf({"MPa", "Pa", "bar"})
         .ShowDefault();
@@ -47,7 +47,14 @@ void AddUnitOptions(Subcommand& command, imports::ImportRequest& request) {
         .Add("--length-unit", request.lengthUnit,
              "Unit of the coordinates, and by second of velocities; without it m for an OpenFOAM case, else "
              "mm")
-        .OneOf({"m", "mm", "cm", "in"});
+        .OneOf({"m", "mm", "cm", "in"}, {{"inch", "in"},
+                                         {"inches", "in"},
+                                         {"metre", "m"},
+                                         {"meter", "m"},
+                                         {"millimetre", "mm"},
+                                         {"millimeter", "mm"},
+                                         {"centimetre", "cm"},
+                                         {"centimeter", "cm"}});
     command
         .Add("--times", request.times,
              "Times of the output times in s, T1,T2,..., in the order of the files; without it "
@@ -58,6 +65,14 @@ void AddUnitOptions(Subcommand& command, imports::ImportRequest& request) {
 }
 
 void AddMeshOptions(Subcommand& command, imports::ImportRequest& request) {
+    for (auto& [option, names, help] :
+         {std::tuple{"--part", &request.parts,
+                     "Names of the regions, N1,N2,..., that are the part: blocks, zones, element blocks, "
+                     "regions of an "
+                     "OpenFOAM case; the others are left out"},
+          std::tuple{"--ignore", &request.ignored, "Names of regions that are left out"}}) {
+        command.Add(option, *names, help).Type("NAME,...").CommaSeparated();
+    }
     command
         .Add("--region-array", request.regionArray,
              "Cell array with region numbers; every region is part unless --runner or --special "

@@ -11,6 +11,7 @@
 #include "host/Interrupts.h"
 #include "project/FaultReport.h"
 #include "text/ManualPage.h"
+#include "text/NearestWord.h"
 #include "text/NumberText.h"
 
 namespace qnl::commands {
@@ -81,12 +82,45 @@ int PerformToItsEnd(const std::function<bool()>& perform) {
     return succeeded && flushed && faults.empty() ? 0 : 1;
 }
 
-/// Names the word that is no subcommand, which the parser leaves over.
+/// All words that may stand where one could not be understood: the subcommands, or the options of the one
+/// that was chosen.
+std::vector<std::string> KnownWords(const CLI::App& app) {
+    std::vector<std::string> words;
+    const std::vector<CLI::App*> chosen = app.get_subcommands();
+    if (chosen.empty()) {
+        for (const CLI::App* subcommand : app.get_subcommands({})) {
+            words.push_back(subcommand->get_name());
+        }
+        return words;
+    }
+    for (const CLI::Option* option : chosen.front()->get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            words.push_back("--" + name);
+        }
+    }
+    return words;
+}
+
+/// Names the word that is no subcommand or no option, which the parser leaves over, and the right one.
 std::string DescribeFailure(const CLI::App* app, const CLI::Error& failure) {
-    const std::vector<std::string> words = app->remaining();
-    const bool unknown = app->get_parent() == nullptr && app->get_subcommands().empty() && !words.empty();
+    const std::vector<std::string> words = app->remaining(true);
+    const bool isTop = app->get_parent() == nullptr;
+    const bool unknown = isTop && app->get_subcommands().empty() && !words.empty();
     const std::string reason = unknown ? "\"" + words.front() + "\" is no subcommand" : failure.what();
-    return "frozenlayer: " + reason + "; run it with --help to see what it takes\n";
+    const std::string meant =
+        isTop && !words.empty() ? text::NearestWord(words.front(), KnownWords(*app)) : std::string();
+    return "frozenlayer: " + reason + (meant.empty() ? "" : ", " + meant + " is one") +
+           "; run it with --help to see what it takes\n";
+}
+
+/// "help" and "help SUBCOMMAND" stand for --help.
+std::vector<const char*> WithoutHelpWord(int argc, const char* const* argv) {
+    std::vector<const char*> words(argv, argv + argc);
+    if (words.size() > 1 && std::string_view(words[1]) == "help") {
+        words.erase(words.begin() + 1);
+        words.push_back("--help");
+    }
+    return words;
 }
 
 }  // namespace
@@ -111,7 +145,14 @@ Option& Option::Check(std::function<std::string(const std::string&)> check) {
     return *this;
 }
 
-Option& Option::OneOf(const std::vector<std::string>& words) {
+Option& Option::OneOf(const std::vector<std::string>& words,
+                      const std::map<std::string, std::string>& synonyms) {
+    if (!synonyms.empty()) {
+        option_->transform([synonyms](const std::string& word) {
+            const auto found = synonyms.find(word);
+            return found == synonyms.end() ? word : found->second;
+        });
+    }
     option_->check(CLI::IsMember(words));
     return *this;
 }
@@ -195,7 +236,8 @@ Subcommand Program::AddSubcommand(const SubcommandTexts& texts, std::function<bo
 
 int Program::Perform(int argc, const char* const* argv) {
     try {
-        app_->parse(argc, argv);
+        const std::vector<const char*> words = WithoutHelpWord(argc, argv);
+        app_->parse(static_cast<int>(words.size()), words.data());
     } catch (const CLI::ParseError& end) {
         const bool isHelp = app_->exit(end) == 0;
         return FlushOutput() && isHelp ? 0 : 1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,8 +26,9 @@ public:
     Option& ShowDefault();
     /// `check` gives an empty text for a good value, else what is wrong with it.
     Option& Check(std::function<std::string(const std::string&)> check);
-    /// Only these words; they stand for the value in the help.
-    Option& OneOf(const std::vector<std::string>& words);
+    /// Only these words, which stand for the value in the help, and other words for them.
+    Option& OneOf(const std::vector<std::string>& words,
+                  const std::map<std::string, std::string>& synonyms = {});
     Option& Between(int lowest, int highest);
     /// Numbers within these bounds, finite ones only; `limit` tells them in the help.
     Option& Between(double lowest, double highest, const std::string& limit);

@@ -6,7 +6,7 @@
 declare -gA _frozenlayer_options
 _frozenlayer_options[import]="--help --stage=flow|pack|cool|warp --temperature= --velocity= --displacement=
     --cooling-time= --density= --volume-shrinkage= --temperature-unit=K|degC --length-unit=m|mm|cm|in --times=
-    --region-array= --runner= --special= --wall= --material=@ --freeze-temperature= --pressure= --pressure-array=
+    --part= --ignore= --region-array= --runner= --special= --wall= --material=@ --freeze-temperature= --pressure= --pressure-array=
     --pressure-unit=MPa|Pa|bar --allow-missing= --out=@ --force"
 _frozenlayer_options[show]="${_frozenlayer_options[import]} --keep=@ --resolved --corrected --classic"
 _frozenlayer_options[run]="--help --analysis-code= --intermediate-times=auto --log-level= --threads= --fibre-probe

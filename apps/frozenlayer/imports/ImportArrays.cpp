@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <numeric>
+
+#include "text/NearestWord.h"
 
 namespace qnl::imports {
 
@@ -16,21 +17,6 @@ std::string WithoutPunctuation(std::string_view name) {
         }
     }
     return plain;
-}
-
-/// Insertions, deletions and replacements that turn one text into the other.
-std::size_t EditDistance(const std::string& a, const std::string& b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = row[0]++;
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
 }
 
 std::string ComponentText(int components) {
@@ -70,7 +56,7 @@ std::string ListArrays(const interop::ForeignSnapshot& snapshot, const std::stri
         arrays.push_back(&array);
     }
     const auto distance = [&](const interop::ForeignArray* array) {
-        return EditDistance(WithoutPunctuation(array->name), WithoutPunctuation(wanted));
+        return text::EditDistance(WithoutPunctuation(array->name), WithoutPunctuation(wanted));
     };
     std::stable_sort(arrays.begin(), arrays.end(),
                      [&](const interop::ForeignArray* a, const interop::ForeignArray* b) {

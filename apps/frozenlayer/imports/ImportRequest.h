@@ -22,6 +22,8 @@ struct ImportRequest {
     std::string pressureUnit = "MPa";  ///< of that array
     std::string temperatureUnit;       ///< empty: that of the format, degC where it has none
     std::string lengthUnit;            ///< empty: that of the format, mm where it has none
+    std::vector<std::string> parts;    ///< named blocks that are the part; empty: all but the ignored
+    std::vector<std::string> ignored;  ///< named blocks that are not
     std::string regionArray;
     std::vector<int> runner;
     std::vector<int> special;

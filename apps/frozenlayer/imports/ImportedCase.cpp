@@ -7,6 +7,7 @@
 #include "host/Interrupts.h"
 #include "imports/ImportMeshData.h"
 #include "imports/ImportStage.h"
+#include "imports/RegionChoice.h"
 #include "imports/TemperatureChecks.h"
 #include "interop/NodeFields.h"
 #include "text/NumberText.h"
@@ -62,7 +63,9 @@ public:
         }
         for (int index = 0; index < series->Count(); ++index) {
             host::RaiseIfInterrupted();
-            AddSnapshot(series->Read(index), index);
+            interop::ForeignSnapshot snapshot = series->Read(index);
+            KeepChosenBlocks(request_, snapshot);
+            AddSnapshot(snapshot, index);
         }
         SortTimes();
         WarnOfTimes();

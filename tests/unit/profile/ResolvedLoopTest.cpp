@@ -313,8 +313,8 @@ TEST_F(ResolvedLoop, GradientsOfOtherFieldsAreNotRecovered) {
     const qnl::profile::ProfileInput input = qnl::profile::FieldsOf(job_);
     EXPECT_EQ(TheFields().recovered.front().size(), 3U);
     for (const qnl::FieldSlot slot : {qnl::kGasMarker, qnl::kSpeed, qnl::kCoolingTime}) {
-        EXPECT_EQ(input.fields[slot].values, job_.m_pNodeData[slot].get());
-        EXPECT_EQ(input.fields[slot].gradients, nullptr) << slot;
+        EXPECT_EQ(input.fields[static_cast<std::size_t>(slot)].values, job_.m_pNodeData[slot].get());
+        EXPECT_EQ(input.fields[static_cast<std::size_t>(slot)].gradients, nullptr) << slot;
     }
     EXPECT_EQ(input.fields[qnl::kDensity].gradients, job_.m_pFieldGradients.get() + 6);
 }
