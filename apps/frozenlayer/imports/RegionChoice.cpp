@@ -37,11 +37,11 @@ std::string ListBlocks(const interop::ForeignSnapshot& snapshot, const interop::
 
 void CheckNames(const Names& wanted, const char* option, const interop::ForeignSnapshot& snapshot,
                 const std::string& list) {
-    for (const std::string& name : wanted) {
-        if (!Holds(snapshot.blocks, name)) {
-            throw interop::ForeignProblem(snapshot.file + " has no region \"" + name + "\" of " + option +
-                                          "; there are " + list);
-        }
+    const auto wrong = std::find_if(wanted.begin(), wanted.end(),
+                                    [&](const std::string& name) { return !Holds(snapshot.blocks, name); });
+    if (wrong != wanted.end()) {
+        throw interop::ForeignProblem(snapshot.file + " has no region \"" + *wrong + "\" of " + option +
+                                      "; there are " + list);
     }
 }
 

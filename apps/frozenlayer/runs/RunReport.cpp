@@ -95,6 +95,7 @@ bool ReadResults(std::vector<EvaluatedTime>& times) {
 
 void PrintResultTables(const std::vector<EvaluatedTime>& times, std::ostream& out) {
     std::vector<const EvaluatedTime*> ordered;
+    ordered.reserve(times.size());
     for (const EvaluatedTime& time : times) {
         ordered.push_back(&time);
     }
@@ -109,6 +110,7 @@ void PrintResultTables(const std::vector<EvaluatedTime>& times, std::ostream& ou
 series::SeriesFiles SeriesOfRun(const project::StageFile& base, std::vector<EvaluatedTime> times,
                                 const series::RunView& view, series::KnownTimes& known) {
     std::vector<series::SeriesTime> seriesTimes;
+    seriesTimes.reserve(times.size());
     for (const EvaluatedTime& time : times) {
         seriesTimes.push_back({time.time, time.stageFile, time.resultFile, 0.0});
     }
