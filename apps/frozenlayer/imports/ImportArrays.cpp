@@ -50,6 +50,16 @@ const interop::ForeignArray* FindArray(const interop::ForeignSnapshot& snapshot,
     return found;
 }
 
+const interop::ForeignArray* FindCellArray(const interop::ForeignSnapshot& snapshot,
+                                           const std::string& name) {
+    for (const interop::ForeignArray& array : snapshot.arrays) {
+        if (array.onCells && array.components == 1 && array.name == name) {
+            return &array;
+        }
+    }
+    return nullptr;
+}
+
 std::string ListArrays(const interop::ForeignSnapshot& snapshot, const std::string& wanted) {
     std::vector<const interop::ForeignArray*> arrays;
     for (const interop::ForeignArray& array : snapshot.arrays) {

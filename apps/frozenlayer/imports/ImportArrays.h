@@ -80,6 +80,9 @@ ChosenArray ChooseArray(const QuantityRule& rule, const ImportRequest& request,
 /// The array of that name on points, else on cells; null when there is none.
 const interop::ForeignArray* FindArray(const interop::ForeignSnapshot& snapshot, const std::string& name);
 
+/// The array of that name on cells, of one component; null when there is none.
+const interop::ForeignArray* FindCellArray(const interop::ForeignSnapshot& snapshot, const std::string& name);
+
 /// " of ... in the file": the names of the arrays there, the nearest to `wanted` first.
 std::string ListArrays(const interop::ForeignSnapshot& snapshot, const std::string& wanted);
 

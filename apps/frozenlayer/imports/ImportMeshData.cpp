@@ -51,16 +51,6 @@ void AddLabels(const interop::ForeignSnapshot& snapshot, ImportedCase& imported)
     }
 }
 
-const interop::ForeignArray* FindCellArray(const interop::ForeignSnapshot& snapshot,
-                                           const std::string& name) {
-    for (const interop::ForeignArray& array : snapshot.arrays) {
-        if (array.onCells && array.components == 1 && array.name == name) {
-            return &array;
-        }
-    }
-    return nullptr;
-}
-
 double RegionValue(const interop::ForeignArray& array, const interop::SolidMesh& solid, std::size_t cell) {
     return array.values[static_cast<std::size_t>(solid.cellSource[cell])];
 }

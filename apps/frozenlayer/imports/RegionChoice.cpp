@@ -45,18 +45,29 @@ void CheckNames(const Names& wanted, const char* option, const interop::ForeignS
     }
 }
 
-/// Keeps the cells that `keeps` says yes to, with their entries in the arrays.
-template <typename Keeps>
-void KeepCells(interop::ForeignSnapshot& snapshot, const Keeps& keeps) {
+/// The cells of the blocks that the request chooses.
+std::vector<std::size_t> ChosenCells(const ImportRequest& request, const Names& names,
+                                     const interop::ForeignArray& blocks) {
+    std::vector<bool> chosen;
+    for (const std::string& name : names) {
+        chosen.push_back((request.parts.empty() || Holds(request.parts, name)) &&
+                         !Holds(request.ignored, name));
+    }
+    std::vector<std::size_t> cells;
+    for (std::size_t cell = 0; cell < blocks.values.size(); ++cell) {
+        if (chosen[BlockOf(blocks, cell)]) {
+            cells.push_back(cell);
+        }
+    }
+    return cells;
+}
+
+/// Keeps these cells, with their entries in the arrays.
+void KeepCells(interop::ForeignSnapshot& snapshot, const std::vector<std::size_t>& kept) {
     const interop::ForeignMesh& mesh = snapshot.mesh;
-    std::vector<std::size_t> kept;
     interop::ForeignMesh left;
     left.offsets.push_back(0);
-    for (std::size_t cell = 0; cell < mesh.cellTypes.size(); ++cell) {
-        if (!keeps(cell)) {
-            continue;
-        }
-        kept.push_back(cell);
+    for (const std::size_t cell : kept) {
         left.cellTypes.push_back(mesh.cellTypes[cell]);
         left.nodes.insert(left.nodes.end(), mesh.nodes.begin() + mesh.offsets[cell],
                           mesh.nodes.begin() + mesh.offsets[cell + 1]);
@@ -84,7 +95,7 @@ void KeepCells(interop::ForeignSnapshot& snapshot, const Keeps& keeps) {
 
 void KeepChosenBlocks(const ImportRequest& request, interop::ForeignSnapshot& snapshot) {
     const bool chooses = !request.parts.empty() || !request.ignored.empty();
-    const interop::ForeignArray* blocks = FindArray(snapshot, interop::kBlockArray);
+    const interop::ForeignArray* blocks = FindCellArray(snapshot, interop::kBlockArray);
     if (snapshot.blocks.empty() || blocks == nullptr) {
         if (chooses) {
             throw interop::ForeignProblem(
@@ -102,10 +113,7 @@ void KeepChosenBlocks(const ImportRequest& request, interop::ForeignSnapshot& sn
     }
     CheckNames(request.parts, "--part", snapshot, list);
     CheckNames(request.ignored, "--ignore", snapshot, list);
-    KeepCells(snapshot, [&, owned = blocks->values](std::size_t cell) {
-        const std::string& name = snapshot.blocks[static_cast<std::size_t>(owned[cell])];
-        return (request.parts.empty() || Holds(request.parts, name)) && !Holds(request.ignored, name);
-    });
+    KeepCells(snapshot, ChosenCells(request, snapshot.blocks, *blocks));
     if (snapshot.mesh.cellTypes.empty()) {
         throw interop::ForeignProblem(snapshot.file + ": --part and --ignore leave no cell of " + list);
     }

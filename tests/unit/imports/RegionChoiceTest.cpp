@@ -55,6 +55,15 @@ TEST(RegionChoice, KeepsTheCellsOfThePart) {
     EXPECT_EQ(kept.arrays[2].values.size(), 7U);
 }
 
+TEST(RegionChoice, GoesByTheArrayOfTheCells) {
+    ForeignSnapshot snapshot = FourCells();
+    snapshot.arrays.push_back({"BlockId", 1, false, {9, 9, 9, 9, 9, 9, 1e9}});
+    ImportRequest request;
+    request.parts = {"part"};
+    KeepChosenBlocks(request, snapshot);
+    EXPECT_EQ(snapshot.mesh.cellTypes, (std::vector<int>{11}));
+}
+
 TEST(RegionChoice, LeavesTheIgnoredOut) {
     EXPECT_EQ(Kept({}, {"air"}).mesh.cellTypes, (std::vector<int>{10, 11, 12}));
     EXPECT_EQ(Kept({"part", "air"}, {"air"}).mesh.cellTypes, (std::vector<int>{11}));
