@@ -59,14 +59,18 @@ void CheckNumbers(const std::string& name, const std::vector<int>& wanted, const
                   const std::string& option) {
     for (const int number : wanted) {
         if (present.count(number) == 0) {
-            std::string text;
+            std::string fault = "region " + std::to_string(number);
+            fault.append(" of ")
+                .append(option)
+                .append(" is not in array \"")
+                .append(name)
+                .append("\"; there are ");
             std::size_t listed = 0;
             for (auto it = present.begin(); it != present.end() && listed < 20; ++it, ++listed) {
-                text += listed == 0 ? "" : ", ";
-                text += text::NumberText(*it);
+                fault += listed == 0 ? "" : ", ";
+                fault += text::NumberText(*it);
             }
-            const std::string place = option + " is not in array \"" + name + "\"; there are ";
-            throw interop::ForeignProblem("region " + std::to_string(number) + " of " + place + text);
+            throw interop::ForeignProblem(fault);
         }
     }
 }
