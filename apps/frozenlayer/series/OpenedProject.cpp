@@ -111,7 +111,7 @@ void OpenedProject::LoadTemperatures(const std::string& stageFile) {
 
 void OpenedProject::RecoverTemperature() {
     if (!hasTemperatureField_) {
-        profile::RecoverFields(*job_, profile::FieldsWanted::Temperature);
+        profile::RecoverTemperature(*job_);
         temperatureField_ = profile::FieldsOf(*job_, profile::FieldsWanted::Temperature);
         hasTemperatureField_ = true;
     }
