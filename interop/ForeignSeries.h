@@ -26,12 +26,16 @@ struct ForeignMesh {
     std::vector<std::int64_t> nodes;    ///< point indices of the cells
 };
 
+/// Exponents of kilogram, metre, second, kelvin, mole, ampere and candela.
+using Dimensions = std::array<double, 7>;
+
 /// Values of all points or all cells, the components of an entity beside each other.
 struct ForeignArray {
     std::string name;
     int components = 1;
     bool onCells = false;
     std::vector<double> values;
+    std::optional<Dimensions> dimensions = std::nullopt;  ///< where the format tells them
 };
 
 /// Faces of the boundary with values of their own, beside the cells: the patches of a case.

@@ -12,7 +12,6 @@
 #include "commands/ViewCommand.h"
 #include "exports/ResultExport.h"
 #include "host/HostSystem.h"
-#include "host/Interrupts.h"
 #include "job/EntryRoutine.h"
 #include "layout/ProjectFolders.h"
 #include "page/ReportPage.h"
@@ -76,7 +75,7 @@ job::ExitCode Evaluate(const RunRequest& request, const project::StageFile& base
     }
     text::LineFilter filter(std::cerr, [&](const std::string& line) {
         const bool dropped =
-            (request.logLevel == 0 && runs::IsMarkerComplaint(line)) || host::NotedInterrupt() != 0;
+            (request.logLevel == 0 && runs::IsMarkerComplaint(line)) || runs::RunProgress::IsInterrupted();
         return dropped ? "" : line + "\n";
     });
     const std::ostream messages(&filter);
@@ -111,7 +110,7 @@ constexpr std::array<EarlyEnd, 3> kEarlyEnds{{
 
 bool Succeeded(job::ExitCode code, const std::vector<runs::EvaluatedTime>& times) {
     for (const EarlyEnd& end : kEarlyEnds) {
-        if (end.code == code && host::NotedInterrupt() == 0) {
+        if (end.code == code && !runs::RunProgress::IsInterrupted()) {
             std::cerr << end.sentence;
         }
     }

@@ -7,6 +7,7 @@
 #include "exports/ExportFrames.h"
 #include "exports/VtkHdfFile.h"
 #include "exports/VtkXmlFile.h"
+#include "host/Interrupts.h"
 #include "project/OutputNames.h"
 
 namespace qnl::exports {
@@ -91,17 +92,17 @@ void PrintWhatIsMissing(const series::LoadedSeries& loaded) {
     }
 }
 
-/// Stops at the first file that cannot be written.
-std::vector<std::string> WriteAll(const Format& format, const std::vector<std::string>& paths,
-                                  const series::LoadedSeries& loaded, Storage storage) {
+/// Adds the files to `written` as they are finished; stops at the first that cannot be written.
+void WriteAll(const Format& format, const std::vector<std::string>& paths, const series::LoadedSeries& loaded,
+              Storage storage, std::vector<std::string>& written) {
     const ExportSurface surface = SurfaceForExport(loaded);
     const std::size_t times = loaded.series.times.size();
-    std::vector<std::string> written;
     std::vector<CollectionEntry> entries;
     for (std::size_t t = 0; t <= times; ++t) {
+        host::RaiseIfInterrupted();
         const ExportFrame frame = t < times ? TimeFrame(loaded, t) : StaticFrame(loaded);
         if (!format.writeFrame(paths[t], surface, frame, storage)) {
-            return written;
+            return;
         }
         written.push_back(project::NativePath(paths[t]));
         if (t < times) {
@@ -112,7 +113,6 @@ std::vector<std::string> WriteAll(const Format& format, const std::vector<std::s
     if (format.writeList(paths.back(), timeLabel, entries)) {
         written.push_back(project::NativePath(paths.back()));
     }
-    return written;
 }
 
 }  // namespace
@@ -146,8 +146,14 @@ std::vector<std::string> ExportSeries(const series::LoadedSeries& loaded, const 
     const std::size_t times = loaded.series.times.size();
     CheckExport(request, times);
     PrintWhatIsMissing(loaded);
-    return WriteAll(FormatOf(request.format), PathsOf(request, times), loaded,
-                    request.compress ? Storage::Compressed : Storage::Uncompressed);
+    std::vector<std::string> written;
+    try {
+        WriteAll(FormatOf(request.format), PathsOf(request, times), loaded,
+                 request.compress ? Storage::Compressed : Storage::Uncompressed, written);
+    } catch (const host::Interrupted&) {
+        // The subcommand ends as an interrupted one; what is finished is still told.
+    }
+    return written;
 }
 
 }  // namespace qnl::exports

@@ -26,7 +26,7 @@ void CheckExport(const ExportRequest& request, std::size_t times);
 
 /// Writes one file per output time, one with what does not depend on time, and a list of the files by time;
 /// gives their paths. Notes for people go to standard error. Raises InputProblem as CheckExport does; what
-/// could not be written is left out and recorded as a fault.
+/// could not be written is left out and recorded as a fault; after an interrupt what is finished is given.
 std::vector<std::string> ExportSeries(const series::LoadedSeries& loaded, const ExportRequest& request);
 
 }  // namespace qnl::exports

@@ -6,10 +6,10 @@
 
 #include "hdf5/Hdf5.h"
 #include "platform/Faults.h"
+#include "platform/HostFiles.h"
 #include "project/ProjectPaths.h"
 #include "text/Deflate.h"
 #include "text/Json.h"
-#include "text/TextFile.h"
 
 namespace qnl::exports {
 
@@ -116,7 +116,7 @@ bool WriteFileSeries(const std::string& path, const std::vector<CollectionEntry>
     }
     const text::Json list{{"file-series-version", "1.0"}, {"files", std::move(files)}};
     ReplacedFile file(path, "wb");
-    text::Append(file, text::JsonText(list));
+    file.Append(text::JsonText(list));
     return file.Commit();
 }
 

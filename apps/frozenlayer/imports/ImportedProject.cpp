@@ -1,11 +1,11 @@
 #include "imports/ImportedProject.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <set>
 
 #include "hdf5/Hdf5.h"
+#include "host/Interrupts.h"
 #include "imports/ImportStage.h"
 #include "kernel/mesh/MeshFile.h"
 #include "layout/MarkerLog.h"
@@ -14,6 +14,7 @@
 #include "material/MaterialFile.h"
 #include "platform/HostFiles.h"
 #include "project/FaultReport.h"
+#include "project/PlainName.h"
 #include "project/ProjectPaths.h"
 #include "project/StagingFolder.h"
 #include "results/ResultFile.h"
@@ -57,18 +58,6 @@ std::string ReadText(const std::string& path) {
     return text;
 }
 
-/// Letters, digits, "-" and "_" of a text, without digits and "_" at its end, which would read as a run.
-std::string PlainName(const std::string& text) {
-    constexpr std::size_t kLongest = 60;
-    std::string name;
-    for (const char c : text.substr(0, kLongest)) {
-        const bool plain = std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '_';
-        name += plain ? c : '-';
-    }
-    name.erase(name.find_last_not_of("0123456789_-") + 1);
-    return name.empty() ? "part" : name;
-}
-
 fs::path WithoutTrailingSlash(const std::string& folder) {
     const fs::path path = fs::path(project::NativePath(folder)).lexically_normal();
     return path.has_filename() ? path : path.parent_path();
@@ -84,7 +73,7 @@ public:
           law_(material::ParseMaterial(material.text)),
           stage_(FindImportStage(request.stage)),
           target_(WithoutTrailingSlash(request.folder)),
-          name_(PlainName(fs::absolute(target_).filename().string())) {}
+          name_(project::ProjectName(fs::absolute(target_).filename().string(), kRun)) {}
 
     ImportedProject Write() {
         project::StagingFolder staging(target_.string(), kRun);
@@ -96,6 +85,7 @@ public:
             WriteText(base.RunFolder() + "\\" + std::string(layout::kMarkerLogName), MarkerLogText());
         }
         for (std::size_t i = 0; i < case_.times.size(); ++i) {
+            host::RaiseIfInterrupted();
             WriteTime(project::NativePath(base.AtIndex(IndexOf(i)).Path()), i);
         }
         staging.MoveTo(target_.string());
@@ -273,7 +263,7 @@ ImportedMaterial ChooseMaterial(const ImportRequest& request) {
     if (law.kind == material::MaterialKind::Thermoplastic) {
         material.freezeTemperature = law.freezeTemperature;
     }
-    material.fileName = PlainName(fs::path(request.material).stem().string()) + ".toml";
+    material.fileName = project::PlainName(fs::path(request.material).stem().string()) + ".toml";
     return material;
 }
 

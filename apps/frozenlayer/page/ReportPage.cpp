@@ -19,7 +19,7 @@ class PageFile {
 public:
     explicit PageFile(ReplacedFile& file) : file_(file) {}
 
-    void Text(const std::string& text) { std::fwrite(text.data(), 1, text.size(), file_.Get()); }
+    void Text(const std::string& text) { file_.Append(text); }
     void Block(const std::string& name, const std::string& base64) {
         Text("<script type=\"application/octet-stream\" id=\"qnl-block-" + name + "\">" + base64 +
              "</script>\n");

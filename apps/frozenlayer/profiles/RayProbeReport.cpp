@@ -8,6 +8,7 @@
 #include "exports/CsvFile.h"
 #include "exports/VtkXmlFile.h"
 #include "mesh/MeshNodes.h"
+#include "platform/HostFiles.h"
 #include "project/OutputNames.h"
 #include "series/LoadedSeries.h"
 #include "text/NumberText.h"
@@ -256,7 +257,7 @@ bool WriteLines(const Probe& probe, const std::string& path) {
 
 bool WriteRows(const std::string& rows, const std::string& path) {
     ReplacedFile file(path, "wb");
-    text::Append(file, rows);
+    file.Append(rows);
     return file.Commit();
 }
 
