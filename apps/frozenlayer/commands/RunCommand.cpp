@@ -150,7 +150,7 @@ bool ShowResults(const RunRequest& request, const page::PageTemplate& frame, Run
         std::cout << (shown ? "Page written:\n  " + request.view + "\n" : "");
     }
     if (!request.exportName.empty()) {
-        runs::PrintWrittenFiles(exports::ExportSeries(loaded, {request.exportName, "pvd", true}), std::cout);
+        runs::PrintWrittenFiles(exports::ExportSeries(loaded, {request.exportName, "", true}), std::cout);
     }
     return shown;
 }
@@ -240,8 +240,8 @@ void AddOptions(Subcommand& command, RunRequest& request) {
         .Check(CheckPageName);
     command
         .Add("--export", request.exportName,
-             "Write the surface with all items as NAME.pvd and .vtp files; files of these names "
-             "are replaced")
+             "Write the surface with all items as NAME.pvd and .vtp files, or of the kind that the ending of "
+             "NAME tells, as export does; files of these names are replaced")
         .Type("NAME")
         .Check(exports::CheckExportName);
     AddModeOptions(command, request.mode);

@@ -1,7 +1,5 @@
 #include "exports/CsvFile.h"
 
-#include <array>
-
 #include "platform/HostFiles.h"
 #include "text/TextFile.h"
 
@@ -9,13 +7,11 @@ namespace qnl::exports {
 
 namespace {
 
-constexpr std::array<const char*, 3> kAxes{" x", " y", " z"};
-
 std::string HeadRow(const ExportFrame& frame) {
     std::string row = "Node label,x [mm],y [mm],z [mm]";
     for (const ExportArray& array : frame.arrays) {
         for (std::size_t c = 0; c < static_cast<std::size_t>(array.components); ++c) {
-            row += "," + CsvField(array.components == 1 ? array.name : array.name + kAxes[c]);
+            row += "," + CsvField(array.components == 1 ? array.name : ComponentName(array, c));
         }
     }
     for (const ExportNumber& number : frame.numbers) {

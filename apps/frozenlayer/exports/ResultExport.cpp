@@ -2,6 +2,7 @@
 
 #include <array>
 #include <iostream>
+#include <string_view>
 
 #include "exports/CsvFile.h"
 #include "exports/ExportFrames.h"
@@ -59,18 +60,41 @@ constexpr std::array<Format, 4> kFormats{{
     {"csv", ".csv", WriteCsvFrame, "_times.csv", WriteCsvTimes, false},
 }};
 
-const Format& FormatOf(const std::string& name) {
+/// The ending that a name has; empty for none.
+std::string_view EndingOf(const std::string& out) {
+    const std::string_view name(out);
+    for (const std::string_view ending : NameEndings()) {
+        if (name.size() >= ending.size() && name.substr(name.size() - ending.size()) == ending) {
+            return ending;
+        }
+    }
+    return {};
+}
+
+bool MakesFilesWith(const Format& format, std::string_view ending) {
+    return ending == format.frameExtension || ending == format.listEnding;
+}
+
+/// The format that is asked for, or the first whose files have the ending of the name.
+const Format& FormatOf(const ExportRequest& request) {
+    const std::string_view ending = EndingOf(request.out);
     for (const Format& format : kFormats) {
-        if (name == format.name) {
+        const bool fits = ending.empty() || MakesFilesWith(format, ending);
+        if (request.format == format.name && !fits) {
+            throw project::InputProblem("--out " + request.out + " and --to " + request.format +
+                                        " do not go together: leave out --to, or give a name without " +
+                                        std::string(ending));
+        }
+        if (request.format.empty() ? fits : request.format == format.name) {
             return format;
         }
     }
-    throw project::InputProblem("\"" + name + "\" is no format of exported files");
+    throw project::InputProblem("\"" + request.format + "\" is no format of exported files");
 }
 
 /// Paths of the files by time, then of the static one and of the list.
 std::vector<std::string> PathsOf(const ExportRequest& request, std::size_t times) {
-    const Format& format = FormatOf(request.format);
+    const Format& format = FormatOf(request);
     const std::string stem = project::NameOfOutput(request.out, NameEndings());
     std::vector<std::string> paths;
     for (std::size_t t = 0; t < times; ++t) {
@@ -131,9 +155,9 @@ std::string CheckExportName(const std::string& name) {
 }
 
 void CheckExport(const ExportRequest& request, std::size_t times) {
-    const Format& format = FormatOf(request.format);
+    const Format& format = FormatOf(request);
     if (request.compress && !format.compresses) {
-        throw project::InputProblem("--compress has no meaning with --to " + request.format +
+        throw project::InputProblem(std::string("--compress has no meaning with --to ") + format.name +
                                     ", whose files are text: leave it out, or choose another format");
     }
     const std::vector<std::string> paths = PathsOf(request, times);
@@ -148,7 +172,7 @@ std::vector<std::string> ExportSeries(const series::LoadedSeries& loaded, const 
     PrintWhatIsMissing(loaded);
     std::vector<std::string> written;
     try {
-        WriteAll(FormatOf(request.format), PathsOf(request, times), loaded,
+        WriteAll(FormatOf(request), PathsOf(request, times), loaded,
                  request.compress ? Storage::Compressed : Storage::Uncompressed, written);
     } catch (const host::Interrupted&) {
         // The subcommand ends as an interrupted one; what is finished is still told.

@@ -9,10 +9,10 @@ namespace qnl::exports {
 
 /// Files to be written.
 struct ExportRequest {
-    std::string out;             ///< path that every file's name begins with
-    std::string format = "pvd";  ///< one of ExportFormats()
-    bool force = false;          ///< files of these names may be replaced
-    bool compress = false;       ///< store arrays as zlib streams; not every format can
+    std::string out;        ///< path that every file's name begins with
+    std::string format;     ///< one of ExportFormats(); empty: that of the ending of `out`, pvd without one
+    bool force = false;     ///< files of these names may be replaced
+    bool compress = false;  ///< store arrays as zlib streams; not every format can
 };
 
 std::vector<std::string> ExportFormats();
@@ -20,8 +20,9 @@ std::vector<std::string> ExportFormats();
 /// Empty for a name that exported files may begin with, else what is wrong with it.
 std::string CheckExportName(const std::string& name);
 
-/// Raises InputProblem for an export of `times` output times that cannot be made: of an unknown format, with
-/// options that do not go together, or over files that are there already.
+/// Raises InputProblem for an export of `times` output times that cannot be made: of an unknown format, or
+/// another than the ending of the name tells, with options that do not go together, or over files that are
+/// there already.
 void CheckExport(const ExportRequest& request, std::size_t times);
 
 /// Writes one file per output time, one with what does not depend on time, and a list of the files by time;

@@ -75,25 +75,16 @@ void AddFrame(const ExportFrame& frame, HdfGroup& group) {
     for (const ExportArray& array : frame.arrays) {
         std::visit(
             [&](const auto& values) {
-                group.Add("PointData/" + HdfName(array.name), values,
-                          static_cast<std::size_t>(array.components));
+                group.Add("PointData/" + array.name, values, static_cast<std::size_t>(array.components));
             },
             array.values);
     }
     for (const ExportNumber& number : frame.numbers) {
-        group.AddNumber("FieldData/" + HdfName(number.name), number.value);
+        group.AddNumber("FieldData/" + number.name, number.value);
     }
 }
 
 }  // namespace
-
-std::string HdfName(const std::string& name) {
-    std::string text;
-    for (const char character : name) {
-        text += character == '/' ? " per " : std::string(1, character);
-    }
-    return text;
-}
 
 bool WriteHdfSurface(const std::string& path, const ExportSurface& surface, const ExportFrame& frame,
                      Storage storage) {
