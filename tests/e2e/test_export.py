@@ -342,6 +342,21 @@ class ProbeTest(unittest.TestCase):
         numpy.testing.assert_array_equal(frozen, (temperatures < 130.0).astype("i4"))
         self.assertEqual(set(columns["Element kind"]), {"face", "cell"})
 
+    def test_places_beside_the_part(self):
+        project = self.probed_box()
+        far = run("probe", project.root, "--point", "6,4,3.5")
+        self.assertEqual((far.returncode, far.stdout), (1, ""))
+        self.assertRegex(
+            far.stderr,
+            r"\Afrozenlayer: point 6,4,3.5 is 1.5 mm away from the surface, farther than half of the wall there, 1 mm: "
+            r"the nearest surface node is \d+ at 6,4,2, 1.5 mm away; .*--nearest\n\Z",
+        )
+        taken = run("probe", project.root, "--point", "6,4,3.5", "--nearest")
+        self.assertEqual(taken.returncode, 0, taken.stderr)
+        self.assertEqual(taken.stdout, run("probe", project.root, "--point", "6,4,2").stdout)
+        for place in ("6,4,2.9", "7.2,5.3,2", "6,4,1.2"):
+            self.assertEqual(run("probe", project.root, "--point", place).returncode, 0, place)
+
     def test_elements_are_those_of_the_search(self):
         """Whether the run smoothed its normals or not; every third surface node."""
         project = cooling_box(self)

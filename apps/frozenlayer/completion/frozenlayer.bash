@@ -15,7 +15,7 @@ _frozenlayer_options[run]="--help --analysis-code= --intermediate-times=auto --l
 _frozenlayer_options[info]="--help --json"
 _frozenlayer_options[view]="--help --out=@"
 _frozenlayer_options[export]="--help --out=@ --to=pvd|vtu|hdf|csv --compress --force"
-_frozenlayer_options[probe]="--help --node= --point= --out=@ --force"
+_frozenlayer_options[probe]="--help --node= --point= --nearest --out=@ --force"
 _frozenlayer_options[compare]="--help --tolerance= --csv=@ --view=@"
 _frozenlayer_options[demo]="--help --shape=cover|plate|ring --cells= --stage=cool|flow|pack|warp --shuffle --force"
 
