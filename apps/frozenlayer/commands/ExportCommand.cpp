@@ -20,6 +20,7 @@ struct ExportChoice {
 bool Export(const ExportChoice& choice) {
     series::SeriesFiles files = series::FindSeriesFiles(choice.results);
     exports::CheckExport(choice.request, files.times.size());
+    exports::CheckExportPlace(choice.request, files);
     const series::LoadedSeries loaded = series::LoadSeries(std::move(files), 0);
     runs::PrintWrittenFiles(exports::ExportSeries(loaded, choice.request), std::cout);
     return true;

@@ -17,8 +17,10 @@
 #include "page/ReportPage.h"
 #include "project/ProjectInputs.h"
 #include "project/StageGaps.h"
+#include "project/TargetPlace.h"
 #include "project/WrittenFiles.h"
 #include "runs/MarkerNote.h"
+#include "runs/RunPlace.h"
 #include "runs/RunProgress.h"
 #include "runs/RunReport.h"
 #include "series/LoadedSeries.h"
@@ -160,6 +162,15 @@ std::optional<StageKind> StageKindOf(const RunRequest& request, const project::S
     return request.fibreProbe ? std::nullopt : project::KindOfResult(base.extension);
 }
 
+void CheckPlaces(const RunRequest& request, const project::StageFile& base, int intermediateTimes) {
+    runs::CheckRunPlace(base, intermediateTimes);
+    for (const std::string& out : {request.view, request.exportName}) {
+        if (!out.empty()) {
+            project::CheckWritable(project::FolderOf(out));
+        }
+    }
+}
+
 bool Run(const RunRequest& request) {
     if (request.fibreProbe && IsShown(request)) {
         throw project::InputProblem("--fibre-probe writes no results that --view or --export could show");
@@ -167,6 +178,7 @@ bool Run(const RunRequest& request) {
     const project::StageFile base = project::ChooseStageFile(request.target, request.fibreProbe);
     const int intermediateTimes = ChooseIntermediateTimes(request, base);
     project::CheckInputs(base, intermediateTimes, request.fibreProbe);
+    CheckPlaces(request, base, intermediateTimes);
     const page::PageTemplate frame = request.view.empty() ? page::PageTemplate{} : page::ReadPageTemplate();
     AnnounceRun(request, base, intermediateTimes);
     const project::WrittenFiles written({base.RunFolder(), layout::MeshFolder(base.directory)});

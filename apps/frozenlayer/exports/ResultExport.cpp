@@ -1,6 +1,7 @@
 #include "exports/ResultExport.h"
 
 #include <array>
+#include <cstdint>
 #include <iostream>
 #include <string_view>
 
@@ -10,6 +11,8 @@
 #include "exports/VtkXmlFile.h"
 #include "host/Interrupts.h"
 #include "project/OutputNames.h"
+#include "project/TargetPlace.h"
+#include "series/SeriesSize.h"
 
 namespace qnl::exports {
 
@@ -28,7 +31,14 @@ struct Format {
     const char* listEnding;
     WriteList writeList;
     bool compresses;
+    std::uintmax_t leastNodeBytes;   ///< of a node in a file of one time, without its items
+    std::uintmax_t leastValueBytes;  ///< of one value
 };
+
+// A node has its point, label and status, and about one face of four corners; in rows of text each of them
+// has a character and a comma.
+constexpr std::uintmax_t kBinaryNode = 60;
+constexpr std::uintmax_t kTextNode = 10;
 
 template <VtkKind kind>
 bool WriteVtkFrame(const std::string& path, const ExportSurface& surface, const ExportFrame& frame,
@@ -53,11 +63,13 @@ std::vector<std::string_view> NameEndings() {
 }
 
 constexpr std::array<Format, 4> kFormats{{
-    {"pvd", ".vtp", WriteVtkFrame<VtkKind::PolyData>, ".pvd", WriteUnlabelledList<WriteCollection>, true},
+    {"pvd", ".vtp", WriteVtkFrame<VtkKind::PolyData>, ".pvd", WriteUnlabelledList<WriteCollection>, true,
+     kBinaryNode, sizeof(float)},
     {"vtu", ".vtu", WriteVtkFrame<VtkKind::UnstructuredGrid>, ".pvd", WriteUnlabelledList<WriteCollection>,
-     true},
-    {"hdf", ".hdf", WriteHdfSurface, ".hdf.series", WriteUnlabelledList<WriteFileSeries>, true},
-    {"csv", ".csv", WriteCsvFrame, "_times.csv", WriteCsvTimes, false},
+     true, kBinaryNode, sizeof(float)},
+    {"hdf", ".hdf", WriteHdfSurface, ".hdf.series", WriteUnlabelledList<WriteFileSeries>, true, kBinaryNode,
+     sizeof(float)},
+    {"csv", ".csv", WriteCsvFrame, "_times.csv", WriteCsvTimes, false, kTextNode, 2},
 }};
 
 /// The ending that a name has; empty for none.
@@ -164,6 +176,16 @@ void CheckExport(const ExportRequest& request, std::size_t times) {
     if (!request.force) {
         project::RefuseExisting(paths);
     }
+}
+
+void CheckExportPlace(const ExportRequest& request, const series::SeriesFiles& series) {
+    constexpr std::uintmax_t kPacking = 8;
+    const Format& format = FormatOf(request);
+    const std::string folder = project::FolderOf(request.out);
+    const series::SeriesSize size = series::MeasureSeries(series);
+    const std::uintmax_t bytes = size.nodes * format.leastNodeBytes + size.values * format.leastValueBytes;
+    project::CheckWritable(folder);
+    project::CheckRoom(folder, request.compress ? bytes / kPacking : bytes);
 }
 
 std::vector<std::string> ExportSeries(const series::LoadedSeries& loaded, const ExportRequest& request) {

@@ -25,6 +25,10 @@ std::string CheckExportName(const std::string& name);
 /// there already.
 void CheckExport(const ExportRequest& request, std::size_t times);
 
+/// Raises InputProblem when the files cannot be written where they belong, or when the disk has less room
+/// than they take at the very least.
+void CheckExportPlace(const ExportRequest& request, const series::SeriesFiles& series);
+
 /// Writes one file per output time, one with what does not depend on time, and a list of the files by time;
 /// gives their paths. Notes for people go to standard error. Raises InputProblem as CheckExport does; what
 /// could not be written is left out and recorded as a fault; after an interrupt what is finished is given.

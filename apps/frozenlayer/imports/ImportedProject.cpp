@@ -1,6 +1,7 @@
 #include "imports/ImportedProject.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <set>
 
@@ -17,6 +18,7 @@
 #include "project/PlainName.h"
 #include "project/ProjectPaths.h"
 #include "project/StagingFolder.h"
+#include "project/TargetPlace.h"
 #include "results/ResultFile.h"
 #include "results/StageItems.h"
 #include "text/NumberText.h"
@@ -76,6 +78,7 @@ public:
           name_(project::ProjectName(fs::absolute(target_).filename().string(), kRun)) {}
 
     ImportedProject Write() {
+        project::CheckRoom(target_.parent_path().string(), LeastBytes());
         project::StagingFolder staging(target_.string(), kRun);
         const project::StageFile base{staging.Path(), name_, kRun, std::string(stage_.files.pattern), 0};
         WriteMesh(project::NativePath(layout::MeshPath(staging.Path(), MeshName())));
@@ -95,6 +98,16 @@ public:
     }
 
 private:
+    /// The values of the stage files; the mesh, which is packed, is not counted.
+    std::uintmax_t LeastBytes() const {
+        std::uintmax_t values = 0;
+        for (const ItemSource& source : stage_.items) {
+            const auto place = static_cast<std::size_t>(source.quantity);
+            values += source.id != 0 && case_.arrays[place].by != ChosenBy::Nothing ? 1 : 0;
+        }
+        return values * case_.times.size() * static_cast<std::uintmax_t>(LargestLabel()) * sizeof(float);
+    }
+
     std::string MeshName() const { return name_ + ".hdf"; }
 
     std::string MarkerLogText() const {
@@ -272,6 +285,7 @@ void CheckProjectFolder(const std::string& folder, bool force) {
         throw project::InputProblem("the name of the project folder is empty; give a name");
     }
     const fs::path path = WithoutTrailingSlash(folder);
+    project::CheckWritable(path.parent_path().string());
     if (!fs::exists(path)) {
         return;
     }
