@@ -43,6 +43,7 @@ struct ForeignFaces {
     std::vector<std::int64_t> offsets;  ///< faces + 1 entries into points
     std::vector<std::int64_t> points;   ///< of the mesh, by face
     std::vector<ForeignArray> arrays;   ///< one entity a face
+    std::string block = {};             ///< name of the block that they bound, empty when it is not told
 };
 
 /// Everything known at one time.

@@ -10,6 +10,7 @@
 #include "imports/ImportUnits.h"
 #include "imports/RegionChoice.h"
 #include "imports/TemperatureChecks.h"
+#include "interop/JoinedBlocks.h"
 #include "interop/NodeFields.h"
 #include "text/NumberText.h"
 #include "text/ShellWord.h"
@@ -38,6 +39,7 @@ public:
             host::RaiseIfInterrupted();
             interop::ForeignSnapshot snapshot = series->Read(index);
             KeepChosenBlocks(request_, snapshot);
+            interop::JoinBlocks(snapshot);
             AddSnapshot(snapshot, index);
         }
         SortTimes();
