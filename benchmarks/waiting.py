@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Measures what waiting threads cost `frozenlayer run`, on an idle machine and beside two busy processes.
 
-Runs one project by default, with OMP_WAIT_POLICY=passive, with OMP_WAIT_POLICY=active and with one thread, each as often
+Runs one project by default, with OMP_WAIT_POLICY=passive, with =active and with one thread, each as often
 as asked, the ways in turn, and prints the median seconds of every way and its ratio to the default.
 
     benchmarks/waiting.py PROGRAM PROJECT [--repeats N]

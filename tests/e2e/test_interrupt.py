@@ -96,7 +96,9 @@ class InterruptTest(unittest.TestCase):
                     first = root / f"out_0001{ending}"
                     told = printed.split("Files written:\n")[1].split()
                     self.assertEqual(told[0], str(first))
-                    self.assertEqual({path.name for path in root.glob("out*")}, {pathlib.Path(p).name for p in told} - {pipe.name})
+                    self.assertEqual(
+                        {path.name for path in root.glob("out*")}, {pathlib.Path(p).name for p in told} - {pipe.name}
+                    )
                     self.assertEqual(list(root.glob("~*")), [])
                     first.unlink()
 

@@ -95,7 +95,9 @@ class RoomTest(unittest.TestCase):
     def check(self, *words):
         before = sorted(self.disk.rglob("*"))
         told = outcome(self, *words)
-        self.assertRegex(told, rf"{self.disk}[^:]*: at least [\d.]+ [kM]B are needed and [\d.]+ kB are free; free space")
+        self.assertRegex(
+            told, rf"{self.disk}[^:]*: at least [\d.]+ [kM]B are needed and [\d.]+ kB are free; free space"
+        )
         self.assertEqual(sorted(self.disk.rglob("*")), before)
 
     def test_export_and_view(self):

@@ -10,7 +10,6 @@ from small_project import EXAMPLES
 from test_import import ImportCase, items
 
 
-
 def foam_values(values):
     rows = [repr(v) if values.ndim == 1 else f"({' '.join(map(repr, v))})" for v in values.tolist()]
     return f"{len(rows)}\n(\n" + "\n".join(rows) + "\n)"
@@ -44,7 +43,9 @@ class UnitTest(ImportCase):
         density = 900.0 + 10.0 * self.depth
         path = self.vtu(point_data={"T": self.temperature, "rho": density})
         left = self.bring_in(path, material=law)
-        self.assertIn('Warning: "rho" is left out, as the density follows from the material: --density rho', left.stderr)
+        self.assertIn(
+            'Warning: "rho" is left out, as the density follows from the material: --density rho', left.stderr
+        )
         self.assertIn("density: computed: Tait law", left.stdout)
         computed = self.read(17)
         for unit in ("kg/m3", "kg/m³"):
@@ -104,7 +105,9 @@ class UnitTest(ImportCase):
         field = case.parent / "1/T"
         text = field.read_text()
         field.write_text(text.replace("[0 0 0 1 0 0 0]", "[0 0 0 0 0 0 0]"))
-        self.check_refused([case], '"T" has the dimensions [0 0 0 0 0 0 0]', "those of K, [0 0 0 1 0 0 0]", "--temperature")
+        self.check_refused(
+            [case], '"T" has the dimensions [0 0 0 0 0 0 0]', "those of K, [0 0 0 1 0 0 0]", "--temperature"
+        )
         with gzip.open(field.with_suffix(".gz"), "wt") as packed:
             packed.write(field.read_text())
         field.unlink()
