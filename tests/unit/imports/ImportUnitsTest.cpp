@@ -16,6 +16,13 @@ double FactorOf(Quantity quantity, const ImportRequest& request) {
     return ConversionOf(quantity, request).factor;
 }
 
+TEST(ImportUnits, LengthsAreInMillimetres) {
+    ImportRequest request;
+    EXPECT_EQ(qnl::imports::LengthUnit(request), 1.0) << "as long as none is told";
+    request.lengthUnit = "in";
+    EXPECT_EQ(qnl::imports::LengthUnit(request), 25.4);
+}
+
 TEST(ImportUnits, WithoutOptionsThoseOfTheFormat) {
     ImportRequest si;
     ChooseUnits(true, si);
