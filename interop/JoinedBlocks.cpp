@@ -61,6 +61,7 @@ void Renumber(const std::vector<std::int64_t>& numbers, std::vector<std::int64_t
 
 void KeepPoints(const std::vector<std::size_t>& staying, ForeignSnapshot& snapshot) {
     std::vector<std::array<double, 3>> points;
+    points.reserve(staying.size());
     for (const std::size_t point : staying) {
         points.push_back(snapshot.mesh.points[point]);
     }

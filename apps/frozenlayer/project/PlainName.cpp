@@ -38,7 +38,7 @@ std::string Trimmed(const std::string& name, const char* endings) {
                : name.substr(begin, end + 1 - begin);
 }
 
-std::string OrPart(std::string name) {
+std::string OrPart(const std::string& name) {
     return name.empty() ? "part" : name;
 }
 
