@@ -90,6 +90,7 @@ private:
             ChooseArrays(snapshot);
             mesh_ = snapshot.mesh;
             firstFile_ = snapshot.file;
+            case_.warnings.insert(case_.warnings.end(), snapshot.warnings.begin(), snapshot.warnings.end());
         } else if (!SameMesh(mesh_, snapshot.mesh)) {
             throw interop::ForeignProblem(
                 snapshot.file + " has another mesh than " + firstFile_ +
