@@ -6,6 +6,7 @@
 #include "interop/ForeignFile.h"
 #include "interop/ForeignSeries.h"
 #include "interop/FrdSeries.h"
+#include "interop/TableSeries.h"
 #include "interop/VtkSeries.h"
 
 namespace qnl::interop {
@@ -73,11 +74,21 @@ void RaiseUnknownFormat(const std::string& file) {
                          "becomes one by \"gmsh mesh.msh -save -o mesh.vtk\"");
 }
 
-std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>& files) {
+namespace {
+
+std::unique_ptr<ForeignSeries> OpenFiles(const std::vector<std::string>& files) {
     if (!files.empty() && FindOwnFormat(files.front()) != nullptr) {
         return std::make_unique<ListedSeries>(files);
     }
     return OpenVtkSeries(files);
+}
+
+}  // namespace
+
+std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>& files,
+                                                 const std::string& values) {
+    std::unique_ptr<ForeignSeries> series = OpenFiles(files);
+    return values.empty() ? std::move(series) : JoinTable(*series, values);
 }
 
 bool IsForeignFormat(const std::string& file) {

@@ -79,8 +79,10 @@ public:
 
 /// Opens one time series, or several files that are one output time each; the format is told by the
 /// extension. Raises ForeignProblem for a file that is not there or not known, and for the formats of VTK in
-/// builds without it.
-std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>& files);
+/// builds without it. With a file of `values` the mesh of one time gets the values of that table, at its
+/// times.
+std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>& files,
+                                                 const std::string& values = {});
 
 /// Whether the extension is that of a format that is read.
 bool IsForeignFormat(const std::string& file);

@@ -71,6 +71,7 @@ ROOMS = {
     ],
     "interop": [
         "platform/host",
+        "platform/hdf5",
         "platform/kernel/mesh",
         "platform/kernel/topology",
         "platform/kernel/recovery",

@@ -122,6 +122,12 @@ void AddImportOptions(Subcommand& command, imports::ImportRequest& request) {
              "time each (.vtu, .vtk, .hdf); the last time becomes the base time")
         .Type("PATH")
         .Required();
+    command
+        .Add("--values", request.values,
+             "Table with the values of the nodes of a mesh without results, CSV or HDF5: a column \"node\" "
+             "with "
+             "the labels, or x, y, z, and columns like temperature@0.5, by quantity and time in s")
+        .Type("FILE");
     command.Add("--stage", request.stage, "Stage that the results belong to")
         .OneOf({"flow", "pack", "cool", "warp"})
         .ShowDefault();

@@ -4,7 +4,7 @@
 # Options of each subcommand. After "=" stands what follows the option: "@" a file name, words to choose from
 # with "|" between them, or nothing for what cannot be guessed.
 declare -gA _frozenlayer_options
-_frozenlayer_options[import]="--help --stage=flow|pack|cool|warp --temperature= --velocity= --displacement=
+_frozenlayer_options[import]="--help --values=@ --stage=flow|pack|cool|warp --temperature= --velocity= --displacement=
     --cooling-time= --density= --volume-shrinkage= --temperature-unit=K|degC --length-unit=m|mm|cm|in --times=
     --part= --ignore= --region-array= --runner= --special= --wall= --material=@ --freeze-temperature= --pressure= --pressure-array=
     --pressure-unit=MPa|Pa|bar --allow-missing= --out=@ --force"

@@ -54,7 +54,7 @@ public:
     explicit CaseReader(ImportRequest& request) : request_(request), stage_(FindImportStage(request.stage)) {}
 
     ImportedCase Read() {
-        const auto series = interop::OpenForeignSeries(request_.files);
+        const auto series = interop::OpenForeignSeries(request_.files, request_.values);
         ChooseUnits(series->IsSi());
         if (!request_.times.empty() && static_cast<int>(request_.times.size()) != series->Count()) {
             throw interop::ForeignProblem("--times gives " + std::to_string(request_.times.size()) +
@@ -175,7 +175,7 @@ private:
                                   "\" (" + text::NumberText(share) + " % of the nodes)";
         if (share > request_.allowMissing || interop::FillMissing(values, case_.solid) > 0) {
             throw interop::ForeignProblem(
-                count + " not a number, and at most " + text::NumberText(request_.allowMissing) +
+                count + " not a number or not given, and at most " + text::NumberText(request_.allowMissing) +
                 " % are filled from their neighbours; repair the results or raise --allow-missing");
         }
         case_.warnings.push_back(count + " not a number: filled from their neighbours");
