@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 
 #include "hdf5/Hdf5.h"
 #include "interop/HeldSeries.h"
@@ -199,10 +200,11 @@ TEST(MatchPlaces, TakesTheNearestAndOfTwoAsNearTheFirst) {
 }
 
 TEST(MatchPlaces, IsThatOfAllPairs) {
-    std::vector<std::array<double, 3>> rows;
-    for (int i = 0; i < 300; ++i) {
-        rows.push_back(
-            {std::fmod(i * 0.81917, 1.0) - 0.5, std::fmod(i * 0.67104, 1.0) - 0.5, std::fmod(i * 0.54970, 1.0)});
+    std::mt19937 random(7);
+    const auto coordinate = [&] { return static_cast<double>(random() % 10000) * 1e-4 - 0.5; };
+    std::vector<std::array<double, 3>> rows(300);
+    for (auto& row : rows) {
+        row = {coordinate(), coordinate(), coordinate()};
     }
     const double tolerance = 0.1;
     const auto matched = qnl::interop::MatchPlaces(rows, {rows.begin() + 150, rows.end()}, tolerance);
