@@ -120,6 +120,7 @@ ROOMS = {
     ],
     "apps/frozenlayer/imports": [
         "apps/frozenlayer/text",
+        "apps/frozenlayer/info",
         "platform/host",
         "apps/frozenlayer/project",
         "src/layout",

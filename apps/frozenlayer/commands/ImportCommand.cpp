@@ -6,10 +6,12 @@
 #include <tuple>
 #include <vector>
 
+#include "imports/ForeignFacts.h"
 #include "imports/ImportReport.h"
 #include "imports/ImportedCase.h"
 #include "imports/ImportedProject.h"
 #include "imports/TemperatureChecks.h"
+#include "project/ProjectPaths.h"
 
 namespace qnl::commands {
 
@@ -164,8 +166,19 @@ void PrintWarnings(const ImportOutcome& outcome) {
     }
 }
 
+namespace {
+
+void RequireFolder(const imports::ImportRequest& request) {
+    if (request.folder.empty()) {
+        throw project::InputProblem("--out is required; name the project folder to make");
+    }
+}
+
+}  // namespace
+
 void AddImportCommand(Program& program) {
     auto request = std::make_shared<imports::ImportRequest>();
+    auto list = std::make_shared<bool>(false);
     Subcommand command = program.AddSubcommand(
         {"import",
          "make a project from a mesh with results of another program",
@@ -176,12 +189,21 @@ void AddImportCommand(Program& program) {
          {"frozenlayer import examples/stepped-plate-vtu/b.pvd --out plate --material "
           "examples/stepped-plate/Material/pp.toml",
           "frozenlayer run plate"}},
-        [request] {
-            PrintWarnings(ImportProject(*request));
+        [request, list] {
+            if (*list) {
+                imports::ListRegions(*request, std::cout);
+            } else {
+                RequireFolder(*request);
+                PrintWarnings(ImportProject(*request));
+            }
             return true;
         });
     AddImportOptions(command, *request);
-    command.Add("--out", request->folder, "Project folder to make").Type("FOLDER").Required();
+    command.Add("--out", request->folder, "Project folder to make; needed unless --list is given")
+        .Type("FOLDER");
+    command.AddFlag("--list", *list,
+                    "Only list the regions that --part and --ignore choose from, and the arrays for "
+                    "--region-array");
     command.AddFlag("--force", request->force, "Replace a project that stands there");
 }
 

@@ -42,9 +42,10 @@ void AddLabels(const interop::ForeignSnapshot& snapshot, ImportedCase& imported)
         if (array != nullptr && !array->onCells && array->components == 1) {
             imported.solid.mesh.labels = UsableLabels(*array, imported.solid);
             if (imported.solid.mesh.labels.empty()) {
-                imported.warnings.push_back(std::string("the node labels in \"") + name +
-                                            "\" are not used: they are not unique whole numbers from 1, or far above the "
-                                            "number of nodes");
+                imported.warnings.push_back(
+                    std::string("the node labels in \"") + name +
+                    "\" are not used: they are not unique whole numbers from 1, or far above the "
+                    "number of nodes");
             }
             return;
         }
