@@ -6,6 +6,8 @@
 #include "interop/ForeignFile.h"
 #include "interop/ForeignSeries.h"
 #include "interop/FrdSeries.h"
+#include "interop/InpMesh.h"
+#include "interop/MshMesh.h"
 #include "interop/TableSeries.h"
 #include "interop/VtkSeries.h"
 
@@ -19,8 +21,10 @@ struct OwnFormat {
     std::unique_ptr<ForeignSeries> (*open)(const std::string& file);
 };
 
-constexpr std::array<OwnFormat, 1> kOwnFormats{{
+constexpr std::array<OwnFormat, 3> kOwnFormats{{
     {".frd", OpenFrdSeries},
+    {".inp", OpenInpMesh},
+    {".msh", OpenMshMesh},
 }};
 
 const OwnFormat* FindOwnFormat(const std::string& file) {

@@ -25,6 +25,26 @@ public:
     std::int64_t FindNode(std::int64_t label) const;
     std::int64_t FindElement(std::int64_t label) const;
 
+    /// Calls `visit` with number and index of each element with a number from `first`, which is at least 1,
+    /// to `last`.
+    template <typename Visit>
+    void ForEachElement(std::int64_t first, std::int64_t last, const Visit& visit) const {
+        if (static_cast<std::uint64_t>(last - first) < Elements()) {
+            for (std::int64_t i = 0; i <= last - first; ++i) {
+                const std::int64_t element = FindElement(first + i);
+                if (element >= 0) {
+                    visit(first + i, element);
+                }
+            }
+            return;
+        }
+        for (std::size_t element = 0; element < Elements(); ++element) {
+            if (elementLabels_[element] >= first && elementLabels_[element] <= last) {
+                visit(elementLabels_[element], static_cast<std::int64_t>(element));
+            }
+        }
+    }
+
     /// The mesh, and the numbers of its nodes as an array of points; the object is left empty. Raises
     /// ForeignProblem, in the name of `file`, for an element with a node that is not there.
     ForeignSnapshot Take(const std::string& file);

@@ -11,7 +11,6 @@
 #include "imports/ImportedCase.h"
 #include "imports/ImportedProject.h"
 #include "imports/TemperatureChecks.h"
-#include "project/ProjectPaths.h"
 
 namespace qnl::commands {
 
@@ -166,16 +165,6 @@ void PrintWarnings(const ImportOutcome& outcome) {
     }
 }
 
-namespace {
-
-void RequireFolder(const imports::ImportRequest& request) {
-    if (request.folder.empty()) {
-        throw project::InputProblem("--out is required; name the project folder to make");
-    }
-}
-
-}  // namespace
-
 void AddImportCommand(Program& program) {
     auto request = std::make_shared<imports::ImportRequest>();
     auto list = std::make_shared<bool>(false);
@@ -193,7 +182,6 @@ void AddImportCommand(Program& program) {
             if (*list) {
                 imports::ListRegions(*request, std::cout);
             } else {
-                RequireFolder(*request);
                 PrintWarnings(ImportProject(*request));
             }
             return true;
