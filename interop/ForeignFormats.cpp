@@ -71,11 +71,65 @@ private:
 
 }  // namespace
 
+namespace {
+
+/// Ways by which meshes get in together with their temperatures; FILE stands for the file's name without
+/// extension.
+constexpr const char* kByMeshio =
+    "one time becomes a .vtu with its temperatures by python3 -c \"import meshio; m = meshio.read('FILE"
+    "EXTENSION'); m.field_data.clear(); m.write('FILE.vtu')\", a series by ParaView: Save Data as .pvd with "
+    "Write Time Steps";
+constexpr const char* kByGmsh =
+    "it holds no temperatures: convert the mesh with \"gmsh FILEEXTENSION -save -o FILE.msh\" and give the "
+    "temperatures of its nodes as a table, frozenlayer import FILE.msh --values TABLE.csv";
+constexpr const char* kByTable =
+    "export the mesh as .inp and the temperatures of its nodes as a table with a column \"node\" and columns "
+    "like temperature@0.5, then frozenlayer import FILE.inp --values TABLE.csv";
+
+/// Formats that are known and not read.
+struct OtherFormat {
+    const char* extension;
+    const char* name;
+    const char* remedy;
+};
+constexpr std::array<OtherFormat, 13> kOtherFormats{{
+    {".xdmf", "XDMF", kByMeshio},
+    {".xmf", "XDMF", kByMeshio},
+    {".med", "MED", kByMeshio},
+    {".rmed", "MED", kByMeshio},
+    {".unv", "a universal file", kByGmsh},
+    {".bdf", "a Nastran mesh", kByGmsh},
+    {".nas", "a Nastran mesh", kByGmsh},
+    {".stl", "a surface without solid cells", "give a solid mesh with the temperatures of its nodes"},
+    {".odb", "an Abaqus database", kByTable},
+    {".fil", "an Abaqus result file", kByTable},
+    {".rst", "an Ansys result file", kByTable},
+    {".rth", "an Ansys result file", kByTable},
+    {".cdb", "an Ansys mesh", kByTable},
+}};
+
+std::string Replaced(std::string text, const std::string& word, const std::string& by) {
+    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + by.size())) {
+        text.replace(at, word.size(), by);
+    }
+    return text;
+}
+
+}  // namespace
+
 void RaiseUnknownFormat(const std::string& file) {
+    const std::string extension = ExtensionOf(file);
+    for (const OtherFormat& format : kOtherFormats) {
+        if (extension == format.extension) {
+            const std::string stem = file.substr(0, file.size() - extension.size());
+            throw ForeignProblem(file + " is " + format.name + ", which is not read; " +
+                                 Replaced(Replaced(format.remedy, "EXTENSION", extension), "FILE", stem));
+        }
+    }
     throw ForeignProblem(file +
                          " is of no known format; known are .vtu, .pvtu, .pvd, .vtm, .vts, .vtr, .vti, .vtk, "
-                         ".hdf, .vtkhdf, .case, .cgns, .exo, .e, .ex2, .foam and .frd, and a Gmsh mesh "
-                         "becomes one by \"gmsh mesh.msh -save -o mesh.vtk\"");
+                         ".hdf, .vtkhdf, .case, .cgns, .exo, .e, .ex2, .foam and .frd, and .inp and .msh with "
+                         "a table of temperatures, --values; another program's export to one of them helps");
 }
 
 namespace {

@@ -120,7 +120,8 @@ private:
         const QuantityRule& required = kQuantityRules[static_cast<std::size_t>(stage_.required)];
         if (case_.Chosen(stage_.required).by == ChosenBy::Nothing) {
             throw interop::ForeignProblem(snapshot.file + ": no array has a usual name of a " +
-                                          required.name + "; name it with " + required.option + " (" +
+                                          required.name + "; name it with " + required.option +
+                                          ", or give the values of its nodes as a table with --values (" +
                                           ListArrays(snapshot, required.name) + ")");
         }
     }
