@@ -144,7 +144,7 @@ class WaysTest(WayCase):
         x, y, z = page.positions().reshape(-1, 3).T
         inside = (abs(x - 6) < 3) & (abs(y - 4) < 2.5) & ((z < 0.01) | (z > 1.99))
         values = page.item_values(page.item("Frozen ratio"))[0][0][inside]
-        print(values)
+        numpy.testing.assert_allclose(values, frozen_share(1.0), atol=4.0)
 
     def test_every_command_is_run(self):
         """A block with another file would be one that nobody runs."""
