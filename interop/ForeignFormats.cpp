@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 
 #include "interop/ForeignFile.h"
 #include "interop/ForeignSeries.h"
@@ -126,10 +127,11 @@ void RaiseUnknownFormat(const std::string& file) {
                                  Replaced(Replaced(format.remedy, "EXTENSION", extension), "FILE", stem));
         }
     }
-    throw ForeignProblem(file +
-                         " is of no known format; known are .vtu, .pvtu, .pvd, .vtm, .vts, .vtr, .vti, .vtk, "
-                         ".hdf, .vtkhdf, .case, .cgns, .exo, .e, .ex2, .foam and .frd, and .inp and .msh with "
-                         "a table of temperatures, --values; another program's export to one of them helps");
+    throw ForeignProblem(
+        file +
+        " is of no known format; known are .vtu, .pvtu, .pvd, .vtm, .vts, .vtr, .vti, .vtk, "
+        ".hdf, .vtkhdf, .case, .cgns, .exo, .e, .ex2, .foam and .frd, and .inp and .msh with "
+        "a table of temperatures, --values; another program's export to one of them helps");
 }
 
 namespace {
@@ -145,8 +147,15 @@ std::unique_ptr<ForeignSeries> OpenFiles(const std::vector<std::string>& files) 
 
 std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>& files,
                                                  const std::string& values) {
-    std::unique_ptr<ForeignSeries> series = OpenFiles(files);
-    return values.empty() ? std::move(series) : JoinTable(*series, values);
+    try {
+        std::unique_ptr<ForeignSeries> series = OpenFiles(files);
+        return values.empty() ? std::move(series) : JoinTable(*series, values);
+    } catch (const std::bad_alloc&) {
+        throw ForeignProblem(
+            files.front() +
+            " asks for more memory than there is; export a smaller mesh, or the file anew if "
+            "it is damaged");
+    }
 }
 
 bool IsForeignFormat(const std::string& file) {

@@ -119,8 +119,9 @@ void AddMaterialOptions(Subcommand& command, imports::ImportRequest& request) {
 void AddImportOptions(Subcommand& command, imports::ImportRequest& request) {
     command
         .Add("FILES", request.files,
-             "One time series (.pvd, .case, .cgns, .exo, .foam), or files that are one output "
-             "time each (.vtu, .vtk, .hdf); the last time becomes the base time")
+             "One time series (.pvd, .case, .cgns, .exo, .foam, .frd), files that are one output "
+             "time each (.vtu, .vtk, .hdf), or a mesh (.inp, .msh) with --values; the last time becomes "
+             "the base time")
         .Type("PATH")
         .Required();
     command
