@@ -1,9 +1,10 @@
-"""The ways into the program that docs/import.md shows: files made here, its commands run as they stand, their pages read."""
+"""The ways in that docs/import.md shows: files made here, its commands run as they stand, their pages read."""
 import re
 import shutil
 import subprocess
 import unittest
 
+import h5py
 import numpy
 
 import foreign_files as foreign
@@ -24,7 +25,7 @@ def commands(name):
 
 
 def temperature(points, seconds):
-    """Linear from both faces to the middle, warmer inside; at 1 s 58.3 % of the wall is below the freeze temperature."""
+    """Linear from both faces to the middle, warmer inside; at 1 s 58.3 % of the wall is frozen."""
     depth = numpy.minimum(points[:, 2], SIZE[2] - points[:, 2])
     return 60.0 + 120.0 * depth / seconds
 
@@ -50,8 +51,8 @@ class WayCase(unittest.TestCase):
         return told
 
     def check_page(self, name, times):
-        """Every value is that of the same numbers by way of .vtu; on the faces, away from the rim, the frozen ratio is that
-        of the wall within 4 points: what cells of a quarter of the wall leave."""
+        """Every value is that of the same numbers by way of .vtu; on the faces, away from the rim, the frozen ratio is
+        that of the wall within 4 points: what cells of a quarter of the wall leave."""
         members = []
         for seconds in times:
             member = f"t{seconds:g}.vtu"
@@ -188,8 +189,6 @@ class TableTest(WayCase):
         self.assertIn("not a number or not given", refused.stderr)
 
     def test_hdf5(self):
-        import h5py
-
         with h5py.File(self.folder.path / "t.h5", "w") as file:
             file["node"] = numpy.arange(len(self.points), dtype="i4") + 1
             file["temperature@0.5"] = self.values + 1.0
