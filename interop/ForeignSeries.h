@@ -46,6 +46,12 @@ struct ForeignFaces {
     std::string block = {};             ///< name of the block that they bound, empty when it is not told
 };
 
+/// A named set of cells.
+struct ForeignSet {
+    std::string name;
+    std::vector<std::int64_t> cells;  ///< ascending, each once
+};
+
 /// Everything known at one time.
 struct ForeignSnapshot {
     std::string file;
@@ -55,10 +61,15 @@ struct ForeignSnapshot {
     std::vector<ForeignFaces> boundary;  ///< by block
     std::vector<std::string> blocks;     ///< names, by the number in the cell array kBlockArray; empty unless
                                          ///< there are several, each with a name
+    std::vector<ForeignSet> sets;        ///< beside the blocks: regions that may overlap and leave cells out
+    std::vector<std::string> warnings;   ///< of the reader, sentences
 };
 
 /// The cell array that tells the blocks of a mesh apart.
 inline constexpr const char* kBlockArray = "BlockId";
+
+/// Names of point arrays that hold the labels of the nodes, best first.
+inline constexpr std::array<const char*, 4> kLabelArrays{"NodeId", "GlobalNodeId", "GlobalNodeID", "node_id"};
 
 /// Output times of one case, in the order of the files.
 class ForeignSeries {
@@ -72,7 +83,13 @@ public:
 };
 
 /// Opens one time series, or several files that are one output time each; the format is told by the
-/// extension. Raises ForeignProblem for a file that is not there or not known, and in builds without readers.
-std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>& files);
+/// extension. Raises ForeignProblem for a file that is not there or not known, and for the formats of VTK in
+/// builds without it. With a file of `values` the mesh of one time gets the values of that table, at its
+/// times.
+std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>& files,
+                                                 const std::string& values = {});
+
+/// Whether the extension is that of a format that is read.
+bool IsForeignFormat(const std::string& file);
 
 }  // namespace qnl::interop

@@ -1,11 +1,15 @@
-#include "interop/ForeignSeries.h"
+#include "interop/VtkSeries.h"
 
 namespace qnl::interop {
 
-std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>&) {
+std::unique_ptr<ForeignSeries> OpenVtkSeries(const std::vector<std::string>&) {
     throw ForeignProblem(
-        "this build reads no foreign files: install VTK (Debian: apt-get install libvtk9-dev), configure and "
-        "build again");
+        "this build reads no foreign files but .frd, .inp and .msh: install VTK (Debian: apt-get install "
+        "libvtk9-dev), configure and build again");
+}
+
+bool IsVtkFormat(const std::string&) {
+    return false;
 }
 
 }  // namespace qnl::interop

@@ -26,9 +26,12 @@
 #include <utility>
 
 #include "interop/FoamDimensions.h"
+#include "interop/ForeignFile.h"
+#include "interop/ForeignFormats.h"
 #include "interop/ForeignSeries.h"
 #include "interop/NetcdfLength.h"
 #include "interop/ReaderGuard.h"
+#include "interop/VtkSeries.h"
 #include "interop/VtkSnapshot.h"
 
 namespace qnl::interop {
@@ -170,32 +173,19 @@ constexpr std::array<Format, 19> kFormats{{
     {".openfoam", MakeOpenFoamReader, {}, true},
 }};
 
-std::string Extension(const std::string& file) {
-    std::string extension = fs::path(file).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension;
+const Format* LookUpFormat(const std::string& file) {
+    const std::string extension = ExtensionOf(file);
+    const auto* format = std::find_if(kFormats.begin(), kFormats.end(),
+                                      [&](const Format& row) { return extension == row.extension; });
+    return format == kFormats.end() ? nullptr : format;
 }
 
 const Format& FindFormat(const std::string& file) {
-    for (const Format& format : kFormats) {
-        if (Extension(file) == format.extension) {
-            return format;
-        }
+    const Format* format = LookUpFormat(file);
+    if (format == nullptr) {
+        RaiseUnknownFormat(file);
     }
-    throw ForeignProblem(
-        file +
-        " is of no known format; known are .vtu, .pvtu, .pvd, .vtm, .vts, .vtr, .vti, .vtk, "
-        ".hdf, .vtkhdf, .case, .cgns, .exo, .e, .ex2 and .foam, and a Gmsh mesh becomes one by "
-        "\"gmsh mesh.msh -save -o mesh.vtk\"");
-}
-
-void CheckFile(const std::string& file) {
-    std::error_code failed;
-    if (!fs::is_regular_file(file, failed)) {
-        throw ForeignProblem(file + (fs::is_directory(file, failed) ? " is a folder; give a file in it"
-                                                                    : " is missing; give an existing file"));
-    }
+    return *format;
 }
 
 void CheckStart(const std::string& file, const Starts& starts) {
@@ -229,14 +219,16 @@ struct Entry {
     bool chosenFromFile = false;  ///< the file holds several times
 };
 
+constexpr const char* kCollection = ".pvd";
+
 class VtkSeries : public ForeignSeries {
 public:
     explicit VtkSeries(const std::vector<std::string>& files) {
         vtkLogger::SetStderrVerbosity(vtkLogger::VERBOSITY_OFF);
         vtkOutputWindow::SetInstance(complaints_);
         for (const std::string& file : files) {
-            CheckFile(file);
-            Extension(file) == ".pvd" ? AddCollection(file) : AddFile(file);
+            CheckForeignFile(file);
+            ExtensionOf(file) == kCollection ? AddCollection(file) : AddFile(file);
         }
     }
     ~VtkSeries() override { vtkOutputWindow::SetInstance(nullptr); }
@@ -360,8 +352,8 @@ private:
             throw ForeignProblem(collection + ": a DataSet element lacks its file or its timestep; add it");
         }
         const std::string member = (fs::path(collection).parent_path() / name).string();
-        CheckFile(member);
-        if (Extension(member) == ".pvd") {
+        CheckForeignFile(member);
+        if (ExtensionOf(member) == kCollection) {
             throw ForeignProblem(collection + " lists another list, " + member +
                                  "; list the files with the meshes instead");
         }
@@ -383,8 +375,12 @@ private:
 
 }  // namespace
 
-std::unique_ptr<ForeignSeries> OpenForeignSeries(const std::vector<std::string>& files) {
+std::unique_ptr<ForeignSeries> OpenVtkSeries(const std::vector<std::string>& files) {
     return std::make_unique<VtkSeries>(files);
+}
+
+bool IsVtkFormat(const std::string& file) {
+    return ExtensionOf(file) == kCollection || LookUpFormat(file) != nullptr;
 }
 
 }  // namespace qnl::interop

@@ -71,6 +71,7 @@ ROOMS = {
     ],
     "interop": [
         "platform/host",
+        "platform/hdf5",
         "platform/kernel/mesh",
         "platform/kernel/topology",
         "platform/kernel/recovery",
@@ -120,6 +121,7 @@ ROOMS = {
     ],
     "apps/frozenlayer/imports": [
         "apps/frozenlayer/text",
+        "apps/frozenlayer/info",
         "platform/host",
         "apps/frozenlayer/project",
         "src/layout",

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need. Runs as root or through sudo; does nothing
 # when all are there.
-#   tools/install_packages.sh build|import|test|page|mutation|openfoam ...
+#   tools/install_packages.sh build|import|test|page|mutation|openfoam|calculix ...
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build libhdf5-dev libcli11-dev libtomlplusplus-dev libboost-dev libeigen3-dev
@@ -16,6 +16,7 @@ command -v npm > /dev/null || page_packages+=(npm)
 mutation_packages=(python3-clang-14 libomp-dev libgtest-dev)
 # 431 MB once installed: for one test, which is skipped without it.
 openfoam_packages=(openfoam)
+calculix_packages=(calculix-ccx)
 
 # VTK's readers for the tests; ParaView brings its own and does not go together with this package.
 command -v pvpython > /dev/null || test_packages+=(python3-vtk9)
@@ -29,7 +30,8 @@ for group in "$@"; do
     page) wanted+=("${page_packages[@]}") ;;
     mutation) wanted+=("${mutation_packages[@]}") ;;
     openfoam) wanted+=("${openfoam_packages[@]}") ;;
-    *) echo "unknown package group \"$group\": build, import, test, page, mutation or openfoam" >&2; exit 2 ;;
+    calculix) wanted+=("${calculix_packages[@]}") ;;
+    *) echo "unknown package group \"$group\": build, import, test, page, mutation, openfoam or calculix" >&2; exit 2 ;;
   esac
 done
 

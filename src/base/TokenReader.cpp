@@ -185,6 +185,15 @@ bool TokenReader::ReadLine(std::size_t bufferSize, std::string_view& line) {
     return true;
 }
 
+bool TokenReader::ReadBytes(std::size_t count, std::string_view& bytes) {
+    if (count > text_.size - Position()) {
+        return false;
+    }
+    bytes = {cursor_, count};
+    cursor_ += count;
+    return true;
+}
+
 bool TokenReader::ReadInt(int& value) {
     const char* p = PastBlanks(cursor_);
     const bool negative = TakeSign(p);

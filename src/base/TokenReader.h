@@ -30,6 +30,10 @@ public:
     /// holds as long as the reader. False at the end of the text, with `line` unchanged.
     bool ReadLine(std::size_t bufferSize, std::string_view& line);
 
+    /// The next `count` bytes as they are, which hold as long as the reader. False when fewer are left, with
+    /// `bytes` unchanged and the cursor where it was.
+    bool ReadBytes(std::size_t count, std::string_view& bytes);
+
     bool ReadInt(int& value);
     bool ReadDouble(double& value);
 

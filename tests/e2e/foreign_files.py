@@ -1,4 +1,6 @@
 """Small meshes with results in the formats of other programs, written as text."""
+import struct
+
 import numpy
 
 from small_project import run
@@ -111,6 +113,78 @@ def write_ensight(path, points, hexas, times, values):
         path.with_suffix(f".t{index:02d}").write_text(
             "temperature\npart\n         1\ncoordinates\n" + "".join(f"{v:12.5e}\n" for v in array)
         )
+
+
+FRD_TYPES = {HEXA: 1, WEDGE: 2, TETRA: 3}
+
+
+def write_frd(path, points, cells, times, temperatures, binary=False):
+    """Results of CalculiX; node numbers are the index from 11."""
+    head = lambda block, count, form: f"    {block}C{count:30d}{form:38d}\n".encode()
+    out = [b"    1C\n", head(2, len(points), 3 if binary else 1)]
+    for label, point in enumerate(points, 11):
+        out.append(
+            struct.pack("<i3d", label, *point)
+            if binary
+            else (f" -1{label:10d}" + "".join(f"{v:12.5E}" for v in point) + "\n").encode()
+        )
+    out += [b"" if binary else b" -3\n", head(3, len(cells), 2 if binary else 1)]
+    for number, (kind, nodes) in enumerate(cells, 1):
+        labels = [int(node) + 11 for node in nodes]
+        out.append(
+            struct.pack(f"<{4 + len(labels)}i", number, FRD_TYPES[kind], 0, 1, *labels)
+            if binary
+            else f" -1{number:10d}{FRD_TYPES[kind]:5d}    0    1\n -2".encode()
+            + "".join(f"{label:10d}" for label in labels).encode()
+            + b"\n"
+        )
+    out.append(b"" if binary else b" -3\n")
+    for step, (seconds, values) in enumerate(zip(times, temperatures), 1):
+        out.append(f"    1PSTEP\n  100CL  {100 + step}{seconds:12.9f}{len(points):12d}{'':20} 1{step:5d}".encode())
+        out.append(
+            f"{'':10}{2 if binary else 1:2d}\n -4  NDTEMP      1    1\n -5  T           1    1    0    0\n".encode()
+        )
+        for label, value in enumerate(values, 11):
+            out.append(struct.pack("<if", label, value) if binary else f" -1{label:10d}{value:12.5E}\n".encode())
+        out.append(b"" if binary else b" -3\n")
+    path.write_bytes(b"".join(out) + b" 9999\n")
+
+
+def write_inp(path, points, cells, sets=None):
+    """A mesh in the layout of Abaqus; node numbers are the index from 1. `sets`: names of sets with cells."""
+    names = {TETRA: "C3D4", HEXA: "C3D8", WEDGE: "C3D6", PYRAMID: "C3D5"}
+    text = "*NODE\n" + "".join(f"{n}, {x!r}, {y!r}, {z!r}\n" for n, (x, y, z) in enumerate(points.tolist(), 1))
+    for number, (kind, nodes) in enumerate(cells, 1):
+        text += f"*ELEMENT, TYPE={names[kind]}\n{number}, {', '.join(str(node + 1) for node in nodes)}\n"
+    for name, members in (sets or {}).items():
+        text += f"*ELSET, ELSET={name}\n" + "".join(f"{cell + 1},\n" for cell in members)
+    path.write_text(text)
+
+
+def write_msh(path, points, cells, groups, names):
+    """A Gmsh mesh in the text form 2.2; `groups`: the physical group of each cell."""
+    types = {TETRA: 4, HEXA: 5, WEDGE: 6, PYRAMID: 7}
+    path.write_text(
+        "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n"
+        f"$PhysicalNames\n{len(names)}\n"
+        + "".join(f'3 {number} "{name}"\n' for number, name in names.items())
+        + f"$EndPhysicalNames\n$Nodes\n{len(points)}\n"
+        + "".join(f"{n} {x!r} {y!r} {z!r}\n" for n, (x, y, z) in enumerate(points.tolist(), 1))
+        + f"$EndNodes\n$Elements\n{len(cells)}\n"
+        + "".join(
+            f"{number} {types[kind]} 2 {group} {group} {' '.join(str(node + 1) for node in nodes)}\n"
+            for number, ((kind, nodes), group) in enumerate(zip(cells, groups), 1)
+        )
+        + "$EndElements\n"
+    )
+
+
+def write_table(path, columns):
+    """Comma-separated values: `columns` by name."""
+    lines = [",".join(columns)] + [
+        ",".join(repr(v) for v in row) for row in zip(*(c.tolist() for c in columns.values()))
+    ]
+    path.write_text("\n".join(lines) + "\n")
 
 
 def foam_file(path, kind, body):

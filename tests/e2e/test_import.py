@@ -405,7 +405,7 @@ class RefusalTest(ImportCase):
     def test_files(self):
         self.check_refused([self.folder / "none.vtu"], "none.vtu is missing")
         (self.folder / "a.msh").write_text("$MeshFormat\n")
-        self.check_refused([self.folder / "a.msh"], "a.msh is of no known format", "gmsh")
+        self.check_refused([self.folder / "a.msh"], "a.msh, line 1: expected version, form")
         broken = self.vtu()
         broken.write_text(broken.read_text()[:3000])
         self.check_refused([broken], "box.vtu")

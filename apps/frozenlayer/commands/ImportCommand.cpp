@@ -6,6 +6,7 @@
 #include <tuple>
 #include <vector>
 
+#include "imports/ForeignFacts.h"
 #include "imports/ImportReport.h"
 #include "imports/ImportedCase.h"
 #include "imports/ImportedProject.h"
@@ -138,10 +139,17 @@ void AddMaterialOptions(Subcommand& command, imports::ImportRequest& request) {
 void AddImportOptions(Subcommand& command, imports::ImportRequest& request) {
     command
         .Add("FILES", request.files,
-             "One time series (.pvd, .case, .cgns, .exo, .foam), or files that are one output "
-             "time each (.vtu, .vtk, .hdf); the last time becomes the base time")
+             "One time series (.pvd, .case, .cgns, .exo, .foam, .frd), files that are one output "
+             "time each (.vtu, .vtk, .hdf), or a mesh (.inp, .msh) with --values; the last time becomes "
+             "the base time")
         .Type("PATH")
         .Required();
+    command
+        .Add("--values", request.values,
+             "Table with the values of the nodes of a mesh without results, CSV or HDF5: a column \"node\" "
+             "with "
+             "the labels, or x, y, z, and columns like temperature@0.5, by quantity and time in s")
+        .Type("FILE");
     command.Add("--stage", request.stage, "Stage that the results belong to")
         .OneOf({"flow", "pack", "cool", "warp"})
         .ShowDefault();
@@ -180,6 +188,7 @@ void PrintWarnings(const ImportOutcome& outcome) {
 
 void AddImportCommand(Program& program) {
     auto request = std::make_shared<imports::ImportRequest>();
+    auto list = std::make_shared<bool>(false);
     Subcommand command = program.AddSubcommand(
         {"import",
          "make a project from a mesh with results of another program",
@@ -190,12 +199,20 @@ void AddImportCommand(Program& program) {
          {"frozenlayer import examples/stepped-plate-vtu/b.pvd --out plate --material "
           "examples/stepped-plate/Material/pp.toml",
           "frozenlayer run plate"}},
-        [request] {
-            PrintWarnings(ImportProject(*request));
+        [request, list] {
+            if (*list) {
+                imports::ListRegions(*request, std::cout);
+            } else {
+                PrintWarnings(ImportProject(*request));
+            }
             return true;
         });
     AddImportOptions(command, *request);
-    command.Add("--out", request->folder, "Project folder to make").Type("FOLDER").Required();
+    command.Add("--out", request->folder, "Project folder to make; needed unless --list is given")
+        .Type("FOLDER");
+    command.AddFlag("--list", *list,
+                    "Only list the regions that --part and --ignore choose from, and the arrays for "
+                    "--region-array");
     command.AddFlag("--force", request->force, "Replace a project that stands there");
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "imports/ForeignFacts.h"
 #include "info/FactReaders.h"
 #include "project/FaultReport.h"
 #include "project/PathContent.h"
@@ -38,6 +39,12 @@ constexpr std::array<KindReader, 7> kKindReaders{{
 }};
 
 info::FileFacts ReadFacts(const std::string& path) {
+    if (imports::IsForeignFile(path)) {
+        info::FileFacts facts = imports::ReadForeignFacts(path);
+        facts.path = project::NativePath(path);
+        facts.kind = "mesh or results of another program";
+        return facts;
+    }
     const project::PathContent kind = project::RecognisePath(path);
     for (const KindReader& reader : kKindReaders) {
         if (reader.kind == kind) {
@@ -71,13 +78,14 @@ void AddInfoCommand(Program& program) {
         {"info",
          "tell what a file or a project folder holds",
          "Tells the kind of a file by its content, and prints what stands in it: sizes, items "
-         "with their ranges and units, times, names of other files.",
+         "with their ranges and units, times, names of other files. Files of other programs are told by "
+         "their extension, and listed by the tables of import.",
          {"frozenlayer info examples/ribbed-cover/Mesh/cover.hdf"}},
         [request] { return Inform(*request); });
     command
         .Add("FILE", request->path,
-             "Mesh, stage or frozen-layer result, thickness file, search file, material, run file or "
-             "project folder")
+             "Mesh, stage or frozen-layer result, thickness file, search file, material, run file, "
+             "project folder, or a file that import reads")
         .Type("PATH")
         .Required();
     command.AddFlag("--json", request->json, "Print one JSON object, for machines");

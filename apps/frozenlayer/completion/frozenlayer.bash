@@ -4,12 +4,12 @@
 # Options of each subcommand. After "=" stands what follows the option: "@" a file name, words to choose from
 # with "|" between them, or nothing for what cannot be guessed.
 declare -gA _frozenlayer_options
-_frozenlayer_options[import]="--help --stage=flow|pack|cool|warp --temperature= --velocity= --displacement=
+_frozenlayer_options[import]="--help --values=@ --stage=flow|pack|cool|warp --temperature= --velocity= --displacement=
     --cooling-time= --density= --volume-shrinkage= --temperature-unit=K|degC --length-unit=m|mm|cm|in
     --velocity-unit=m/s|cm/s|mm/s --density-unit=kg/m3|g/cm3 --times=
     --part= --ignore= --region-array= --runner= --special= --wall= --material=@ --freeze-temperature= --pressure= --pressure-array=
-    --pressure-unit=MPa|Pa|bar --allow-missing= --out=@ --force"
-_frozenlayer_options[show]="${_frozenlayer_options[import]} --keep=@ --resolved --corrected --classic"
+    --pressure-unit=MPa|Pa|bar --allow-missing= --out=@ --force --list"
+_frozenlayer_options[show]="${_frozenlayer_options[import]% --list} --keep=@ --resolved --corrected --classic"
 _frozenlayer_options[run]="--help --analysis-code= --intermediate-times=auto --log-level= --threads= --fibre-probe
     --fiber-probe --view=@ --export=@ --resolved --corrected --classic"
 _frozenlayer_options[info]="--help --json"

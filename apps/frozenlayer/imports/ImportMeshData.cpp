@@ -12,7 +12,6 @@ namespace qnl::imports {
 
 namespace {
 
-constexpr std::array<const char*, 4> kLabelNames{"NodeId", "GlobalNodeId", "GlobalNodeID", "node_id"};
 constexpr const char* kOwnRegionName = "Region";
 
 /// Labels are used when they are whole, unique, at least 1 and not spread thinly: result files are as long as
@@ -33,13 +32,15 @@ std::vector<int> UsableLabels(const interop::ForeignArray& array, const interop:
 }
 
 void AddLabels(const interop::ForeignSnapshot& snapshot, ImportedCase& imported) {
-    for (const char* name : kLabelNames) {
+    for (const char* name : interop::kLabelArrays) {
         const interop::ForeignArray* array = FindArray(snapshot, name);
         if (array != nullptr && !array->onCells && array->components == 1) {
             imported.solid.mesh.labels = UsableLabels(*array, imported.solid);
             if (imported.solid.mesh.labels.empty()) {
-                imported.warnings.push_back(std::string("the node labels in \"") + name +
-                                            "\" are not used: they are not unique whole numbers from 1");
+                imported.warnings.push_back(
+                    std::string("the node labels in \"") + name +
+                    "\" are not used: they are not unique whole numbers from 1, or far above the "
+                    "number of nodes");
             }
             return;
         }

@@ -9,6 +9,7 @@ namespace qnl::imports {
 /// What an import is to do. Empty names of arrays: those that are commonly used are looked for.
 struct ImportRequest {
     std::vector<std::string> files;
+    std::string values;  ///< table with the values of the nodes of a mesh; empty: the files hold them
     std::string folder;  ///< of the project
     bool force = false;
     std::string stage = "flow";

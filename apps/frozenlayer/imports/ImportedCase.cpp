@@ -28,7 +28,7 @@ public:
     explicit CaseReader(ImportRequest& request) : request_(request), stage_(FindImportStage(request.stage)) {}
 
     ImportedCase Read() {
-        const auto series = interop::OpenForeignSeries(request_.files);
+        const auto series = interop::OpenForeignSeries(request_.files, request_.values);
         ChooseUnits(series->IsSi(), request_);
         if (!request_.times.empty() && static_cast<int>(request_.times.size()) != series->Count()) {
             throw interop::ForeignProblem("--times gives " + std::to_string(request_.times.size()) +
@@ -57,6 +57,7 @@ private:
             ChooseArrays(snapshot);
             mesh_ = snapshot.mesh;
             firstFile_ = snapshot.file;
+            case_.warnings.insert(case_.warnings.end(), snapshot.warnings.begin(), snapshot.warnings.end());
         } else if (!SameMesh(mesh_, snapshot.mesh)) {
             throw interop::ForeignProblem(
                 snapshot.file + " has another mesh than " + firstFile_ +
@@ -86,7 +87,8 @@ private:
         const QuantityRule& required = kQuantityRules[static_cast<std::size_t>(stage_.required)];
         if (case_.Chosen(stage_.required).by == ChosenBy::Nothing) {
             throw interop::ForeignProblem(snapshot.file + ": no array has a usual name of a " +
-                                          required.name + "; name it with " + required.option + " (" +
+                                          required.name + "; name it with " + required.option +
+                                          ", or give the values of its nodes as a table with --values (" +
                                           ListArrays(snapshot, required.name) + ")");
         }
     }
@@ -168,7 +170,7 @@ private:
                                   "\" (" + text::NumberText(share) + " % of the nodes)";
         if (share > request_.allowMissing || interop::FillMissing(values, case_.solid) > 0) {
             throw interop::ForeignProblem(
-                count + " not a number, and at most " + text::NumberText(request_.allowMissing) +
+                count + " not a number or not given, and at most " + text::NumberText(request_.allowMissing) +
                 " % are filled from their neighbours; repair the results or raise --allow-missing");
         }
         case_.warnings.push_back(count + " not a number: filled from their neighbours");

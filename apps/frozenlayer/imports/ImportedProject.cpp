@@ -282,7 +282,7 @@ ImportedMaterial ChooseMaterial(const ImportRequest& request) {
 
 void CheckProjectFolder(const std::string& folder, bool force) {
     if (folder.empty()) {
-        throw project::InputProblem("the name of the project folder is empty; give a name");
+        throw project::InputProblem("the name of the project folder is empty; give one with --out");
     }
     const fs::path path = WithoutTrailingSlash(folder);
     project::CheckWritable(path.parent_path().string());

@@ -21,41 +21,57 @@ std::size_t BlockOf(const interop::ForeignArray& blocks, std::size_t cell) {
     return static_cast<std::size_t>(blocks.values[cell]);
 }
 
-/// Each block with its number of cells.
-std::string ListBlocks(const interop::ForeignSnapshot& snapshot, const interop::ForeignArray& blocks) {
-    std::vector<long long> cells(snapshot.blocks.size(), 0);
-    for (std::size_t cell = 0; cell < blocks.values.size(); ++cell) {
-        ++cells[BlockOf(blocks, cell)];
-    }
+/// The cell array of several named blocks; null when there are none.
+const interop::ForeignArray* BlocksOf(const interop::ForeignSnapshot& snapshot) {
+    return snapshot.blocks.empty() ? nullptr : FindCellArray(snapshot, interop::kBlockArray);
+}
+
+/// Each region with its number of cells.
+std::string ListRegionsOf(const interop::ForeignSnapshot& snapshot) {
     std::string list;
-    for (std::size_t block = 0; block < cells.size(); ++block) {
-        list += (block == 0 ? "" : ", ") + ("\"" + snapshot.blocks[block] + "\" (") +
-                text::CountText(cells[block], "cell") + ")";
+    for (const RegionSize& region : SizesOfRegions(snapshot)) {
+        list += (list.empty() ? "" : ", ") + ("\"" + region.name + "\" (") +
+                text::CountText(region.cells, "cell") + ")";
     }
     return list;
 }
 
 void CheckNames(const Names& wanted, const char* option, const interop::ForeignSnapshot& snapshot,
                 const std::string& list) {
-    const auto wrong = std::find_if(wanted.begin(), wanted.end(),
-                                    [&](const std::string& name) { return !Holds(snapshot.blocks, name); });
+    const std::vector<RegionSize> regions = SizesOfRegions(snapshot);
+    const auto wrong = std::find_if(wanted.begin(), wanted.end(), [&](const std::string& name) {
+        return std::none_of(regions.begin(), regions.end(),
+                            [&](const RegionSize& region) { return region.name == name; });
+    });
     if (wrong != wanted.end()) {
         throw interop::ForeignProblem(snapshot.file + " has no region \"" + *wrong + "\" of " + option +
                                       "; there are " + list);
     }
 }
 
-/// The cells of the blocks that the request chooses.
-std::vector<std::size_t> ChosenCells(const ImportRequest& request, const Names& names,
-                                     const interop::ForeignArray& blocks) {
-    std::vector<bool> chosen;
-    for (const std::string& name : names) {
-        chosen.push_back((request.parts.empty() || Holds(request.parts, name)) &&
-                         !Holds(request.ignored, name));
+/// Whether each cell is in one of the named regions.
+std::vector<bool> CellsOf(const Names& names, const interop::ForeignSnapshot& snapshot) {
+    std::vector<bool> inside(snapshot.mesh.cellTypes.size(), false);
+    if (const interop::ForeignArray* blocks = BlocksOf(snapshot)) {
+        for (std::size_t cell = 0; cell < inside.size(); ++cell) {
+            inside[cell] = Holds(names, snapshot.blocks[BlockOf(*blocks, cell)]);
+        }
     }
+    for (const interop::ForeignSet& set : snapshot.sets) {
+        for (std::size_t i = 0; Holds(names, set.name) && i < set.cells.size(); ++i) {
+            inside[static_cast<std::size_t>(set.cells[i])] = true;
+        }
+    }
+    return inside;
+}
+
+/// The cells of the regions that the request chooses.
+std::vector<std::size_t> ChosenCells(const ImportRequest& request, const interop::ForeignSnapshot& snapshot) {
+    const std::vector<bool> parts = CellsOf(request.parts, snapshot);
+    const std::vector<bool> ignored = CellsOf(request.ignored, snapshot);
     std::vector<std::size_t> cells;
-    for (std::size_t cell = 0; cell < blocks.values.size(); ++cell) {
-        if (chosen[BlockOf(blocks, cell)]) {
+    for (std::size_t cell = 0; cell < parts.size(); ++cell) {
+        if ((request.parts.empty() || parts[cell]) && !ignored[cell]) {
             cells.push_back(cell);
         }
     }
@@ -93,27 +109,41 @@ void KeepCells(interop::ForeignSnapshot& snapshot, const std::vector<std::size_t
 
 }  // namespace
 
+std::vector<RegionSize> SizesOfRegions(const interop::ForeignSnapshot& snapshot) {
+    std::vector<RegionSize> regions;
+    if (const interop::ForeignArray* blocks = BlocksOf(snapshot)) {
+        for (const std::string& name : snapshot.blocks) {
+            regions.push_back({name, 0});
+        }
+        for (std::size_t cell = 0; cell < blocks->values.size(); ++cell) {
+            ++regions[BlockOf(*blocks, cell)].cells;
+        }
+    }
+    for (const interop::ForeignSet& set : snapshot.sets) {
+        regions.push_back({set.name, static_cast<std::int64_t>(set.cells.size())});
+    }
+    return regions;
+}
+
 void KeepChosenBlocks(const ImportRequest& request, interop::ForeignSnapshot& snapshot) {
     const bool chooses = !request.parts.empty() || !request.ignored.empty();
-    const interop::ForeignArray* blocks = FindCellArray(snapshot, interop::kBlockArray);
-    if (snapshot.blocks.empty() || blocks == nullptr) {
-        if (chooses) {
-            throw interop::ForeignProblem(
-                snapshot.file +
-                " has no named regions to choose from; leave out --part and --ignore, "
-                "or tell regions by a cell array with --region-array");
+    const std::string list = ListRegionsOf(snapshot);
+    if (!chooses) {
+        if (BlocksOf(snapshot) != nullptr && request.regionArray.empty()) {
+            throw interop::ForeignProblem(snapshot.file + " has several regions, " + list +
+                                          "; say which are the part with --part NAME,..., or which are not "
+                                          "with --ignore NAME,...");
         }
         return;
     }
-    const std::string list = ListBlocks(snapshot, *blocks);
-    if (!chooses && request.regionArray.empty()) {
-        throw interop::ForeignProblem(snapshot.file + " has several regions, " + list +
-                                      "; say which are the part with --part NAME,..., or which are not with "
-                                      "--ignore NAME,...");
+    if (list.empty()) {
+        throw interop::ForeignProblem(snapshot.file +
+                                      " has no named regions to choose from; leave out --part and --ignore, "
+                                      "or tell regions by a cell array with --region-array");
     }
     CheckNames(request.parts, "--part", snapshot, list);
     CheckNames(request.ignored, "--ignore", snapshot, list);
-    KeepCells(snapshot, ChosenCells(request, snapshot.blocks, *blocks));
+    KeepCells(snapshot, ChosenCells(request, snapshot));
     if (snapshot.mesh.cellTypes.empty()) {
         throw interop::ForeignProblem(snapshot.file + ": --part and --ignore leave no cell of " + list);
     }

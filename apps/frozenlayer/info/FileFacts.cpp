@@ -29,23 +29,6 @@ std::string ValueText(const FactValue& value) {
     return text::NumberText(std::get<double>(value));
 }
 
-void PrintTable(const FactTable& source, std::ostream& out) {
-    std::vector<text::TextTable::Column> columns;
-    for (std::size_t c = 0; c < source.columns.size(); ++c) {
-        const bool isText = source.rows.empty() || IsText(source.rows.front()[c]);
-        columns.push_back({source.columns[c].heading,
-                           isText ? text::TextTable::Align::Left : text::TextTable::Align::Right});
-    }
-    text::TextTable table(std::move(columns));
-    for (const std::vector<FactValue>& row : source.rows) {
-        std::vector<std::string> cells;
-        std::transform(row.begin(), row.end(), std::back_inserter(cells), ValueText);
-        table.AddRow(std::move(cells));
-    }
-    out << "\n" << source.title << "\n";
-    table.Print(out);
-}
-
 text::Json JsonValue(const FactValue& value) {
     return std::visit([](const auto& alternative) { return text::Json(alternative); }, value);
 }
@@ -63,6 +46,22 @@ text::Json JsonTable(const FactTable& table) {
 
 }  // namespace
 
+void PrintTable(const FactTable& source, std::ostream& out) {
+    std::vector<text::TextTable::Column> columns;
+    for (std::size_t c = 0; c < source.columns.size(); ++c) {
+        const bool isText = source.rows.empty() || IsText(source.rows.front()[c]);
+        columns.push_back({source.columns[c].heading,
+                           isText ? text::TextTable::Align::Left : text::TextTable::Align::Right});
+    }
+    text::TextTable table(std::move(columns));
+    for (const std::vector<FactValue>& row : source.rows) {
+        std::vector<std::string> cells;
+        std::transform(row.begin(), row.end(), std::back_inserter(cells), ValueText);
+        table.AddRow(std::move(cells));
+    }
+    table.Print(out);
+}
+
 void PrintText(const FileFacts& file, std::ostream& out) {
     out << file.path << ": " << file.kind << "\n";
     std::size_t width = 0;
@@ -76,6 +75,7 @@ void PrintText(const FileFacts& file, std::ostream& out) {
             << ValueText(file.facts[i].value) << "\n";
     }
     for (const FactTable& table : file.tables) {
+        out << "\n" << table.title << "\n";
         PrintTable(table, out);
     }
 }

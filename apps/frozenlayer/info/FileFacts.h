@@ -42,6 +42,9 @@ struct FileFacts {
     }
 };
 
+/// A table for people, without its title.
+void PrintTable(const FactTable& source, std::ostream& out);
+
 /// A few lines for people.
 void PrintText(const FileFacts& file, std::ostream& out);
 

@@ -266,6 +266,19 @@ TEST(TokenReaderMixed, AsTheStreamFunctionsScanRandomText) {
     std::fclose(file);
 }
 
+TEST(TokenReader, GivesBytesAsTheyAre) {
+    TokenReader reader(std::string_view("a\nb\0c\nd", 7));
+    std::string_view read;
+    ASSERT_TRUE(reader.ReadLine(100, read));
+    ASSERT_TRUE(reader.ReadBytes(4, read));
+    EXPECT_EQ(read, std::string_view("b\0c\n", 4));
+    EXPECT_FALSE(reader.ReadBytes(2, read)) << "one is left";
+    EXPECT_EQ(read.size(), 4U);
+    EXPECT_EQ(reader.Position(), 6U);
+    EXPECT_TRUE(reader.ReadBytes(1, read));
+    EXPECT_TRUE(reader.AtEnd());
+}
+
 TEST(OpenText, AMissingFileGivesNothing) {
     EXPECT_FALSE(qnl::OpenText(testing::TempDir() + "qnl_no_such_file").has_value());
 }
