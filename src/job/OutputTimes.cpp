@@ -65,6 +65,10 @@ int ObserveTime(FrozenLayerJob& job, int index, const char* inputResult) {
     if (observer != nullptr) {
         observer->TimeBegins(index, job.m_nIntermediateTimes, inputResult);
     }
+    job.m_stageFile = inputResult;
+    if (job.m_bKernelFlag != 1) {
+        job.m_inputDigests.Of(job.m_stageFile);
+    }
     const int status = RunTimeSteps(job, inputResult, RunStep::FreshStart, RunStep::SearchFile);
     if (observer != nullptr) {
         observer->TimeEnds(index, status == 1, job);
