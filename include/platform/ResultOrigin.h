@@ -45,6 +45,7 @@ struct ResultInput {
 /// What a result was made from and by.
 struct ResultOrigin {
     std::string version;       ///< of the program
+    int mode = 0;              ///< as the head's flag
     int analysisCode = 0;      ///< decides which stages may be gas-assisted or have intermediate times
     bool diagnostics = false;  ///< at log levels from 2 on diagnostic values stand in some items
     std::vector<ResultInput> inputs;

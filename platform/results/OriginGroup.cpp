@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <string>
 
+#include "results/ResultFile.h"
 #include "results/ResultLayout.h"
 
 namespace qnl::results {
@@ -35,6 +36,7 @@ ResultInput ReadInput(const hdf5::InputFile& file, InputRole role) {
 ResultOrigin ReadGroup(const hdf5::InputFile& file) {
     ResultOrigin origin;
     origin.version = file.ReadText(layout::kInputs, "version");
+    origin.mode = file.ReadScalar<std::int32_t>(layout::kInputs, "mode");
     origin.analysisCode = file.ReadScalar<std::int32_t>(layout::kInputs, "analysis_code");
     origin.diagnostics = file.ReadScalar<std::int32_t>(layout::kInputs, "diagnostics") != 0;
     for (std::size_t i = 0; i < kInputRoles.size(); ++i) {
@@ -50,6 +52,7 @@ ResultOrigin ReadGroup(const hdf5::InputFile& file) {
 void WriteOrigin(const ResultOrigin& origin, hdf5::OutputFile& file) {
     file.CreateGroup(layout::kInputs);
     file.WriteText(layout::kInputs, "version", origin.version);
+    file.WriteScalar<std::int32_t>(layout::kInputs, "mode", origin.mode);
     file.WriteScalar<std::int32_t>(layout::kInputs, "analysis_code", origin.analysisCode);
     file.WriteScalar<std::int32_t>(layout::kInputs, "diagnostics", origin.diagnostics ? 1 : 0);
     for (const ResultInput& input : origin.inputs) {
@@ -63,6 +66,14 @@ void WriteOrigin(const ResultOrigin& origin, hdf5::OutputFile& file) {
 std::optional<ResultOrigin> ReadOrigin(const hdf5::InputFile& file) {
     try {
         return file.Exists(layout::kInputs) ? std::optional(ReadGroup(file)) : std::nullopt;
+    } catch (const hdf5::Hdf5Error&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<ResultOrigin> ReadResultOrigin(std::string_view path) {
+    try {
+        return ReadOrigin(hdf5::InputFile(path));
     } catch (const hdf5::Hdf5Error&) {
         return std::nullopt;
     }

@@ -5,8 +5,8 @@
 #include "hdf5/Hdf5.h"
 #include "platform/ResultOrigin.h"
 
-/// What a result was made from, as attributes of one group of its file: `version`, `analysis_code`,
-/// `diagnostics`, and for each input `<role>` (its name), `<role>_size` (int64, -1 without a file) and
+/// What a result was made from, as attributes of one group of its file: `version`, `mode`,
+/// `analysis_code`, `diagnostics`, and for each input `<role>` (its name), `<role>_size` (int64, -1 without a file) and
 /// `<role>_xxh3` (16 hexadecimal digits).
 namespace qnl::results {
 

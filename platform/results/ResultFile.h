@@ -85,6 +85,9 @@ ResultFileContent ReadResultFile(std::string_view path);
 /// The same without values and node labels. Raises ResultFileError.
 ResultFileContent ReadResultSummary(std::string_view path);
 
+/// What a result file says that it was made from; none when it does not, or cannot be read.
+std::optional<ResultOrigin> ReadResultOrigin(std::string_view path);
+
 /// What one stage gives at one time.
 struct StageResult {
     ResultHead head;

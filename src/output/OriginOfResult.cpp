@@ -80,6 +80,7 @@ std::string NameWithoutFolders(const std::string& path) {
 ResultOrigin OriginOfResult(FrozenLayerJob& job) {
     ResultOrigin origin;
     origin.version = QNL_VERSION;
+    origin.mode = static_cast<int>(job.m_options.mode);
     origin.analysisCode = job.m_nAnalysisType;
     origin.diagnostics = job.m_nLogLevel >= kDiagnosticLevel;
     for (const InputRule& rule : kInputRules) {

@@ -10,7 +10,7 @@ _frozenlayer_options[import]="--help --stage=flow|pack|cool|warp --temperature= 
     --pressure-unit=MPa|Pa|bar --allow-missing= --out=@ --force"
 _frozenlayer_options[show]="${_frozenlayer_options[import]} --keep=@ --resolved --corrected --classic"
 _frozenlayer_options[run]="--help --analysis-code= --intermediate-times=auto --log-level= --threads= --fibre-probe
-    --fiber-probe --view=@ --export=@ --resolved --corrected --classic"
+    --fiber-probe --resume --view=@ --export=@ --resolved --corrected --classic"
 _frozenlayer_options[info]="--help --json"
 _frozenlayer_options[view]="--help --out=@"
 _frozenlayer_options[export]="--help --out=@ --to=pvd|vtu|hdf|csv --compress --force"
