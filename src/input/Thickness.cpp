@@ -33,7 +33,7 @@ void GenerateThickness(const FrozenLayerJob& job) {
 
 void ReportUnusable(const std::string& path) {
     RecordFault({path, "", "the wall thickness as a binary result",
-                 "another or a damaged file, so that the skin thickness is not bounded by the wall",
+                 "it cannot be used, and the skin thickness is not bounded by the wall",
                  "delete it: the next run makes it again from the mesh"});
 }
 
