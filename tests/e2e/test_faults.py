@@ -45,7 +45,11 @@ class Thickness(FaultProject):
 
     def test_text(self):
         self.path.write_text("1 2.0\n2 2.0\n")
-        self.check("box.thk: it cannot be used, and the skin thickness is not bounded by the wall", "delete it: the next run makes it again", words=self.words)
+        self.check(
+            "box.thk: it cannot be used, and the skin thickness is not bounded by the wall",
+            "delete it: the next run makes it again",
+            words=self.words,
+        )
         self.silent(GAS_CODE)
 
     def test_damaged(self):
@@ -120,8 +124,7 @@ class TextOfShrinkage(FaultProject):
     def setUp(self):
         super().setUp()
         rows = "".join(
-            f"{i} 0 0 0 {value} 0 0 0 0 0 2.0 0 0 0 0\n"
-            for i, value in enumerate(self.project.temperature, start=1)
+            f"{i} 0 0 0 {value} 0 0 0 0 0 2.0 0 0 0 0\n" for i, value in enumerate(self.project.temperature, start=1)
         )
         count = len(self.project.temperature)
         head = f"[HEADER]\n1007 9104\na\nb\nc\n0\n{count} 0 0\n"

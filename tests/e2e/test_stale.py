@@ -159,9 +159,7 @@ class States(StaleProject):
 
     def test_every_reader_tells_last_that_a_time_is_missing(self):
         self.project.file("box1_001.fzr").unlink()
-        told = (
-            "Warning: 1 of 3 output times has no result here (box1_001.k4f); frozenlayer run --resume makes them."
-        )
+        told = "Warning: 1 of 3 output times has no result here (box1_001.k4f); frozenlayer run --resume makes them."
         page = self.project.root / "page.html"
         root = self.project.root
         for words in (
