@@ -57,12 +57,15 @@ void AddTo(Groups& groups, const std::string& what, const std::string& name) {
 
 std::string NoteOn(const std::string& what, const std::vector<std::string>& names, std::size_t all,
                    const std::string& remedy) {
+    const bool one = names.size() == 1;
     const std::string share = std::to_string(names.size()) + " of " +
                               text::CountText(static_cast<long long>(all), "result") + " (" + ListOf(names) +
                               ")";
-    return what.empty() ? share + (names.size() == 1 ? " does" : " do") +
-                              " not record what they were made from, and may be stale; " + remedy
-                        : share + (names.size() == 1 ? " is" : " are") + " stale: " + what + "; " + remedy;
+    const std::string state =
+        what.empty() ? std::string(one ? " does not record what it was" : " do not record what they were") +
+                           " made from, and may be stale"
+                     : (one ? " is stale: " : " are stale: ") + what;
+    return share + state + "; " + remedy;
 }
 
 }  // namespace

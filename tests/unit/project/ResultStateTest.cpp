@@ -113,6 +113,10 @@ TEST_F(ResultStateTest, NotesGroupWhatIsWrongAndCountTheMissing) {
     ASSERT_EQ(notes.size(), 2u);
     EXPECT_EQ(notes[0],
               "2 of 2 results (a1.fzr, a1_001.fzr) are stale: the material p.toml has changed; run again");
+    WriteResult(1, false);
+    EXPECT_EQ(
+        qnl::project::NotesOnResults(Base(), {1}, false, "run again").front(),
+        "1 of 1 result (a1_001.fzr) does not record what it was made from, and may be stale; run again");
     EXPECT_EQ(notes[1], "1 of 3 output times has no result here (a1_002.k4f); run again");
 }
 
