@@ -251,7 +251,8 @@ class Resume(StaleProject):
                     for path in (*paths[::2], *folder.rglob("*.sur")):
                         path.unlink()
                     resumed = run(*words, "--resume", cwd=folder)
-                    self.assertEqual((resumed.returncode, whole.returncode), (0, 0), resumed.stderr)
+                    # Faults of results that are kept were told before.
+                    self.assertLessEqual(resumed.returncode, whole.returncode, resumed.stderr)
                     self.assertEqual(["kept" in resumed.stderr, len(paths) > 1], [True, True])
                     changed = [path.name for path in paths if path.read_bytes() != before[path]]
                     self.assertEqual(changed, [])

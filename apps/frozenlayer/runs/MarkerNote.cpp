@@ -2,7 +2,7 @@
 
 #include "layout/MarkerLog.h"
 #include "platform/Stages.h"
-#include "project/PathContent.h"
+#include "results/ResultFile.h"
 
 namespace qnl::runs {
 
@@ -10,6 +10,16 @@ namespace {
 
 std::string MarkerLogPath(const project::StageFile& base) {
     return base.RunFolder() + "\\" + std::string(layout::kMarkerLogName);
+}
+
+bool IsText(const std::string& stageFile) {
+    constexpr int kNotBinary = -4;
+    try {
+        results::ReadResultSummary(stageFile);
+        return false;
+    } catch (const results::ResultFileError& error) {
+        return error.Status() == kNotBinary;
+    }
 }
 
 }  // namespace
@@ -39,7 +49,7 @@ std::string ShrinkageNote(const project::StageFile& base, int intermediateTimes,
     }
     for (int index = 0; index <= intermediateTimes; ++index) {
         const std::string stageFile = base.AtIndex(index).Path();
-        if (project::RecognisePath(stageFile) == project::PathContent::AsciiResult) {
+        if (IsText(stageFile)) {
             return project::NativePath(stageFile) +
                    " is a text: with a complete log of intermediate output times its volume shrinkage is "
                    "taken for the "
