@@ -18,17 +18,16 @@ from result_digest import Digest, compare, digest_of_files, masked, parse
 from small_project import SmallProject, run
 
 SCRIPT = pathlib.Path(result_digest.__file__)
-# Runs the true program, then changes one bit of the result file if the wanted words follow each other in those
+# Runs the true program, then changes one value of the result file if the wanted words follow each other in those
 # after "--".
-FALSE_PROGRAM = """import pathlib, subprocess, sys
+FALSE_PROGRAM = """import h5py, pathlib, subprocess, sys
 split = sys.argv.index("--")
 program, wanted, words = sys.argv[1], sys.argv[2:split], sys.argv[split + 1:]
 status = subprocess.run([program, *words]).returncode
 if ' '.join(wanted) in ' '.join(words):
     path = pathlib.Path(words[1]).with_suffix(".fzr")
-    content = bytearray(path.read_bytes())
-    content[len(content) // 2] ^= 1
-    path.write_bytes(content)
+    with h5py.File(path, "r+") as file:
+        file["items/1"][0] += 1.0
 sys.exit(status)
 """
 
@@ -59,7 +58,7 @@ class ChangedByte(unittest.TestCase):
         self.folder = pathlib.Path(folder.name)
 
     def false_programs(self, *wanted):
-        """Programs of which `frozenlayer` writes one bit wrongly in runs with the wanted words."""
+        """Programs of which `frozenlayer` writes one value wrongly in runs with the wanted words."""
         code, script = self.folder / "false.py", self.folder / "frozenlayer"
         code.write_text(FALSE_PROGRAM, encoding="utf-8")
         true = true_programs()
