@@ -26,12 +26,16 @@ struct ForeignMesh {
     std::vector<std::int64_t> nodes;    ///< point indices of the cells
 };
 
+/// Exponents of kilogram, metre, second, kelvin, mole, ampere and candela.
+using Dimensions = std::array<double, 7>;
+
 /// Values of all points or all cells, the components of an entity beside each other.
 struct ForeignArray {
     std::string name;
     int components = 1;
     bool onCells = false;
     std::vector<double> values;
+    std::optional<Dimensions> dimensions = std::nullopt;  ///< where the format tells them
 };
 
 /// Faces of the boundary with values of their own, beside the cells: the patches of a case.
@@ -39,6 +43,7 @@ struct ForeignFaces {
     std::vector<std::int64_t> offsets;  ///< faces + 1 entries into points
     std::vector<std::int64_t> points;   ///< of the mesh, by face
     std::vector<ForeignArray> arrays;   ///< one entity a face
+    std::string block = {};             ///< name of the block that they bound, empty when it is not told
 };
 
 /// Everything known at one time.

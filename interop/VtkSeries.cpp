@@ -25,6 +25,7 @@
 #include <string_view>
 #include <utility>
 
+#include "interop/FoamDimensions.h"
 #include "interop/ForeignSeries.h"
 #include "interop/NetcdfLength.h"
 #include "interop/ReaderGuard.h"
@@ -272,7 +273,19 @@ private:
         }
         ForeignSnapshot snapshot = TakeSnapshot(parts, entry.files.front());
         snapshot.seconds = entry.seconds ? entry.seconds : snapshot.seconds;
+        AddDimensions(entry, snapshot);
         return snapshot;
+    }
+
+    /// The reader leaves out what the headers of the fields tell.
+    static void AddDimensions(const Entry& entry, ForeignSnapshot& snapshot) {
+        const std::string& file = entry.files.front();
+        if (!FindFormat(file).isSi || !entry.seconds) {
+            return;
+        }
+        for (ForeignArray& array : snapshot.arrays) {
+            array.dimensions = ReadFoamDimensions(file, *entry.seconds, array.name);
+        }
     }
 
     void RaiseComplaint(const std::string& file) {

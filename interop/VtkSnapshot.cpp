@@ -24,38 +24,47 @@ namespace qnl::interop {
 
 namespace {
 
-/// A block of a data set, by the name that it has in its file, empty for none.
+/// A block of a data set, by the name that it has in its file, and the name of the region that it is of;
+/// empty for none.
 struct Leaf {
     vtkSmartPointer<vtkDataSet> data;
     std::string name;
+    std::string region;
 };
 using Leaves = std::vector<Leaf>;
 
-void CollectLeaves(vtkDataObject* data, const std::string& name, Leaves& leaves);
+void CollectLeaves(vtkDataObject* data, const std::string& name, const std::string& region, Leaves& leaves);
 
 /// The block of volumes of an OpenFOAM region has the same name everywhere, and goes by the region's.
-std::string NameOfBlock(vtkMultiBlockDataSet& blocks, unsigned int block, const std::string& parent) {
-    constexpr const char* kVolumes = "internalMesh";
-    const char* own = blocks.HasMetaData(block) != 0
-                          ? blocks.GetMetaData(block)->Get(vtkCompositeDataSet::NAME())
-                          : nullptr;
-    const std::string name = own != nullptr ? own : "";
-    return name == kVolumes ? parent : name;
+constexpr const char* kVolumes = "internalMesh";
+
+std::string NameOfBlock(vtkMultiBlockDataSet& blocks, unsigned int block) {
+    const char* name = blocks.HasMetaData(block) != 0
+                           ? blocks.GetMetaData(block)->Get(vtkCompositeDataSet::NAME())
+                           : nullptr;
+    return name != nullptr ? name : "";
 }
 
-void CollectBlocks(vtkMultiBlockDataSet& blocks, const std::string& name, Leaves& leaves) {
+void CollectBlocks(vtkMultiBlockDataSet& blocks, const std::string& name, const std::string& region,
+                   Leaves& leaves) {
+    std::vector<std::string> names;
     for (unsigned int block = 0; block < blocks.GetNumberOfBlocks(); ++block) {
-        CollectLeaves(blocks.GetBlock(block), NameOfBlock(blocks, block, name), leaves);
+        names.push_back(NameOfBlock(blocks, block));
+    }
+    const bool isRegion = std::find(names.begin(), names.end(), kVolumes) != names.end();
+    for (unsigned int block = 0; block < blocks.GetNumberOfBlocks(); ++block) {
+        CollectLeaves(blocks.GetBlock(block), names[block] == kVolumes ? name : names[block],
+                      isRegion ? name : region, leaves);
     }
 }
 
-void CollectLeaves(vtkDataObject* data, const std::string& name, Leaves& leaves) {
+void CollectLeaves(vtkDataObject* data, const std::string& name, const std::string& region, Leaves& leaves) {
     if (auto* set = vtkDataSet::SafeDownCast(data)) {
-        leaves.push_back({set, name});
+        leaves.push_back({set, name, region});
         return;
     }
     if (auto* blocks = vtkMultiBlockDataSet::SafeDownCast(data)) {
-        CollectBlocks(*blocks, name, leaves);
+        CollectBlocks(*blocks, name, region, leaves);
         return;
     }
     auto* composite = vtkCompositeDataSet::SafeDownCast(data);
@@ -64,7 +73,7 @@ void CollectLeaves(vtkDataObject* data, const std::string& name, Leaves& leaves)
     }
     const auto blocks = vtkSmartPointer<vtkCompositeDataIterator>::Take(composite->NewIterator());
     for (blocks->InitTraversal(); !blocks->IsDoneWithTraversal(); blocks->GoToNextItem()) {
-        CollectLeaves(blocks->GetCurrentDataObject(), name, leaves);
+        CollectLeaves(blocks->GetCurrentDataObject(), name, region, leaves);
     }
 }
 
@@ -119,7 +128,8 @@ std::vector<std::string> NamesOf(const Leaves& leaves) {
     return leaves.size() > 1 ? names : std::vector<std::string>{};
 }
 
-vtkSmartPointer<vtkUnstructuredGrid> Join(Leaves leaves) {
+/// Blocks with names keep points of their own until it is known which of them stay.
+vtkSmartPointer<vtkUnstructuredGrid> Join(Leaves leaves, bool areNamed) {
     if (leaves.size() == 1) {
         if (auto* grid = vtkUnstructuredGrid::SafeDownCast(leaves.front().data)) {
             return grid;
@@ -128,7 +138,7 @@ vtkSmartPointer<vtkUnstructuredGrid> Join(Leaves leaves) {
         NumberBlocks(leaves);
     }
     vtkNew<vtkAppendFilter> append;
-    append->SetMergePoints(leaves.size() > 1);
+    append->SetMergePoints(leaves.size() > 1 && !areNamed);
     for (const Leaf& leaf : leaves) {
         append->AddInputData(leaf.data);
     }
@@ -217,6 +227,7 @@ std::vector<ForeignFaces> TakeBoundary(const Leaves& patches, const ForeignMesh&
         const PointFinder finder(mesh.points);
         for (const Leaf& patch : patches) {
             boundary.push_back(TakeFaces(*patch.data, finder));
+            boundary.back().block = patch.region;
         }
     }
     return boundary;
@@ -236,7 +247,7 @@ std::optional<double> OwnTime(vtkDataObject& data) {
 ForeignSnapshot TakeSnapshot(const std::vector<vtkDataObject*>& parts, const std::string& file) {
     Leaves leaves;
     for (vtkDataObject* part : parts) {
-        CollectLeaves(part, "", leaves);
+        CollectLeaves(part, "", "", leaves);
     }
     const Leaves patches = TakePatches(leaves);
     ForeignSnapshot snapshot;
@@ -245,7 +256,7 @@ ForeignSnapshot TakeSnapshot(const std::vector<vtkDataObject*>& parts, const std
         throw ForeignProblem(file + " holds no mesh; give one with volume cells and results");
     }
     snapshot.blocks = NamesOf(leaves);
-    const vtkSmartPointer<vtkUnstructuredGrid> grid = Join(leaves);
+    const vtkSmartPointer<vtkUnstructuredGrid> grid = Join(leaves, !snapshot.blocks.empty());
     if (grid->GetNumberOfCells() == 0 || grid->GetPoints() == nullptr) {
         throw ForeignProblem(file + " holds no cells; give a mesh with volume cells and results");
     }

@@ -105,6 +105,7 @@ ROOMS = {
     ],
     "apps/frozenlayer/exports": [
         "apps/frozenlayer/text",
+        "platform/host",
         "apps/frozenlayer/project",
         "apps/frozenlayer/series",
         "platform/hdf5",

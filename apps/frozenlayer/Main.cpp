@@ -1,6 +1,7 @@
 #include <array>
 #include <cstdio>
 #include <exception>
+#include <optional>
 
 #include "commands/CompareCommand.h"
 #include "commands/DemoCommand.h"
@@ -28,14 +29,17 @@ constexpr std::array<AddSubcommand, 9> kSubcommands{
 }  // namespace
 
 int main(int argc, char** argv) try {
-    qnl::LetIdleThreadsSleep(argv);
     qnl::host::NoteInterrupts();
     qnl::host::UseUtf8Output();
     qnl::commands::Program program;
     for (const AddSubcommand add : kSubcommands) {
         add(program);
     }
-    return program.Perform(argc, argv);
+    if (const std::optional<int> end = program.Choose(argc, argv)) {
+        return *end;
+    }
+    qnl::LetIdleThreadsSleep(argv);
+    return program.Perform();
 } catch (const std::exception& failure) {
     std::fprintf(stderr, "frozenlayer: %s\n", failure.what());
     return 1;

@@ -47,7 +47,6 @@ constexpr const char* kUsage =
 }  // namespace
 
 int main(int argc, char** argv) {
-    qnl::LetIdleThreadsSleep(argv);
     qnl::launcher::LauncherWords parsed = qnl::launcher::ParseLauncherWords(argc, argv);
     if (!parsed.usageError.empty()) {
         std::fprintf(stderr, "QNL3DFrozenLayer: %s; see QNL3DFrozenLayer --help\n",
@@ -58,6 +57,7 @@ int main(int argc, char** argv) {
         std::fputs(parsed.help ? kUsage : "QNL3DFrozenLayer " QNL_VERSION "\n", stdout);
         return 0;
     }
+    qnl::LetIdleThreadsSleep(argv);
     std::vector<char*> words;
     for (std::string& word : parsed.words) {
         words.push_back(word.data());

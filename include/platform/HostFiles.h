@@ -57,6 +57,8 @@ public:
 
     explicit operator bool() const { return static_cast<bool>(file_); }
     std::FILE* Get() const { return file_.Get(); }
+    /// What goes wrong shows when the file is committed. Raises in a program that has noted an interrupt.
+    void Append(std::string_view text);
     /// Closes the stream and puts the file in place. False (and a recorded fault) when anything since the
     /// opening failed, a full disk included.
     bool Commit();

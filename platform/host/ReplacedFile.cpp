@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/Interrupts.h"
 #include "platform/Faults.h"
 #include "platform/HostFiles.h"
 
@@ -95,6 +96,13 @@ ReplacedFile::~ReplacedFile() {
     if (!temporary_.empty()) {
         std::error_code ignored;
         fs::remove(temporary_, ignored);
+    }
+}
+
+void ReplacedFile::Append(std::string_view text) {
+    host::RaiseIfInterrupted();
+    if (file_) {
+        std::fwrite(text.data(), 1, text.size(), file_.Get());
     }
 }
 

@@ -146,7 +146,7 @@ void EvaluateSurfaceNodes(FrozenLayerJob& job) {
     omp_set_num_threads(job.m_nThreads);
     ProfileInput fields{};
     if (job.m_options.Rules().seesInsideCells) {
-        RecoverFields(job);
+        RecoverTemperature(job);
         job.m_wallLayers.resize(static_cast<std::size_t>(job.m_nNodes) + 1);
         fields = FieldsOf(job);
     }

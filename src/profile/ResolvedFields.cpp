@@ -15,12 +15,10 @@ namespace qnl::profile {
 
 namespace {
 
-/// A field of the profile, when its quantities are formed, and whether its gradients are recovered; the
-/// others are linear between nodes.
+/// A field of the profile, and when its quantities are formed.
 struct FieldUse {
     FieldSlot slot;
     RunCondition used;
-    bool recovered;
 };
 
 bool UsesShrinkage(const RunTraits& run) {
@@ -35,12 +33,12 @@ bool UsesCoolingTime(const RunTraits& run) {
 
 /// In the order of ProfileField.
 constexpr std::array<FieldUse, 6> kFields{{
-    {kTemperature, Always, true},
-    {kVolumeShrinkage, UsesShrinkage, true},
-    {kGasMarker, UsesGas, false},
-    {kSpeed, IsNotCool, false},
-    {kCoolingTime, UsesCoolingTime, false},
-    {kDensity, HasIntermediateTimes, true},
+    {kTemperature, Always},
+    {kVolumeShrinkage, UsesShrinkage},
+    {kGasMarker, UsesGas},
+    {kSpeed, IsNotCool},
+    {kCoolingTime, UsesCoolingTime},
+    {kDensity, HasIntermediateTimes},
 }};
 
 FieldKernel& KernelOf(FrozenLayerJob& job) {
@@ -60,46 +58,26 @@ bool IsUsed(const FieldUse& field, const RunTraits& run, FieldsWanted wanted) {
     return wanted == FieldsWanted::Temperature ? field.slot == kTemperature : field.used(run);
 }
 
-std::vector<const double*> RecoveredFields(const FrozenLayerJob& job, FieldsWanted wanted) {
-    const RunTraits run = TraitsOf(job);
-    std::vector<const double*> fields;
-    for (const FieldUse& field : kFields) {
-        if (field.recovered && IsUsed(field, run, wanted)) {
-            fields.push_back(job.m_pNodeData[field.slot].get());
-        }
-    }
-    return fields;
-}
-
 }  // namespace
 
-void RecoverFields(FrozenLayerJob& job, FieldsWanted wanted) {
+void RecoverTemperature(FrozenLayerJob& job) {
     FieldKernel& kernel = KernelOf(job);
-    const std::vector<const double*> fields = RecoveredFields(job, wanted);
-    job.m_pFieldGradients =
-        std::make_unique<double[]>(3 * fields.size() * (static_cast<std::size_t>(job.m_nNodes) + 1));
-    job.m_fieldReport =
-        kernel.RecoverGradients(fields.data(), static_cast<int>(fields.size()), job.m_pFieldGradients.get());
+    const double* const temperatures = job.m_pNodeData[kTemperature].get();
+    job.m_pFieldGradients = std::make_unique<double[]>(3 * (static_cast<std::size_t>(job.m_nNodes) + 1));
+    job.m_fieldReport = kernel.RecoverGradients(&temperatures, 1, job.m_pFieldGradients.get());
 }
 
 ProfileInput FieldsOf(const FrozenLayerJob& job, FieldsWanted wanted) {
     const RunTraits run = TraitsOf(job);
     ProfileInput input{};
     input.mesh = {job.p_Node, job.p_Cell};
-    const auto stride = static_cast<std::ptrdiff_t>(3 * RecoveredFields(job, wanted).size());
-    const double* gradients = job.m_pFieldGradients.get();
     for (std::size_t f = 0; f < kFields.size(); ++f) {
-        if (!IsUsed(kFields[f], run, wanted)) {
-            continue;
-        }
-        input.fields[f].values = job.m_pNodeData[kFields[f].slot].get();
-        if (kFields[f].recovered) {
-            input.fields[f].gradients = gradients;
-            input.fields[f].stride = stride;
-            gradients += 3;
+        if (IsUsed(kFields[f], run, wanted)) {
+            input.fields[f].values = job.m_pNodeData[kFields[f].slot].get();
         }
     }
     NodalField& temperature = input.fields.front();
+    temperature.gradients = job.m_pFieldGradients.get();
     temperature.known = RangeOfCooling(input.mesh, temperature.values, job.m_nNodes, job.m_nCells);
     if (run.flow && wanted == FieldsWanted::OfTheStage) {
         std::transform(std::begin(job.m_pNodeVector), std::end(job.m_pNodeVector), input.velocity.begin(),

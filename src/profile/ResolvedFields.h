@@ -10,12 +10,12 @@ namespace qnl::profile {
 /// Fields of a profile: all that the quantities of the stage are formed from, or the temperature alone.
 enum class FieldsWanted { OfTheStage, Temperature };
 
-/// Recovers the gradients of the fields of the present output time by node, as far as they have some:
-/// temperature, volume shrinkage and density. Raises std::runtime_error when the mesh kernel recovers none.
-void RecoverFields(FrozenLayerJob& job, FieldsWanted wanted = FieldsWanted::OfTheStage);
+/// Recovers the gradients of the temperature of the present output time by node. Raises std::runtime_error
+/// when the mesh kernel recovers none.
+void RecoverTemperature(FrozenLayerJob& job);
 
-/// The fields with their gradients. Views of the job's arrays, to be made after RecoverFields of the same
-/// fields, once for all threads: it passes through all nodes and cells.
+/// The fields: the temperature with its gradients, the others linear between nodes. Views of the job's
+/// arrays, to be made after RecoverTemperature, once for all threads: it passes through all nodes and cells.
 ProfileInput FieldsOf(const FrozenLayerJob& job, FieldsWanted wanted = FieldsWanted::OfTheStage);
 
 /// A ray from the node at `place` along the unit vector `direction`, on the search slot of the thread.

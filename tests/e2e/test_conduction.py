@@ -6,6 +6,7 @@ QNL3DFROZENLAYER names the console program. With "--write" the table of docs/ver
 test compares it with what it computes.
 """
 
+import functools
 import math
 import os
 import pathlib
@@ -71,6 +72,7 @@ def frozen_ratio(seconds):
     return 100.0 * 2.0 * low / WALL
 
 
+@functools.lru_cache
 def exact(seconds):
     return {
         "frozen ratio, %": frozen_ratio(seconds),

@@ -1,6 +1,7 @@
 """frozenlayer export and probe: the files read back hold what the result files and the temperatures say."""
 import csv
 import io
+import re
 import unittest
 
 import h5py
@@ -16,7 +17,17 @@ RESULTS = ("box1_001.fzr", "box1_002.fzr", "box1.fzr")
 
 def label_of(item):
     name, unit = PEOPLE[item]
-    return name if unit == "-" else f"{name} [{unit}]"
+    return name if unit == "-" else f"{name} [{unit.replace('/', ' per ')}]"
+
+
+def column(columns, item):
+    """The values of an item: an array, or one component of a vector."""
+    label = label_of(item)
+    if label in columns or ", " not in label:
+        return columns[label]
+    vector, axis = re.fullmatch(r"(.*), ([xyz])( .*)?", label).group(1, 2)
+    unit = label[len(vector) + 3 :]
+    return columns[vector + unit][:, "xyz".index(axis)]
 
 
 def read_rows(text):
@@ -43,7 +54,7 @@ class ExportTest(unittest.TestCase):
             for item in file["items"]:
                 expected = numpy.where(rows < 0, numpy.nan, file[f"items/{item}"][()][rows])
                 numpy.testing.assert_array_equal(
-                    numpy.asarray(columns[label_of(int(item))], "f4"), expected.astype("f4"), item
+                    numpy.asarray(column(columns, int(item)), "f4"), expected.astype("f4"), item
                 )
 
     def test_files_by_time(self):
@@ -191,6 +202,47 @@ class ExportTest(unittest.TestCase):
         self.assertIn("--compress has no meaning with --to csv", result.stderr)
         self.assertEqual(list(project.root.glob("rows*")), [])
 
+    def test_vectors(self):
+        """Velocity and displacement have three components, rows of numbers a column for each."""
+        project = cooling_box(self)
+        export(self, project, mode="--classic")
+        export(self, project, "--to", "csv", mode="--classic")
+        arrays = VtkFile(project.root / "out_0001.vtp").arrays
+        columns = read_rows((project.root / "out_0001.csv").read_text())
+        for vector, unit in (("Average velocity", "cm per s"), ("Sink-mark displacement", "mm")):
+            values = arrays[f"{vector} [{unit}]"]
+            self.assertEqual(values.shape, (len(arrays["Status"]), 3))
+            for k, axis in enumerate("xyz"):
+                self.assertNotIn(f"{vector}, {axis} [{unit}]", arrays)
+                mine = numpy.array(columns[f"{vector}, {axis} [{unit}]"], "f4")
+                numpy.testing.assert_array_equal(mine, values[:, k])
+        self.assertEqual(arrays["Sink-mark displacement, total [mm]"].ndim, 1)
+
+    def test_the_ending_tells_the_format(self):
+        project = cooling_box(self)
+        for name, ending in (
+            ("a.vtu", ".vtu"),
+            ("b.vtp", ".vtp"),
+            ("c.pvd", ".vtp"),
+            ("d.hdf", ".hdf"),
+            ("e.hdf.series", ".hdf"),
+            ("f.csv", ".csv"),
+            ("g", ".vtp"),
+        ):
+            with self.subTest(name=name):
+                export(self, project, name=name, mode="--classic")
+                self.assertTrue((project.root / f"{name[0]}_0003{ending}").exists())
+        export(self, project, "--to", "vtu", name="h.pvd", mode="--classic")
+        self.assertTrue((project.root / "h_0003.vtu").exists())
+        done = run("run", project.root, "--classic", "--export", project.root / "i.vtu")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertTrue((project.root / "i_0003.vtu").exists())
+        for name, to in (("x.vtu", "csv"), ("x.csv", "hdf"), ("x.hdf", "pvd"), ("x.vtp", "vtu")):
+            refused = run("export", project.root, "--out", project.root / name, "--to", to)
+            self.assertEqual(refused.returncode, 1)
+            self.assertIn(f"{name} and --to {to} do not go together: leave out --to", refused.stderr)
+        self.assertEqual(list(project.root.glob("x*")), [])
+
     def test_notes_tell_what_is_left_out(self):
         project = cooling_box(self)
         self.assertEqual(export(self, project).stderr, "")
@@ -294,6 +346,21 @@ class ProbeTest(unittest.TestCase):
         frozen = numpy.array(columns["Frozen"], "i4")
         numpy.testing.assert_array_equal(frozen, (temperatures < 130.0).astype("i4"))
         self.assertEqual(set(columns["Element kind"]), {"face", "cell"})
+
+    def test_places_beside_the_part(self):
+        project = self.probed_box()
+        far = run("probe", project.root, "--point", "6,4,3.5")
+        self.assertEqual((far.returncode, far.stdout), (1, ""))
+        self.assertRegex(
+            far.stderr,
+            r"\Afrozenlayer: point 6,4,3.5 is 1.5 mm away from the surface, farther than half of the wall there, 1 mm: "
+            r"the nearest surface node is \d+ at 6,4,2, 1.5 mm away; .*--nearest\n\Z",
+        )
+        taken = run("probe", project.root, "--point", "6,4,3.5", "--nearest")
+        self.assertEqual(taken.returncode, 0, taken.stderr)
+        self.assertEqual(taken.stdout, run("probe", project.root, "--point", "6,4,2").stdout)
+        for place in ("6,4,2.9", "7.2,5.3,2", "6,4,1.2"):
+            self.assertEqual(run("probe", project.root, "--point", place).returncode, 0, place)
 
     def test_elements_are_those_of_the_search(self):
         """Whether the run smoothed its normals or not; every third surface node."""

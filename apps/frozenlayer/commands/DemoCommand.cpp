@@ -11,6 +11,7 @@
 #include "demo/DemoProject.h"
 #include "project/ProjectPaths.h"
 #include "text/NumberText.h"
+#include "text/ShellWord.h"
 
 namespace qnl::commands {
 
@@ -81,7 +82,8 @@ bool WriteDemo(const DemoChoice& words) {
     std::cout << "Wrote a " + words.shape + " of " + text::CountText(written.cells, "cell") + " and " +
                      text::CountText(written.nodes, "node") + " with " +
                      text::CountText(written.times, "output time") + " of the " + words.stage +
-                     " stage.\nEvaluate it with: frozenlayer run " + written.stageFile + "\n";
+                     " stage.\nEvaluate it with: frozenlayer run " + text::ShellPath(written.stageFile) +
+                     "\n";
     return true;
 }
 

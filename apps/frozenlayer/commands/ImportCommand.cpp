@@ -26,8 +26,9 @@ void AddArrayOptions(Subcommand& command, imports::ImportRequest& request) {
         help += rule.quantity == imports::Quantity::Pressure
                     ? " or as --pressure-unit says, for density and volume shrinkage in place of --pressure"
                     : "";
-        help += rule.quantity == imports::Quantity::Velocity
-                    ? " after conversion from length units per second"
+        help += rule.quantity == imports::Quantity::Velocity ? " or as --velocity-unit says" : "";
+        help += rule.quantity == imports::Quantity::Density
+                    ? " or as --density-unit says, in place of the one that follows from the material"
                     : "";
         help +=
             rule.names[0].empty() ? "; not looked for by itself" : "; usual names are found by themselves";
@@ -40,13 +41,32 @@ void AddUnitOptions(Subcommand& command, imports::ImportRequest& request) {
         .Add("--temperature-unit", request.temperatureUnit,
              "Unit of the temperatures; without it K for an OpenFOAM case, else degC")
         .OneOf({"K", "degC"}, {{"C", "degC"}, {"°C", "degC"}, {"celsius", "degC"}, {"kelvin", "K"}});
-    command.Add("--pressure-unit", request.pressureUnit, "Unit of the array of --pressure-array")
-        .OneOf({"MPa", "Pa", "bar"})
-        .ShowDefault();
+    command
+        .Add("--velocity-unit", request.velocityUnit,
+             "Unit of the velocities; without it m/s for an OpenFOAM case, else the length unit per second")
+        .OneOf({"m/s", "cm/s", "mm/s"}, {{"metre-per-second", "m/s"},
+                                         {"meter-per-second", "m/s"},
+                                         {"metres-per-second", "m/s"},
+                                         {"meters-per-second", "m/s"},
+                                         {"centimetres-per-second", "cm/s"},
+                                         {"centimeters-per-second", "cm/s"},
+                                         {"millimetres-per-second", "mm/s"},
+                                         {"millimeters-per-second", "mm/s"}});
+    command
+        .Add("--density-unit", request.densityUnit,
+             "Unit of the array of --density; without it kg/m3 for an OpenFOAM case, else g/cm3")
+        .OneOf({"kg/m3", "g/cm3"}, {{"kg/m³", "kg/m3"},
+                                    {"kg/m^3", "kg/m3"},
+                                    {"g/cm³", "g/cm3"},
+                                    {"g/cm^3", "g/cm3"},
+                                    {"g/cc", "g/cm3"}});
+    command
+        .Add("--pressure-unit", request.pressureUnit,
+             "Unit of the array of --pressure-array; without it Pa for an OpenFOAM case, else MPa")
+        .OneOf({"MPa", "Pa", "bar"});
     command
         .Add("--length-unit", request.lengthUnit,
-             "Unit of the coordinates, and by second of velocities; without it m for an OpenFOAM case, else "
-             "mm")
+             "Unit of the coordinates; without it m for an OpenFOAM case, else mm")
         .OneOf({"m", "mm", "cm", "in"}, {{"inch", "in"},
                                          {"inches", "in"},
                                          {"metre", "m"},

@@ -74,9 +74,14 @@ void AddProbeCommand(Program& program) {
         [words] { return ProbeNodes(*words); });
     command.Add("RESULT", words->request.results.paths, series::kSeriesHelp).Type("PATH").Required();
     command.Add("--node", words->request.labels, "Labels of surface nodes").Type("LABEL");
-    command.Add("--point", words->points, "Places in mm; each stands for the surface node nearest to it")
+    command
+        .Add("--point", words->points,
+             "Places in mm; each stands for the surface node nearest to it, and is refused farther from the "
+             "surface than half of the wall there")
         .Type("x,y,z")
         .Check(CheckPoint);
+    command.AddFlag("--nearest", words->request.nearest,
+                    "Take the surface node nearest to a --point however far it is");
     command
         .Add("--out", words->request.out,
              "Write NAME.csv and NAME.vtp, polylines with the same numbers; without it the rows "

@@ -14,17 +14,18 @@
 #include "commands/ViewCommand.h"
 #include "exports/ResultExport.h"
 #include "host/HostSystem.h"
-#include "host/Interrupts.h"
 #include "job/EntryRoutine.h"
 #include "layout/ProjectFolders.h"
 #include "page/ReportPage.h"
 #include "project/ProjectInputs.h"
 #include "project/ResultState.h"
 #include "project/StageGaps.h"
+#include "project/TargetPlace.h"
 #include "project/Warnings.h"
 #include "project/WrittenFiles.h"
 #include "runs/MarkerNote.h"
 #include "runs/ResumedRun.h"
+#include "runs/RunPlace.h"
 #include "runs/RunProgress.h"
 #include "runs/RunReport.h"
 #include "series/LoadedSeries.h"
@@ -110,7 +111,7 @@ job::ExitCode Evaluate(const RunRequest& request, const project::StageFile& base
     }
     text::LineFilter filter(std::cerr, [&](const std::string& line) {
         const bool dropped =
-            (request.logLevel == 0 && runs::IsMarkerComplaint(line)) || host::NotedInterrupt() != 0;
+            (request.logLevel == 0 && runs::IsMarkerComplaint(line)) || runs::RunProgress::IsInterrupted();
         return dropped ? "" : line + "\n";
     });
     const std::ostream messages(&filter);
@@ -163,7 +164,7 @@ constexpr std::array<EarlyEnd, 3> kEarlyEnds{{
 
 bool Succeeded(job::ExitCode code, const std::vector<runs::EvaluatedTime>& times) {
     for (const EarlyEnd& end : kEarlyEnds) {
-        if (end.code == code && host::NotedInterrupt() == 0) {
+        if (end.code == code && !runs::RunProgress::IsInterrupted()) {
             std::cerr << end.sentence;
         }
     }
@@ -233,7 +234,7 @@ bool ShowResults(const RunRequest& request, const page::PageTemplate& frame, Run
         std::cout << (shown ? "Page written:\n  " + request.view + "\n" : "");
     }
     if (!request.exportName.empty()) {
-        runs::PrintWrittenFiles(exports::ExportSeries(loaded, {request.exportName, "pvd", true}), std::cout);
+        runs::PrintWrittenFiles(exports::ExportSeries(loaded, {request.exportName, "", true}), std::cout);
     }
     return shown;
 }
@@ -241,6 +242,15 @@ bool ShowResults(const RunRequest& request, const page::PageTemplate& frame, Run
 /// The fibre probe reads a result of its own.
 std::optional<StageKind> StageKindOf(const RunRequest& request, const project::StageFile& base) {
     return request.fibreProbe ? std::nullopt : project::KindOfResult(base.extension);
+}
+
+void CheckPlaces(const RunRequest& request, const project::StageFile& base, int intermediateTimes) {
+    runs::CheckRunPlace(base, intermediateTimes);
+    for (const std::string& out : {request.view, request.exportName}) {
+        if (!out.empty()) {
+            project::CheckWritable(project::FolderOf(out));
+        }
+    }
 }
 
 void CheckRequest(const RunRequest& request) {
@@ -282,6 +292,7 @@ bool EvaluatePlan(const RunRequest& request, RunOutcome& outcome) {
 bool Run(const RunRequest& request) {
     CheckRequest(request);
     RunOutcome outcome{MakePlan(request), {}, {}, {}};
+    CheckPlaces(request, outcome.plan.base, outcome.plan.intermediateTimes);
     const page::PageTemplate frame = request.view.empty() ? page::PageTemplate{} : page::ReadPageTemplate();
     AnnounceRun(request, outcome.plan);
     const bool succeeded = outcome.plan.Evaluated() == 0 || EvaluatePlan(request, outcome);
@@ -341,8 +352,8 @@ void AddOptions(Subcommand& command, RunRequest& request) {
         .Check(CheckPageName);
     command
         .Add("--export", request.exportName,
-             "Write the surface with all items as NAME.pvd and .vtp files; files of these names "
-             "are replaced")
+             "Write the surface with all items as NAME.pvd and .vtp files, or of the kind that the ending of "
+             "NAME tells, as export does; files of these names are replaced")
         .Type("NAME")
         .Check(exports::CheckExportName);
     AddModeOptions(command, request.mode);

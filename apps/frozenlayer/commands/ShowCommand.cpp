@@ -9,6 +9,7 @@
 #include "commands/ImportCommand.h"
 #include "commands/RunCommand.h"
 #include "commands/ViewCommand.h"
+#include "project/TargetPlace.h"
 
 namespace qnl::commands {
 
@@ -53,6 +54,7 @@ bool ShowProject(const ShowRequest& request) {
 }
 
 bool Show(ShowRequest request) {
+    project::CheckWritable(project::FolderOf(request.page));
     if (!request.import.folder.empty()) {
         return ShowProject(request);
     }

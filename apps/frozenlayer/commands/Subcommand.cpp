@@ -238,7 +238,7 @@ Subcommand Program::AddSubcommand(const SubcommandTexts& texts, std::function<bo
     return Subcommand(subcommand);
 }
 
-int Program::Perform(int argc, const char* const* argv) {
+std::optional<int> Program::Choose(int argc, const char* const* argv) {
     try {
         const std::vector<const char*> words = WithoutHelpWord(argc, argv);
         app_->parse(static_cast<int>(words.size()), words.data());
@@ -246,6 +246,10 @@ int Program::Perform(int argc, const char* const* argv) {
         const bool isHelp = app_->exit(end) == 0;
         return FlushOutput() && isHelp ? 0 : 1;
     }
+    return std::nullopt;
+}
+
+int Program::Perform() {
     return PerformToItsEnd(chosen_);
 }
 

@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -78,11 +79,15 @@ public:
     /// whether it did what it was asked for, and leaves the telling of faults to the program.
     Subcommand AddSubcommand(const SubcommandTexts& texts, std::function<bool()> perform);
 
+    /// Chooses the subcommand that the words name. Gives the exit code when there is none to be performed: 0
+    /// after help or version, which are printed, 1 after a word that cannot be understood.
+    std::optional<int> Choose(int argc, const char* const* argv);
+
     /// Performs the chosen subcommand. An exception out of it and the faults recorded meanwhile are told on
     /// standard error, after what stands on standard output. Gives the exit code: 0 when it did what it was
-    /// asked for, without a fault, and all of its output could be written; else 1, also after a word that
-    /// cannot be understood.
-    int Perform(int argc, const char* const* argv);
+    /// asked for, without a fault, and all of its output could be written; 128 and the signal's number when
+    /// it was interrupted; else 1.
+    int Perform();
 
 private:
     std::unique_ptr<CLI::App> app_;

@@ -2,6 +2,7 @@
 
 #include <iostream>
 #include <memory>
+#include <utility>
 
 #include "page/ReportPage.h"
 #include "project/OutputNames.h"
@@ -18,8 +19,9 @@ struct ViewRequest {
 
 bool View(const ViewRequest& request) {
     const page::PageTemplate frame = page::ReadPageTemplate();
-    const series::LoadedSeries loaded =
-        series::LoadSeries(series::FindSeriesFiles(request.results), page::kPageProfiles);
+    series::SeriesFiles files = series::FindSeriesFiles(request.results);
+    page::CheckPagePlace(frame, files, request.page);
+    const series::LoadedSeries loaded = series::LoadSeries(std::move(files), page::kPageProfiles);
     const bool written = page::WriteReportPage(frame, loaded, request.page);
     if (written) {
         std::cout << request.page + "\n";

@@ -1,6 +1,7 @@
 #include "compare/ComparisonTable.h"
 
 #include "exports/CsvFile.h"
+#include "platform/HostFiles.h"
 #include "text/TextFile.h"
 
 namespace qnl::compare {
@@ -46,7 +47,7 @@ std::string Fields(const ItemDifference& item, const series::Surface& surface) {
 bool WriteComparisonTable(const std::string& path, const Both<ComparedSeries>& sides,
                           const SeriesDifference& difference) {
     ReplacedFile file(path, "wb");
-    text::Append(file, HeadRow(sides));
+    file.Append(HeadRow(sides));
     for (const TimeDifference& time : difference.times) {
         std::string times;
         std::string nodesOfOne;
@@ -56,9 +57,9 @@ bool WriteComparisonTable(const std::string& path, const Both<ComparedSeries>& s
         }
         nodesOfOne += "\n";
         for (const ItemDifference& item : time.items) {
-            text::Append(file, times);
-            text::Append(file, Fields(item, sides[0].surface));
-            text::Append(file, nodesOfOne);
+            file.Append(times);
+            file.Append(Fields(item, sides[0].surface));
+            file.Append(nodesOfOne);
         }
     }
     return file.Commit();

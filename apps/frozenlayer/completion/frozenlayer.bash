@@ -5,7 +5,8 @@
 # with "|" between them, or nothing for what cannot be guessed.
 declare -gA _frozenlayer_options
 _frozenlayer_options[import]="--help --stage=flow|pack|cool|warp --temperature= --velocity= --displacement=
-    --cooling-time= --density= --volume-shrinkage= --temperature-unit=K|degC --length-unit=m|mm|cm|in --times=
+    --cooling-time= --density= --volume-shrinkage= --temperature-unit=K|degC --length-unit=m|mm|cm|in
+    --velocity-unit=m/s|cm/s|mm/s --density-unit=kg/m3|g/cm3 --times=
     --part= --ignore= --region-array= --runner= --special= --wall= --material=@ --freeze-temperature= --pressure= --pressure-array=
     --pressure-unit=MPa|Pa|bar --allow-missing= --out=@ --force"
 _frozenlayer_options[show]="${_frozenlayer_options[import]} --keep=@ --resolved --corrected --classic"
@@ -14,7 +15,7 @@ _frozenlayer_options[run]="--help --analysis-code= --intermediate-times=auto --l
 _frozenlayer_options[info]="--help --json"
 _frozenlayer_options[view]="--help --out=@"
 _frozenlayer_options[export]="--help --out=@ --to=pvd|vtu|hdf|csv --compress --force"
-_frozenlayer_options[probe]="--help --node= --point= --out=@ --force"
+_frozenlayer_options[probe]="--help --node= --point= --nearest --out=@ --force"
 _frozenlayer_options[compare]="--help --tolerance= --csv=@ --view=@"
 _frozenlayer_options[demo]="--help --shape=cover|plate|ring --cells= --stage=cool|flow|pack|warp --shuffle --force"
 

@@ -1,20 +1,17 @@
 #include "exports/CsvFile.h"
 
-#include <array>
-
+#include "platform/HostFiles.h"
 #include "text/TextFile.h"
 
 namespace qnl::exports {
 
 namespace {
 
-constexpr std::array<const char*, 3> kAxes{" x", " y", " z"};
-
 std::string HeadRow(const ExportFrame& frame) {
     std::string row = "Node label,x [mm],y [mm],z [mm]";
     for (const ExportArray& array : frame.arrays) {
         for (std::size_t c = 0; c < static_cast<std::size_t>(array.components); ++c) {
-            row += "," + CsvField(array.components == 1 ? array.name : array.name + kAxes[c]);
+            row += "," + CsvField(array.components == 1 ? array.name : ComponentName(array, c));
         }
     }
     for (const ExportNumber& number : frame.numbers) {
@@ -48,7 +45,7 @@ std::string ValuesOf(const ExportArray& array, std::size_t node) {
 
 bool WriteCsvSurface(const std::string& path, const ExportSurface& surface, const ExportFrame& frame) {
     ReplacedFile file(path, "wb");
-    text::Append(file, HeadRow(frame));
+    file.Append(HeadRow(frame));
     std::string numbers;
     for (const ExportNumber& number : frame.numbers) {
         numbers += "," + text::ExactText(number.value);
@@ -61,7 +58,7 @@ bool WriteCsvSurface(const std::string& path, const ExportSurface& surface, cons
         for (const ExportArray& array : frame.arrays) {
             row += ValuesOf(array, i);
         }
-        text::Append(file, row + numbers + "\n");
+        file.Append(row + numbers + "\n");
     }
     return file.Commit();
 }
@@ -69,9 +66,9 @@ bool WriteCsvSurface(const std::string& path, const ExportSurface& surface, cons
 bool WriteCsvTimes(const std::string& path, const std::string& timeLabel,
                    const std::vector<CollectionEntry>& entries) {
     ReplacedFile file(path, "wb");
-    text::Append(file, "File," + CsvField(timeLabel) + "\n");
+    file.Append("File," + CsvField(timeLabel) + "\n");
     for (const CollectionEntry& entry : entries) {
-        text::Append(file, CsvField(entry.file) + "," + text::ExactText(entry.time) + "\n");
+        file.Append(CsvField(entry.file) + "," + text::ExactText(entry.time) + "\n");
     }
     return file.Commit();
 }

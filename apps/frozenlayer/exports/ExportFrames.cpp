@@ -1,5 +1,6 @@
 #include "exports/ExportFrames.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <limits>
@@ -54,11 +55,65 @@ void AddFreezing(const series::LoadedSeries& loaded, ExportFrame& frame) {
     frame.numbers.push_back({"Freeze temperature [°C]", history.freezeTemperature});
     frame.arrays.push_back({"Freeze status", 1, std::move(status)});
     frame.arrays.push_back(
-        {series::Label("Time to freeze", loaded.series.AxisUnit()), 1, history.timeToFreeze});
+        {ExportLabel("Time to freeze", loaded.series.AxisUnit()), 1, history.timeToFreeze});
     frame.arrays.push_back({"Last to freeze, rank", 1, loaded.regions.rank});
 }
 
+constexpr std::array<const char*, 3> kAxes{"x", "y", "z"};
+
+/// "Average velocity" of the item "Average velocity, x"; empty for one that is no such component.
+std::string VectorName(const series::ItemOverTime& item, std::size_t axis) {
+    const std::string ending = std::string(", ") + kAxes[axis];
+    const std::size_t length = item.name.size() - std::min(item.name.size(), ending.size());
+    return item.name.compare(length, std::string::npos, ending) == 0 ? item.name.substr(0, length) : "";
+}
+
+/// Whether a vector begins with item `i`: its three components follow each other.
+bool BeginsVector(const std::vector<series::ItemOverTime>& items, std::size_t i) {
+    const std::string name = i + kAxes.size() <= items.size() ? VectorName(items[i], 0) : "";
+    return !name.empty() && VectorName(items[i + 1], 1) == name && VectorName(items[i + 2], 2) == name &&
+           items[i + 1].unit == items[i].unit && items[i + 2].unit == items[i].unit;
+}
+
+/// One value of each of the items by node; not a number where an item has none.
+std::vector<float> Interleaved(const series::ItemOverTime* items, std::size_t components, std::size_t time,
+                               std::size_t nodes) {
+    std::vector<float> values(nodes * components, kNothing);
+    for (std::size_t c = 0; c < components; ++c) {
+        const std::vector<float>& own = items[c].values[time];
+        for (std::size_t i = 0; i < own.size(); ++i) {
+            values[i * components + c] = own[i];
+        }
+    }
+    return values;
+}
+
+void AddItems(const std::vector<series::ItemOverTime>& items, std::size_t time, std::size_t nodes,
+              ExportFrame& frame) {
+    for (std::size_t i = 0; i < items.size();) {
+        const bool isVector = BeginsVector(items, i);
+        const std::size_t components = isVector ? kAxes.size() : 1;
+        frame.arrays.push_back(
+            {ExportLabel(isVector ? VectorName(items[i], 0) : items[i].name, items[i].unit),
+             static_cast<int>(components), Interleaved(&items[i], components, time, nodes)});
+        i += components;
+    }
+}
+
 }  // namespace
+
+std::string ExportLabel(const std::string& name, const std::string& unit) {
+    std::string text;
+    for (const char character : series::Label(name, unit)) {
+        text += character == '/' ? " per " : std::string(1, character);
+    }
+    return text;
+}
+
+std::string ComponentName(const ExportArray& vector, std::size_t component) {
+    const std::size_t bracket = std::min(vector.name.rfind(" ["), vector.name.size());
+    return vector.name.substr(0, bracket) + ", " + kAxes[component] + vector.name.substr(bracket);
+}
 
 std::string TimeSuffix(std::size_t time) {
     std::array<char, 24> text{};
@@ -96,12 +151,7 @@ ExportFrame TimeFrame(const series::LoadedSeries& loaded, std::size_t time) {
     frame.numbers.push_back({"TimeValue", loaded.series.times[time].axis});
     frame.arrays.push_back(ResultStatus(loaded.results.hasResult[time]));
     for (const auto* items : {&loaded.results.items, &loaded.layers}) {
-        for (const series::ItemOverTime& item : *items) {
-            const std::vector<float>& values = item.values[time];
-            frame.arrays.push_back(
-                {series::Label(item.name, item.unit), 1,
-                 values.empty() ? std::vector<float>(loaded.surface.Nodes(), kNothing) : values});
-        }
+        AddItems(*items, time, loaded.surface.Nodes(), frame);
     }
     return frame;
 }

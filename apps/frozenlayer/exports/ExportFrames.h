@@ -12,7 +12,7 @@ namespace qnl::exports {
 
 /// Values of the surface nodes, `components` per node, node after node.
 struct ExportArray {
-    std::string name;  ///< with its unit in brackets
+    std::string name;  ///< as ExportLabel makes it
     int components = 1;
     std::variant<std::vector<float>, std::vector<int>> values;
 };
@@ -37,6 +37,13 @@ struct ExportSurface {
     std::vector<std::int64_t> ends;            ///< for each face, the number of corners up to its end
 };
 
+/// Name and unit of an array or a number, the same in every format: "/", which would part a name in HDF5, is
+/// "per", as in "Average velocity [cm per s]".
+std::string ExportLabel(const std::string& name, const std::string& unit);
+
+/// The name of one component of a vector: "Average velocity, x [cm per s]". `component` counts from 0.
+std::string ComponentName(const ExportArray& vector, std::size_t component);
+
 /// How the arrays of a file are stored.
 enum class Storage { Uncompressed, Compressed };
 
@@ -50,7 +57,8 @@ std::vector<std::uint8_t> VtkCellTypes(const ExportSurface& surface);
 
 ExportSurface SurfaceForExport(const series::LoadedSeries& loaded);
 
-/// The items of one output time; a value that a node does not have is not a number, and its status tells so.
+/// The items of one output time, vectors where there are items of all three components; a value that a node
+/// does not have is not a number, and its status tells so.
 ExportFrame TimeFrame(const series::LoadedSeries& loaded, std::size_t time);
 
 /// What does not depend on time: wall, inward direction, opposite point, time to freeze, last regions to

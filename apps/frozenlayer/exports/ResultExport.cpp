@@ -1,13 +1,18 @@
 #include "exports/ResultExport.h"
 
 #include <array>
+#include <cstdint>
 #include <iostream>
+#include <string_view>
 
 #include "exports/CsvFile.h"
 #include "exports/ExportFrames.h"
 #include "exports/VtkHdfFile.h"
 #include "exports/VtkXmlFile.h"
+#include "host/Interrupts.h"
 #include "project/OutputNames.h"
+#include "project/TargetPlace.h"
+#include "series/SeriesSize.h"
 
 namespace qnl::exports {
 
@@ -26,7 +31,14 @@ struct Format {
     const char* listEnding;
     WriteList writeList;
     bool compresses;
+    std::uintmax_t leastNodeBytes;   ///< of a node in a file of one time, without its items
+    std::uintmax_t leastValueBytes;  ///< of one value
 };
+
+// A node has its point, label and status, and about one face of four corners; in rows of text each of them
+// has a character and a comma.
+constexpr std::uintmax_t kBinaryNode = 60;
+constexpr std::uintmax_t kTextNode = 10;
 
 template <VtkKind kind>
 bool WriteVtkFrame(const std::string& path, const ExportSurface& surface, const ExportFrame& frame,
@@ -51,25 +63,50 @@ std::vector<std::string_view> NameEndings() {
 }
 
 constexpr std::array<Format, 4> kFormats{{
-    {"pvd", ".vtp", WriteVtkFrame<VtkKind::PolyData>, ".pvd", WriteUnlabelledList<WriteCollection>, true},
+    {"pvd", ".vtp", WriteVtkFrame<VtkKind::PolyData>, ".pvd", WriteUnlabelledList<WriteCollection>, true,
+     kBinaryNode, sizeof(float)},
     {"vtu", ".vtu", WriteVtkFrame<VtkKind::UnstructuredGrid>, ".pvd", WriteUnlabelledList<WriteCollection>,
-     true},
-    {"hdf", ".hdf", WriteHdfSurface, ".hdf.series", WriteUnlabelledList<WriteFileSeries>, true},
-    {"csv", ".csv", WriteCsvFrame, "_times.csv", WriteCsvTimes, false},
+     true, kBinaryNode, sizeof(float)},
+    {"hdf", ".hdf", WriteHdfSurface, ".hdf.series", WriteUnlabelledList<WriteFileSeries>, true, kBinaryNode,
+     sizeof(float)},
+    {"csv", ".csv", WriteCsvFrame, "_times.csv", WriteCsvTimes, false, kTextNode, 2},
 }};
 
-const Format& FormatOf(const std::string& name) {
+/// The ending that a name has; empty for none.
+std::string_view EndingOf(const std::string& out) {
+    const std::string_view name(out);
+    for (const std::string_view ending : NameEndings()) {
+        if (name.size() >= ending.size() && name.substr(name.size() - ending.size()) == ending) {
+            return ending;
+        }
+    }
+    return {};
+}
+
+bool MakesFilesWith(const Format& format, std::string_view ending) {
+    return ending == format.frameExtension || ending == format.listEnding;
+}
+
+/// The format that is asked for, or the first whose files have the ending of the name.
+const Format& FormatOf(const ExportRequest& request) {
+    const std::string_view ending = EndingOf(request.out);
     for (const Format& format : kFormats) {
-        if (name == format.name) {
+        const bool fits = ending.empty() || MakesFilesWith(format, ending);
+        if (request.format == format.name && !fits) {
+            throw project::InputProblem("--out " + request.out + " and --to " + request.format +
+                                        " do not go together: leave out --to, or give a name without " +
+                                        std::string(ending));
+        }
+        if (request.format.empty() ? fits : request.format == format.name) {
             return format;
         }
     }
-    throw project::InputProblem("\"" + name + "\" is no format of exported files");
+    throw project::InputProblem("\"" + request.format + "\" is no format of exported files");
 }
 
 /// Paths of the files by time, then of the static one and of the list.
 std::vector<std::string> PathsOf(const ExportRequest& request, std::size_t times) {
-    const Format& format = FormatOf(request.format);
+    const Format& format = FormatOf(request);
     const std::string stem = project::NameOfOutput(request.out, NameEndings());
     std::vector<std::string> paths;
     for (std::size_t t = 0; t < times; ++t) {
@@ -91,17 +128,17 @@ void PrintWhatIsMissing(const series::LoadedSeries& loaded) {
     }
 }
 
-/// Stops at the first file that cannot be written.
-std::vector<std::string> WriteAll(const Format& format, const std::vector<std::string>& paths,
-                                  const series::LoadedSeries& loaded, Storage storage) {
+/// Adds the files to `written` as they are finished; stops at the first that cannot be written.
+void WriteAll(const Format& format, const std::vector<std::string>& paths, const series::LoadedSeries& loaded,
+              Storage storage, std::vector<std::string>& written) {
     const ExportSurface surface = SurfaceForExport(loaded);
     const std::size_t times = loaded.series.times.size();
-    std::vector<std::string> written;
     std::vector<CollectionEntry> entries;
     for (std::size_t t = 0; t <= times; ++t) {
+        host::RaiseIfInterrupted();
         const ExportFrame frame = t < times ? TimeFrame(loaded, t) : StaticFrame(loaded);
         if (!format.writeFrame(paths[t], surface, frame, storage)) {
-            return written;
+            return;
         }
         written.push_back(project::NativePath(paths[t]));
         if (t < times) {
@@ -112,7 +149,6 @@ std::vector<std::string> WriteAll(const Format& format, const std::vector<std::s
     if (format.writeList(paths.back(), timeLabel, entries)) {
         written.push_back(project::NativePath(paths.back()));
     }
-    return written;
 }
 
 }  // namespace
@@ -131,9 +167,9 @@ std::string CheckExportName(const std::string& name) {
 }
 
 void CheckExport(const ExportRequest& request, std::size_t times) {
-    const Format& format = FormatOf(request.format);
+    const Format& format = FormatOf(request);
     if (request.compress && !format.compresses) {
-        throw project::InputProblem("--compress has no meaning with --to " + request.format +
+        throw project::InputProblem(std::string("--compress has no meaning with --to ") + format.name +
                                     ", whose files are text: leave it out, or choose another format");
     }
     const std::vector<std::string> paths = PathsOf(request, times);
@@ -142,12 +178,28 @@ void CheckExport(const ExportRequest& request, std::size_t times) {
     }
 }
 
+void CheckExportPlace(const ExportRequest& request, const series::SeriesFiles& series) {
+    constexpr std::uintmax_t kPacking = 8;
+    const Format& format = FormatOf(request);
+    const std::string folder = project::FolderOf(request.out);
+    const series::SeriesSize size = series::MeasureSeries(series);
+    const std::uintmax_t bytes = size.nodes * format.leastNodeBytes + size.values * format.leastValueBytes;
+    project::CheckWritable(folder);
+    project::CheckRoom(folder, request.compress ? bytes / kPacking : bytes);
+}
+
 std::vector<std::string> ExportSeries(const series::LoadedSeries& loaded, const ExportRequest& request) {
     const std::size_t times = loaded.series.times.size();
     CheckExport(request, times);
     PrintWhatIsMissing(loaded);
-    return WriteAll(FormatOf(request.format), PathsOf(request, times), loaded,
-                    request.compress ? Storage::Compressed : Storage::Uncompressed);
+    std::vector<std::string> written;
+    try {
+        WriteAll(FormatOf(request), PathsOf(request, times), loaded,
+                 request.compress ? Storage::Compressed : Storage::Uncompressed, written);
+    } catch (const host::Interrupted&) {
+        // The subcommand ends as an interrupted one; what is finished is still told.
+    }
+    return written;
 }
 
 }  // namespace qnl::exports

@@ -6,10 +6,10 @@
 
 #include "hdf5/Hdf5.h"
 #include "platform/Faults.h"
+#include "platform/HostFiles.h"
 #include "project/ProjectPaths.h"
 #include "text/Deflate.h"
 #include "text/Json.h"
-#include "text/TextFile.h"
 
 namespace qnl::exports {
 
@@ -75,25 +75,16 @@ void AddFrame(const ExportFrame& frame, HdfGroup& group) {
     for (const ExportArray& array : frame.arrays) {
         std::visit(
             [&](const auto& values) {
-                group.Add("PointData/" + HdfName(array.name), values,
-                          static_cast<std::size_t>(array.components));
+                group.Add("PointData/" + array.name, values, static_cast<std::size_t>(array.components));
             },
             array.values);
     }
     for (const ExportNumber& number : frame.numbers) {
-        group.AddNumber("FieldData/" + HdfName(number.name), number.value);
+        group.AddNumber("FieldData/" + number.name, number.value);
     }
 }
 
 }  // namespace
-
-std::string HdfName(const std::string& name) {
-    std::string text;
-    for (const char character : name) {
-        text += character == '/' ? " per " : std::string(1, character);
-    }
-    return text;
-}
 
 bool WriteHdfSurface(const std::string& path, const ExportSurface& surface, const ExportFrame& frame,
                      Storage storage) {
@@ -116,7 +107,7 @@ bool WriteFileSeries(const std::string& path, const std::vector<CollectionEntry>
     }
     const text::Json list{{"file-series-version", "1.0"}, {"files", std::move(files)}};
     ReplacedFile file(path, "wb");
-    text::Append(file, text::JsonText(list));
+    file.Append(text::JsonText(list));
     return file.Commit();
 }
 

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <variant>
 
+#include "platform/HostFiles.h"
 #include "text/Deflate.h"
 #include "text/TextFile.h"
 
@@ -161,9 +162,9 @@ bool WriteFile(const std::string& path, const Layout& layout, const ExportSurfac
     text += Cells(layout.cells, surface, appendix, layout.withTypes);
     text += std::string("</Piece>\n</") + layout.type + ">\n<AppendedData encoding=\"raw\">\n_";
     ReplacedFile file(path, "wb");
-    text::Append(file, text);
-    text::Append(file, appendix.Bytes());
-    text::Append(file, "\n</AppendedData>\n</VTKFile>\n");
+    file.Append(text);
+    file.Append(appendix.Bytes());
+    file.Append("\n</AppendedData>\n</VTKFile>\n");
     return file.Commit();
 }
 
@@ -180,12 +181,12 @@ bool WriteVtkLines(const std::string& path, const ExportSurface& lines, const Ex
 
 bool WriteCollection(const std::string& path, const std::vector<CollectionEntry>& entries) {
     ReplacedFile file(path, "wb");
-    text::Append(file, Head("Collection", "0.1", Storage::Uncompressed) + "<Collection>\n");
+    file.Append(Head("Collection", "0.1", Storage::Uncompressed) + "<Collection>\n");
     for (const CollectionEntry& entry : entries) {
-        text::Append(file, "<DataSet timestep=\"" + text::ExactText(entry.time) +
-                               "\" group=\"\" part=\"0\" file=\"" + text::XmlText(entry.file) + "\"/>\n");
+        file.Append("<DataSet timestep=\"" + text::ExactText(entry.time) +
+                    "\" group=\"\" part=\"0\" file=\"" + text::XmlText(entry.file) + "\"/>\n");
     }
-    text::Append(file, "</Collection>\n</VTKFile>\n");
+    file.Append("</Collection>\n</VTKFile>\n");
     return file.Commit();
 }
 

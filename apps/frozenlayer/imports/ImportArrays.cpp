@@ -1,6 +1,7 @@
 #include "imports/ImportArrays.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 
 #include "text/NearestWord.h"
@@ -39,6 +40,20 @@ ChosenArray TakeNamed(const QuantityRule& rule, const std::string& name,
 }
 
 }  // namespace
+
+std::vector<std::string> NamesOfDensities(const interop::ForeignSnapshot& snapshot) {
+    constexpr std::array<std::string_view, 3> kUsual{"rho", "density", "dens"};
+    std::vector<std::string> names;
+    for (const interop::ForeignArray& array : snapshot.arrays) {
+        const bool isUsual =
+            std::find(kUsual.begin(), kUsual.end(), WithoutPunctuation(array.name)) != kUsual.end();
+        if (isUsual && array.components == 1 &&
+            std::find(names.begin(), names.end(), array.name) == names.end()) {
+            names.push_back(array.name);
+        }
+    }
+    return names;
+}
 
 const interop::ForeignArray* FindArray(const interop::ForeignSnapshot& snapshot, const std::string& name) {
     const interop::ForeignArray* found = nullptr;

@@ -77,6 +77,9 @@ struct ChosenArray {
 ChosenArray ChooseArray(const QuantityRule& rule, const ImportRequest& request,
                         const interop::ForeignSnapshot& snapshot);
 
+/// Arrays of one component that have a usual name of a density, which is never looked for, in file order.
+std::vector<std::string> NamesOfDensities(const interop::ForeignSnapshot& snapshot);
+
 /// The array of that name on points, else on cells; null when there is none.
 const interop::ForeignArray* FindArray(const interop::ForeignSnapshot& snapshot, const std::string& name);
 

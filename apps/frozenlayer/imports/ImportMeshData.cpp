@@ -5,17 +5,12 @@
 #include <cmath>
 #include <set>
 
+#include "imports/ImportUnits.h"
 #include "text/NumberText.h"
 
 namespace qnl::imports {
 
 namespace {
-
-struct Unit {
-    const char* word;
-    double millimetres;
-};
-constexpr std::array<Unit, 4> kLengthUnits{{{"mm", 1.0}, {"cm", 10.0}, {"m", 1000.0}, {"in", 25.4}}};
 
 constexpr std::array<const char*, 4> kLabelNames{"NodeId", "GlobalNodeId", "GlobalNodeID", "node_id"};
 constexpr const char* kOwnRegionName = "Region";
@@ -149,15 +144,6 @@ void WarnOfUnit(const ImportRequest& request, ImportedCase& imported) {
 }
 
 }  // namespace
-
-double LengthUnit(const ImportRequest& request) {
-    for (const Unit& unit : kLengthUnits) {
-        if (request.lengthUnit == unit.word) {
-            return unit.millimetres;
-        }
-    }
-    return 1.0;
-}
 
 void AddMeshData(const ImportRequest& request, const interop::ForeignSnapshot& snapshot,
                  ImportedCase& imported) {

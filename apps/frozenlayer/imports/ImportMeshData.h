@@ -6,9 +6,6 @@
 
 namespace qnl::imports {
 
-/// Millimetres of one length unit of the request.
-double LengthUnit(const ImportRequest& request);
-
 /// Takes over the labels, regions and geometric tolerance of the mesh of an import, from the first snapshot.
 /// Raises ForeignProblem for a region array or region that is not there.
 void AddMeshData(const ImportRequest& request, const interop::ForeignSnapshot& snapshot,

@@ -5,6 +5,7 @@
 
 #include "imports/ImportStage.h"
 #include "text/NumberText.h"
+#include "text/ShellWord.h"
 #include "text/TextTable.h"
 
 namespace qnl::imports {
@@ -108,7 +109,7 @@ void PrintImport(const ImportRequest& request, const ImportedCase& imported, con
     out << "\nOutput times\n";
     PrintTimes(imported, out);
     out << "\nMaterial: " + material.origin + "\nProject: " + request.folder + "\nNext: frozenlayer run " +
-               project.stageFile + "\n";
+               text::ShellPath(project.stageFile) + "\n";
 }
 
 }  // namespace qnl::imports

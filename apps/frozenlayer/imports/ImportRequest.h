@@ -19,7 +19,9 @@ struct ImportRequest {
     std::string density;               ///< g/cm3, never looked for
     std::string shrinkage;             ///< %, never looked for
     std::string pressureArray;         ///< never looked for; empty: the same pressure everywhere
-    std::string pressureUnit = "MPa";  ///< of that array
+    std::string pressureUnit;          ///< of that array; empty: that of the format, MPa where it has none
+    std::string densityUnit;           ///< empty: that of the format, g/cm3 where it has none
+    std::string velocityUnit;          ///< empty: that of the format, lengthUnit per second where it has none
     std::string temperatureUnit;       ///< empty: that of the format, degC where it has none
     std::string lengthUnit;            ///< empty: that of the format, mm where it has none
     std::vector<std::string> parts;    ///< named blocks that are the part; empty: all but the ignored

@@ -7,43 +7,17 @@
 #include "host/Interrupts.h"
 #include "imports/ImportMeshData.h"
 #include "imports/ImportStage.h"
+#include "imports/ImportUnits.h"
 #include "imports/RegionChoice.h"
 #include "imports/TemperatureChecks.h"
+#include "interop/JoinedBlocks.h"
 #include "interop/NodeFields.h"
 #include "text/NumberText.h"
+#include "text/ShellWord.h"
 
 namespace qnl::imports {
 
 namespace {
-
-/// value = factor * foreign value + offset.
-struct Conversion {
-    double factor = 1.0;
-    double offset = 0.0;
-};
-
-/// Velocities are in length units per second.
-Conversion ConversionOf(Quantity quantity, const ImportRequest& request) {
-    constexpr double kFreezingOfWater = 273.15;
-    constexpr double kMillimetresPerCentimetre = 10.0;
-    constexpr double kMegapascalPerPascal = 1e-6;
-    constexpr double kMegapascalPerBar = 0.1;
-    switch (quantity) {
-        case Quantity::Temperature:
-            return {1.0, request.temperatureUnit == "K" ? -kFreezingOfWater : 0.0};
-        case Quantity::Velocity:
-            return {LengthUnit(request) / kMillimetresPerCentimetre, 0.0};
-        case Quantity::Displacement:
-            return {LengthUnit(request), 0.0};
-        case Quantity::Pressure:
-            return {request.pressureUnit == "Pa"    ? kMegapascalPerPascal
-                    : request.pressureUnit == "bar" ? kMegapascalPerBar
-                                                    : 1.0,
-                    0.0};
-        default:
-            return {};
-    }
-}
 
 bool SameMesh(const interop::ForeignMesh& a, const interop::ForeignMesh& b) {
     return a.cellTypes == b.cellTypes && a.offsets == b.offsets && a.nodes == b.nodes && a.points == b.points;
@@ -55,7 +29,7 @@ public:
 
     ImportedCase Read() {
         const auto series = interop::OpenForeignSeries(request_.files);
-        ChooseUnits(series->IsSi());
+        ChooseUnits(series->IsSi(), request_);
         if (!request_.times.empty() && static_cast<int>(request_.times.size()) != series->Count()) {
             throw interop::ForeignProblem("--times gives " + std::to_string(request_.times.size()) +
                                           ", but there are " + std::to_string(series->Count()) +
@@ -65,24 +39,17 @@ public:
             host::RaiseIfInterrupted();
             interop::ForeignSnapshot snapshot = series->Read(index);
             KeepChosenBlocks(request_, snapshot);
+            interop::JoinBlocks(snapshot);
             AddSnapshot(snapshot, index);
         }
         SortTimes();
         WarnOfTimes();
         WarnOfWalls();
+        WarnOfDensities();
         return std::move(case_);
     }
 
 private:
-    void ChooseUnits(bool isSi) {
-        if (request_.lengthUnit.empty()) {
-            request_.lengthUnit = isSi ? "m" : "mm";
-        }
-        if (request_.temperatureUnit.empty()) {
-            request_.temperatureUnit = isSi ? "K" : "degC";
-        }
-    }
-
     void AddSnapshot(const interop::ForeignSnapshot& snapshot, int index) {
         if (index == 0) {
             case_.solid = interop::BuildSolidMesh(snapshot.mesh, LengthUnit(request_), snapshot.file);
@@ -110,7 +77,7 @@ private:
     void ChooseArrays(const interop::ForeignSnapshot& snapshot) {
         for (const QuantityRule& rule : kQuantityRules) {
             if (stage_.Wants(rule.quantity)) {
-                case_.arrays[static_cast<std::size_t>(rule.quantity)] = ChooseArray(rule, request_, snapshot);
+                case_.arrays[static_cast<std::size_t>(rule.quantity)] = Choose(rule, snapshot);
             } else if (!(request_.*rule.request).empty()) {
                 case_.warnings.push_back(std::string(rule.option) + " is not used: a " + request_.stage +
                                          " stage holds no " + rule.name);
@@ -122,6 +89,29 @@ private:
                                           required.name + "; name it with " + required.option + " (" +
                                           ListArrays(snapshot, required.name) + ")");
         }
+    }
+
+    /// An array that is taken for its name alone is left out, with a warning, when the file tells that it is
+    /// something else; so is one that looks like the density, which is taken when an option names it.
+    ChosenArray Choose(const QuantityRule& rule, const interop::ForeignSnapshot& snapshot) {
+        ChosenArray chosen = ChooseArray(rule, request_, snapshot);
+        if (chosen.by == ChosenBy::Name && rule.quantity != stage_.required) {
+            const std::string problem =
+                ProblemOfDimensions(rule, *FindArray(snapshot, chosen.name), snapshot.file);
+            if (!problem.empty()) {
+                case_.warnings.push_back("\"" + chosen.name + "\" is left out: " + problem);
+                return {};
+            }
+        }
+        if (rule.quantity == Quantity::Density && chosen.by == ChosenBy::Nothing) {
+            for (const std::string& name : NamesOfDensities(snapshot)) {
+                case_.warnings.push_back("\"" + name +
+                                         "\" is left out, as the density follows from the material: "
+                                         "--density " +
+                                         text::ShellWord(name) + " takes it");
+            }
+        }
+        return chosen;
     }
 
     double TimeOf(const interop::ForeignSnapshot& snapshot, int index) {
@@ -143,6 +133,10 @@ private:
             throw interop::ForeignProblem(snapshot.file + " holds no array \"" + chosen.name + "\" as " +
                                           firstFile_ + " does; every output time must have it (" +
                                           ListArrays(snapshot, chosen.name) + ")");
+        }
+        const std::string problem = ProblemOfDimensions(rule, *array, snapshot.file);
+        if (!problem.empty()) {
+            throw interop::ForeignProblem(problem);
         }
         const Conversion conversion = ConversionOf(rule.quantity, request_);
         NodeComponents components;
@@ -216,6 +210,17 @@ private:
                 "\" has values of cells and none at the walls: those of surface nodes are "
                 "carried there from the cells around them; export values of points, or the "
                 "boundary with its own values, if a mould holds the walls colder");
+        }
+    }
+
+    void WarnOfDensities() {
+        const auto [low, high] = QuantityRange(case_, Quantity::Density);
+        if (low <= high) {
+            const std::string doubt =
+                DoubtOfDensity(request_, static_cast<double>(low), static_cast<double>(high));
+            if (!doubt.empty()) {
+                case_.warnings.push_back(doubt);
+            }
         }
     }
 

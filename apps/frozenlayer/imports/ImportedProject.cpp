@@ -1,11 +1,12 @@
 #include "imports/ImportedProject.h"
 
 #include <algorithm>
-#include <cctype>
+#include <cstdint>
 #include <filesystem>
 #include <set>
 
 #include "hdf5/Hdf5.h"
+#include "host/Interrupts.h"
 #include "imports/ImportStage.h"
 #include "kernel/mesh/MeshFile.h"
 #include "layout/MarkerLog.h"
@@ -14,8 +15,10 @@
 #include "material/MaterialFile.h"
 #include "platform/HostFiles.h"
 #include "project/FaultReport.h"
+#include "project/PlainName.h"
 #include "project/ProjectPaths.h"
 #include "project/StagingFolder.h"
+#include "project/TargetPlace.h"
 #include "results/ResultFile.h"
 #include "results/StageItems.h"
 #include "text/NumberText.h"
@@ -57,18 +60,6 @@ std::string ReadText(const std::string& path) {
     return text;
 }
 
-/// Letters, digits, "-" and "_" of a text, without digits and "_" at its end, which would read as a run.
-std::string PlainName(const std::string& text) {
-    constexpr std::size_t kLongest = 60;
-    std::string name;
-    for (const char c : text.substr(0, kLongest)) {
-        const bool plain = std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '_';
-        name += plain ? c : '-';
-    }
-    name.erase(name.find_last_not_of("0123456789_-") + 1);
-    return name.empty() ? "part" : name;
-}
-
 fs::path WithoutTrailingSlash(const std::string& folder) {
     const fs::path path = fs::path(project::NativePath(folder)).lexically_normal();
     return path.has_filename() ? path : path.parent_path();
@@ -84,9 +75,10 @@ public:
           law_(material::ParseMaterial(material.text)),
           stage_(FindImportStage(request.stage)),
           target_(WithoutTrailingSlash(request.folder)),
-          name_(PlainName(fs::absolute(target_).filename().string())) {}
+          name_(project::ProjectName(fs::absolute(target_).filename().string(), kRun)) {}
 
     ImportedProject Write() {
+        project::CheckRoom(target_.parent_path().string(), LeastBytes());
         project::StagingFolder staging(target_.string(), kRun);
         const project::StageFile base{staging.Path(), name_, kRun, std::string(stage_.files.pattern), 0};
         WriteMesh(project::NativePath(layout::MeshPath(staging.Path(), MeshName())));
@@ -96,6 +88,7 @@ public:
             WriteText(base.RunFolder() + "\\" + std::string(layout::kMarkerLogName), MarkerLogText());
         }
         for (std::size_t i = 0; i < case_.times.size(); ++i) {
+            host::RaiseIfInterrupted();
             WriteTime(project::NativePath(base.AtIndex(IndexOf(i)).Path()), i);
         }
         staging.MoveTo(target_.string());
@@ -105,6 +98,16 @@ public:
     }
 
 private:
+    /// The values of the stage files; the mesh, which is packed, is not counted.
+    std::uintmax_t LeastBytes() const {
+        std::uintmax_t values = 0;
+        for (const ItemSource& source : stage_.items) {
+            const auto place = static_cast<std::size_t>(source.quantity);
+            values += source.id != 0 && case_.arrays[place].by != ChosenBy::Nothing ? 1 : 0;
+        }
+        return values * case_.times.size() * static_cast<std::uintmax_t>(LargestLabel()) * sizeof(float);
+    }
+
     std::string MeshName() const { return name_ + ".hdf"; }
 
     std::string MarkerLogText() const {
@@ -273,7 +276,7 @@ ImportedMaterial ChooseMaterial(const ImportRequest& request) {
     if (law.kind == material::MaterialKind::Thermoplastic) {
         material.freezeTemperature = law.freezeTemperature;
     }
-    material.fileName = PlainName(fs::path(request.material).stem().string()) + ".toml";
+    material.fileName = project::PlainName(fs::path(request.material).stem().string()) + ".toml";
     return material;
 }
 
@@ -282,6 +285,7 @@ void CheckProjectFolder(const std::string& folder, bool force) {
         throw project::InputProblem("the name of the project folder is empty; give a name");
     }
     const fs::path path = WithoutTrailingSlash(folder);
+    project::CheckWritable(path.parent_path().string());
     if (!fs::exists(path)) {
         return;
     }

@@ -1,6 +1,7 @@
 #include "page/ReportPage.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iostream>
 #include <numeric>
 
@@ -8,6 +9,8 @@
 #include "page/ReportHeader.h"
 #include "page/ReportItems.h"
 #include "platform/HostFiles.h"
+#include "project/TargetPlace.h"
+#include "series/SeriesSize.h"
 #include "text/NumberText.h"
 
 namespace qnl::page {
@@ -19,7 +22,7 @@ class PageFile {
 public:
     explicit PageFile(ReplacedFile& file) : file_(file) {}
 
-    void Text(const std::string& text) { std::fwrite(text.data(), 1, text.size(), file_.Get()); }
+    void Text(const std::string& text) { file_.Append(text); }
     void Block(const std::string& name, const std::string& base64) {
         Text("<script type=\"application/octet-stream\" id=\"qnl-block-" + name + "\">" + base64 +
              "</script>\n");
@@ -132,6 +135,14 @@ void WriteData(const series::LoadedSeries& loaded, PageFile& page) {
 }
 
 }  // namespace
+
+void CheckPagePlace(const PageTemplate& frame, const series::SeriesFiles& series, const std::string& path) {
+    constexpr std::uintmax_t kValuesPerByte = 4;  // results of parts take a byte a value and more
+    const std::string folder = project::FolderOf(path);
+    project::CheckWritable(folder);
+    project::CheckRoom(folder, frame.before.size() + frame.behind.size() +
+                                   series::MeasureSeries(series).values / kValuesPerByte);
+}
 
 bool WriteReportPage(const PageTemplate& frame, const series::LoadedSeries& loaded, const std::string& path) {
     if (!loaded.withoutHistory.empty()) {

@@ -8,8 +8,10 @@
 #include "exports/CsvFile.h"
 #include "exports/VtkXmlFile.h"
 #include "mesh/MeshNodes.h"
+#include "platform/HostFiles.h"
 #include "project/OutputNames.h"
 #include "series/LoadedSeries.h"
+#include "series/SurfaceDistance.h"
 #include "text/NumberText.h"
 #include "text/TextFile.h"
 
@@ -60,7 +62,27 @@ double Distance(const NodeRecord& node, const std::array<double, 3>& point) {
     return Length(Vector3{node.x - point[0], node.y - point[1], node.z - point[2]});
 }
 
-int NodeOfPoint(const Probe& probe, const std::array<double, 3>& point) {
+std::string PlaceText(double x, double y, double z) {
+    return text::NumberText(x) + "," + text::NumberText(y) + "," + text::NumberText(z);
+}
+
+/// A place farther from the surface than half of the wall there is none of the part.
+void CheckPlace(const Probe& probe, const std::array<double, 3>& point, std::size_t node, double nodeAway) {
+    const double away = series::DistanceFromSurface(probe.surface, {point[0], point[1], point[2]});
+    const double limit = probe.traced.wall[node] / 2.0;
+    if (away <= limit) {
+        return;
+    }
+    const NodeRecord& found = probe.project.Job().p_Node[probe.surface.nodes[node]];
+    throw project::InputProblem(
+        "point " + PlaceText(point[0], point[1], point[2]) + " is " + text::NumberText(away) +
+        " mm away from the surface, farther than half of the wall there, " + text::NumberText(limit) +
+        " mm: the nearest surface node is " + std::to_string(probe.surface.labels[node]) + " at " +
+        PlaceText(found.x, found.y, found.z) + ", " + text::NumberText(nodeAway) +
+        " mm away; give a place on the part, or take that node with --nearest");
+}
+
+int NodeOfPoint(const Probe& probe, const std::array<double, 3>& point, bool anywhere) {
     const NodeRecord* nodes = probe.project.Job().p_Node;
     int best = -1;
     double nearest = std::numeric_limits<double>::infinity();
@@ -75,8 +97,10 @@ int NodeOfPoint(const Probe& probe, const std::array<double, 3>& point) {
         throw project::InputProblem(project::NativePath(probe.project.MeshFile()) +
                                     ": no surface node has a way into the solid");
     }
-    std::cerr << "Point " + text::NumberText(point[0]) + "," + text::NumberText(point[1]) + "," +
-                     text::NumberText(point[2]) + ": nearest surface node " +
+    if (!anywhere) {
+        CheckPlace(probe, point, static_cast<std::size_t>(best), nearest);
+    }
+    std::cerr << "Point " + PlaceText(point[0], point[1], point[2]) + ": nearest surface node " +
                      std::to_string(probe.surface.labels[static_cast<std::size_t>(best)]) + ", " +
                      text::NumberText(nearest) + " mm away\n";
     return best;
@@ -88,7 +112,7 @@ void ChooseRays(const ProbeRequest& request, Probe& probe) {
         nodes.push_back(NodeOfLabel(probe, label));
     }
     for (const std::array<double, 3>& point : request.points) {
-        nodes.push_back(NodeOfPoint(probe, point));
+        nodes.push_back(NodeOfPoint(probe, point, request.nearest));
     }
     for (const int node : nodes) {
         const auto i = static_cast<std::size_t>(node);
@@ -256,7 +280,7 @@ bool WriteLines(const Probe& probe, const std::string& path) {
 
 bool WriteRows(const std::string& rows, const std::string& path) {
     ReplacedFile file(path, "wb");
-    text::Append(file, rows);
+    file.Append(rows);
     return file.Commit();
 }
 

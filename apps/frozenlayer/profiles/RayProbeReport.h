@@ -15,6 +15,7 @@ struct ProbeRequest {
     std::vector<std::array<double, 3>> points;  ///< mm; each stands for the nearest node with a profile
     std::string out;                            ///< name without extension; empty: rows to standard output
     bool force = false;                         ///< files of these names may be replaced
+    bool nearest = false;                       ///< points may be anywhere
 };
 
 /// Empty for a name that the files may begin with, else what is wrong with it.

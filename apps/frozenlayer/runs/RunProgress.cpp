@@ -47,7 +47,6 @@ void RecordNodesWithoutEntry(const FrozenLayerJob& job, const std::string& stage
 }  // namespace
 
 void RunProgress::TimeBegins(int index, int intermediateTimes, const char* stageFile) {
-    host::RaiseIfInterrupted();
     begin_ = Clock::now();
     timeCount_ = intermediateTimes + 1 - wishes_.keptTimes;
     const project::StageSummary summary = project::ReadStageSummary(stageFile);
@@ -63,7 +62,6 @@ void RunProgress::TimeBegins(int index, int intermediateTimes, const char* stage
 }
 
 void RunProgress::NodesEvaluated(int done, int total) {
-    host::RaiseIfInterrupted();
     ShowShare(total > 0 ? static_cast<double>(done) / total : 1.0);
 }
 
@@ -104,7 +102,12 @@ std::string RunProgress::Title() const {
     return "Output time " + times_.back().time.Text() + " (" + place + ")";
 }
 
+bool RunProgress::IsInterrupted() {
+    return host::NotedInterrupt() != 0;
+}
+
 void RunProgress::ShowShare(double shareOfTime) {
+    host::RaiseIfInterrupted();
     const double before = static_cast<double>(times_.size() - 1);
     bar_.Show((before + shareOfTime) / timeCount_, Title());
 }

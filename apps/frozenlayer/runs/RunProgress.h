@@ -46,6 +46,9 @@ public:
     void TimeEnds(int index, bool evaluated, const FrozenLayerJob& job) override;
     void RunEnds(const FrozenLayerJob& job) override;
 
+    /// Whether the run ends before its time because a signal was noted.
+    static bool IsInterrupted();
+
     std::vector<EvaluatedTime> TakeTimes() { return std::move(times_); }
     const series::RunView& View() const { return view_; }
     bool IsThermoset() const { return isThermoset_; }
@@ -58,6 +61,7 @@ private:
     using Clock = std::chrono::steady_clock;
 
     std::string Title() const;
+    /// Raises Interrupted in an interrupted program.
     void ShowShare(double shareOfTime);
     void CheckCompanions(const FrozenLayerJob& job) const;
 

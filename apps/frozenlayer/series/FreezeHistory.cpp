@@ -6,7 +6,6 @@
 #include <limits>
 #include <utility>
 
-#include "host/Interrupts.h"
 #include "kernel/mesh/MeshSizes.h"
 
 namespace qnl::series {
@@ -117,7 +116,6 @@ FreezeHistory ReadFreezeHistory(OpenedProject& project, const SeriesFiles& serie
     history.freezeTemperature = project.FreezeTemperature().value_or(kNothing);
     const PartMeasure measure = MeasurePart(project);
     for (const SeriesTime& time : series.times) {
-        host::RaiseIfInterrupted();
         project.LoadTemperatures(time.stageFile);
         if (!knowsWalls) {
             AddWalls(ReadWalls(project, surface, rays), history);

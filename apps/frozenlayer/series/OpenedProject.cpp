@@ -4,6 +4,7 @@
 #include <sstream>
 #include <utility>
 
+#include "host/Interrupts.h"
 #include "job/OutputTimes.h"
 #include "job/RunSequence.h"
 #include "profile/ResolvedFields.h"
@@ -95,6 +96,7 @@ void OpenedProject::OpenInputs(const SeriesFiles& series, RunStep first, RunStep
 }
 
 void OpenedProject::LoadTemperatures(const std::string& stageFile) {
+    host::RaiseIfInterrupted();
     if (!project::FileExists(stageFile)) {
         throw project::InputProblem(project::NativePath(stageFile) +
                                     " is missing: it has the temperatures of one output time");
@@ -111,7 +113,7 @@ void OpenedProject::LoadTemperatures(const std::string& stageFile) {
 
 void OpenedProject::RecoverTemperature() {
     if (!hasTemperatureField_) {
-        profile::RecoverFields(*job_, profile::FieldsWanted::Temperature);
+        profile::RecoverTemperature(*job_);
         temperatureField_ = profile::FieldsOf(*job_, profile::FieldsWanted::Temperature);
         hasTemperatureField_ = true;
     }

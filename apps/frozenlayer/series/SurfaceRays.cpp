@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "base/ThreadFailure.h"
+#include "host/Interrupts.h"
 #include "mesh/MeshNodes.h"
 #include "profile/JobViews.h"
 #include "series/InwardNormals.h"
@@ -42,6 +43,7 @@ SurfaceRays TraceSurfaceRays(const OpenedProject& project, const Surface& surfac
         const auto number = static_cast<std::size_t>(i);
         const NodeId node(surface.nodes[number]);
         failure.Guard([&] {
+            host::RaiseIfInterrupted();
             rays.inward[number] = normals.Of(node);
             TraceRay(project, mesh::PlaceOf(project.Job(), node), number, rays);
         });

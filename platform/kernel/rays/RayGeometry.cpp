@@ -41,45 +41,34 @@ Ray::Ray(const Point& from, const Point& unit) : origin(from), direction(unit), 
     aside = Cross(unit, across);
 }
 
-Span ClipTetra(const Tetra& tetra, const Point& origin, const Point& direction, double margin) {
+TetraClip ClipTetra(const Tetra& tetra, const Point& origin, const Point& direction, double margin) {
+    TetraClip clip{{-kInfinity, kInfinity}, {}};
     std::array<double, 4> area{};
-    std::array<double, 4> speed{};
-    std::array<double, 4> room{};
     for (std::size_t f = 0; f < 4; ++f) {
         const Point& a = tetra[kTetraFaces[f][0]];
         const Point normal = Cross(Minus(tetra[kTetraFaces[f][1]], a), Minus(tetra[kTetraFaces[f][2]], a));
         area[f] = Dot(normal, normal);
-        speed[f] = Dot(normal, direction);
-        room[f] = Dot(normal, Minus(a, origin));
+        clip.planes.speed[f] = Dot(normal, direction);
+        clip.planes.room[f] = Dot(normal, Minus(a, origin));
     }
-    Span span{-kInfinity, kInfinity};
     bool outside = false;
     for (std::size_t f = 0; f < 4; ++f) {
-        const double reach = room[f] + margin * std::sqrt(area[f]);
-        const double crossing = reach / speed[f];
-        span.high = std::min(span.high, speed[f] > 0.0 ? crossing : kInfinity);
-        span.low = std::max(span.low, speed[f] < 0.0 ? crossing : -kInfinity);
-        outside = outside || area[f] == 0.0 || (speed[f] == 0.0 && reach < 0.0);
+        const double speed = clip.planes.speed[f];
+        const double reach = clip.planes.room[f] + margin * std::sqrt(area[f]);
+        const double crossing = reach / speed;
+        clip.span.high = std::min(clip.span.high, speed > 0.0 ? crossing : kInfinity);
+        clip.span.low = std::max(clip.span.low, speed < 0.0 ? crossing : -kInfinity);
+        outside = outside || area[f] == 0.0 || (speed == 0.0 && reach < 0.0);
     }
-    return outside ? kNowhere : span;
+    clip.span = outside ? kNowhere : clip.span;
+    return clip;
 }
 
-Span ClipAnyTetra(Tetra tetra, const Point& origin, const Point& direction, double margin) {
+Span SpanInTetra(Tetra tetra, const Point& origin, const Point& direction, double margin) {
     if (SixVolumes(tetra) < 0.0) {
         std::swap(tetra[2], tetra[3]);
     }
-    return ClipTetra(tetra, origin, direction, margin);
-}
-
-TetraPlanes PlanesOf(const Tetra& tetra, const Point& origin, const Point& direction) {
-    TetraPlanes planes{};
-    for (std::size_t f = 0; f < 4; ++f) {
-        const Point& a = tetra[kTetraFaces[f][0]];
-        const Point normal = Cross(Minus(tetra[kTetraFaces[f][1]], a), Minus(tetra[kTetraFaces[f][2]], a));
-        planes.speed[f] = Dot(normal, direction);
-        planes.room[f] = Dot(normal, Minus(a, origin));
-    }
-    return planes;
+    return ClipTetra(tetra, origin, direction, margin).span;
 }
 
 bool MayMeet(const Seen& a, const Seen& b, const Seen& c, double margin) {

@@ -47,13 +47,6 @@ inline double SideSlack(const Seen& p, const Seen& q, double margin) {
     return margin * (std::fabs(p.u - q.u) + std::fabs(p.v - q.v) + margin);
 }
 
-/// Parameters at which the ray is inside a tetra of positive volume whose planes are moved outward by
-/// `margin`. Empty for a tetra with a face of zero area.
-Span ClipTetra(const Tetra& tetra, const Point& origin, const Point& direction, double margin);
-
-/// The same for a tetra of any orientation.
-Span ClipAnyTetra(Tetra tetra, const Point& origin, const Point& direction, double margin);
-
 /// How the ray stands to the four planes of a tetra of positive volume, in the order of kTetraFaces; both by
 /// twice the area of the face.
 struct TetraPlanes {
@@ -64,7 +57,18 @@ struct TetraPlanes {
     double RoomAt(std::size_t face, double parameter) const { return room[face] - parameter * speed[face]; }
 };
 
-TetraPlanes PlanesOf(const Tetra& tetra, const Point& origin, const Point& direction);
+/// Where the ray is inside a tetra, and how it stands to it.
+struct TetraClip {
+    Span span;
+    TetraPlanes planes;
+};
+
+/// Parameters at which the ray is inside a tetra of positive volume whose planes are moved outward by
+/// `margin`; its planes where they are. No span for a tetra with a face of zero area.
+TetraClip ClipTetra(const Tetra& tetra, const Point& origin, const Point& direction, double margin);
+
+/// The span for a tetra of any orientation.
+Span SpanInTetra(Tetra tetra, const Point& origin, const Point& direction, double margin);
 
 /// False only when no point of the triangle, as seen along the ray, is nearer to it than `margin`.
 bool MayMeet(const Seen& a, const Seen& b, const Seen& c, double margin);

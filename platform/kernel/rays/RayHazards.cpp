@@ -192,7 +192,7 @@ private:
     bool Contains(int cell, const Point& place) const {
         bool contains = false;
         ForPieces(topology_, cell, [&](const Tetra& piece) {
-            const Span span = ClipAnyTetra(piece, place, {0.0, 0.0, 0.0}, reach_);
+            const Span span = SpanInTetra(piece, place, {0.0, 0.0, 0.0}, reach_);
             contains = contains || span.low <= span.high;
         });
         return contains;

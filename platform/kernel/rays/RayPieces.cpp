@@ -32,6 +32,12 @@ std::array<double, 4> Barycentric(const TetraPlanes& planes, double sixVolumes, 
     return lambda;
 }
 
+RayPiece PieceOf(double from, double to, int cell, const std::array<int, 4>& vertex,
+                 const TetraPlanes& planes, double sixVolumes) {
+    return {from,   to,  Barycentric(planes, sixVolumes, from), Barycentric(planes, sixVolumes, to),
+            vertex, cell};
+}
+
 // Depths along the ray that a box keeps within.
 struct DepthRange {
     double nearest;
@@ -117,6 +123,13 @@ void TakeCover(const std::vector<Interval>& intervals, Take take) {
     }
 }
 
+template <class Iterator>
+void SortIntervals(Iterator first, Iterator last) {
+    std::sort(first, last, [](const auto& a, const auto& b) {
+        return std::tie(a.from, a.to, a.cell) < std::tie(b.from, b.to, b.cell);
+    });
+}
+
 }  // namespace
 
 PieceFinder::PieceFinder(const RecordMesh& mesh, int boundaryFaces, double epsilon, double passLength)
@@ -151,50 +164,50 @@ RayPieces PieceFinder::Find(const Point& origin, const Point& direction, const i
     const Ray ray(origin, direction);
     Slot& own = *slots_.at(static_cast<std::size_t>(slot));
     std::vector<Interval>& intervals = own.intervals;
-    std::vector<RayPiece>& pieces = own.pieces;
     OrderCells(own.cells, ray, passElements, count);
+    own.tetras.clear();
     intervals.clear();
-    pieces.clear();
+    own.pieces.clear();
     double lastEntry = 0.0;
     double covered = 0.0;
     for (const CellDepth& depth : own.cells) {
         if (depth.farthest <= covered) {
             continue;
         }
-        const std::size_t before = intervals.size();
-        AddCell(intervals, ray, depth.cell);
-        const auto first = intervals.begin() + static_cast<std::ptrdiff_t>(before);
-        std::sort(first, intervals.end(), IsBefore);
+        const auto before = static_cast<std::ptrdiff_t>(intervals.size());
+        AddCell(own, ray, depth.cell);
+        const auto first = intervals.begin() + before;
+        SortIntervals(first, intervals.end());
         lastEntry = first == intervals.end() ? lastEntry : std::max(lastEntry, first->from);
         covered =
             std::accumulate(first, intervals.end(), covered, [](double reached, const Interval& interval) {
                 return interval.from <= reached ? std::max(reached, interval.to) : reached;
             });
     }
-    std::sort(intervals.begin(), intervals.end(), IsBefore);
+    SortIntervals(intervals.begin(), intervals.end());
     EndAtGap(intervals, lastEntry);
-    TakeCover(intervals, [&](const Interval& interval) { pieces.push_back(PieceOf(interval, ray)); });
-    return {pieces.data(), static_cast<int>(pieces.size())};
+    TakeCover(intervals, [&own](const Interval& next) {
+        const MetTetra& tetra = own.tetras[static_cast<std::size_t>(next.place)];
+        own.pieces.push_back(
+            PieceOf(next.from, next.to, next.cell, tetra.vertex, tetra.planes, tetra.sixVolumes));
+    });
+    return {own.pieces.data(), static_cast<int>(own.pieces.size())};
 }
 
-bool PieceFinder::IsBefore(const Interval& a, const Interval& b) {
-    return std::tie(a.from, a.to, a.cell) < std::tie(b.from, b.to, b.cell);
-}
-
-void PieceFinder::AddCell(std::vector<Interval>& intervals, const Ray& ray, int cell) const {
+void PieceFinder::AddCell(Slot& slot, const Ray& ray, int cell) const {
     if (mesh_.Shape(cell).type != CellType::Tetra) {
-        AddParts(intervals, ray, cell);
+        AddParts(slot, ray, cell);
         return;
     }
     const int* corners = mesh_.Corners(cell);
     AddTetra(
-        intervals, ray,
+        slot, ray,
         {mesh_.Place(corners[0]), mesh_.Place(corners[1]), mesh_.Place(corners[2]), mesh_.Place(corners[3])},
         cell, {corners[0], corners[1], corners[2], corners[3]});
 }
 
 // Most of the parts of a cell are beside the ray by far, and need no clipping.
-void PieceFinder::AddParts(std::vector<Interval>& intervals, const Ray& ray, int cell) const {
+void PieceFinder::AddParts(Slot& slot, const Ray& ray, int cell) const {
     const CellShape& shape = mesh_.Shape(cell);
     const int* corners = mesh_.Corners(cell);
     const auto middle = static_cast<std::size_t>(shape.corners);
@@ -213,38 +226,25 @@ void PieceFinder::AddParts(std::vector<Interval>& intervals, const Ray& ray, int
                 distance > 2.0 * PlaneOvershoot(look.extent, SixVolumes(tetra), epsilon_) + epsilon_) {
                 continue;
             }
-            AddTetra(intervals, ray, tetra, cell,
+            AddTetra(slot, ray, tetra, cell,
                      {corners[place[0]], corners[place[1]], corners[place[2]], kMiddle});
         }
     }
 }
 
-void PieceFinder::AddTetra(std::vector<Interval>& intervals, const Ray& ray, const Tetra& tetra, int cell,
-                           const std::array<int, 4>& vertex) const {
-    const Span span = ClipAnyTetra(tetra, ray.origin, ray.direction, epsilon_);
-    const double from = std::max(span.low, 0.0);
-    if (from < span.high && SixVolumes(tetra) != 0.0) {
-        intervals.push_back({from, span.high, cell, vertex});
+void PieceFinder::AddTetra(Slot& slot, const Ray& ray, Tetra tetra, int cell,
+                           std::array<int, 4> vertex) const {
+    if (SixVolumes(tetra) < 0.0) {
+        std::swap(tetra[2], tetra[3]);
+        std::swap(vertex[2], vertex[3]);
     }
-}
-
-RayPiece PieceFinder::PieceOf(const Interval& interval, const Ray& ray) const {
-    Tetra tetra;
-    for (std::size_t v = 0; v < 4; ++v) {
-        const int* corners = mesh_.Corners(interval.cell);
-        tetra[v] = interval.vertex[v] == kMiddle
-                       ? CornerAverage(mesh_.CornerCount(interval.cell),
-                                       [&](int c) { return mesh_.Place(corners[c]); })
-                       : mesh_.Place(interval.vertex[v]);
-    }
-    const TetraPlanes planes = PlanesOf(tetra, ray.origin, ray.direction);
     const double sixVolumes = SixVolumes(tetra);
-    return {interval.from,
-            interval.to,
-            Barycentric(planes, sixVolumes, interval.from),
-            Barycentric(planes, sixVolumes, interval.to),
-            interval.vertex,
-            interval.cell};
+    const TetraClip clip = ClipTetra(tetra, ray.origin, ray.direction, epsilon_);
+    const double from = std::max(clip.span.low, 0.0);
+    if (from < clip.span.high && sixVolumes != 0.0) {
+        slot.intervals.push_back({from, clip.span.high, cell, static_cast<int>(slot.tetras.size())});
+        slot.tetras.push_back({vertex, clip.planes, sixVolumes});
+    }
 }
 
 // A cell with a bent face on the boundary may be left and entered again; the ray is then no longer inside. Up

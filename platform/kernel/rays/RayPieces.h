@@ -26,12 +26,18 @@ public:
     RayPieces Find(const Point& origin, const Point& direction, const int* passElements, int count, int slot);
 
 private:
-    /// An interval of the ray inside a tetra.
+    /// A tetra that the ray meets, and how the ray stands to it.
+    struct MetTetra {
+        std::array<int, 4> vertex;
+        TetraPlanes planes;
+        double sixVolumes;
+    };
+    /// An interval of the ray inside a tetra, and the place of the tetra in the list.
     struct Interval {
         double from;
         double to;
         int cell;
-        std::array<int, 4> vertex;
+        int place;
     };
     /// A passed cell between the depths of its nearest and its farthest corner.
     struct CellDepth {
@@ -41,18 +47,16 @@ private:
     };
     struct Slot {
         std::vector<CellDepth> cells;
+        std::vector<MetTetra> tetras;
         std::vector<Interval> intervals;
         std::vector<RayPiece> pieces;
     };
 
-    static bool IsBefore(const Interval& a, const Interval& b);
     void OrderCells(std::vector<CellDepth>& cells, const Ray& ray, const int* passElements, int count) const;
-    void AddCell(std::vector<Interval>& intervals, const Ray& ray, int cell) const;
-    void AddParts(std::vector<Interval>& intervals, const Ray& ray, int cell) const;
-    void AddTetra(std::vector<Interval>& intervals, const Ray& ray, const Tetra& tetra, int cell,
-                  const std::array<int, 4>& vertex) const;
+    void AddCell(Slot& slot, const Ray& ray, int cell) const;
+    void AddParts(Slot& slot, const Ray& ray, int cell) const;
+    void AddTetra(Slot& slot, const Ray& ray, Tetra tetra, int cell, std::array<int, 4> vertex) const;
     void EndAtGap(std::vector<Interval>& intervals, double lastEntry) const;
-    RayPiece PieceOf(const Interval& interval, const Ray& ray) const;
 
     RecordMesh mesh_;
     int boundaryFaces_;

@@ -120,7 +120,8 @@ Span RayWalker::ClipTetraCell(const Ray& ray, int cell) const {
     const int* corners = topology_.Corners(cell);
     return ClipTetra({topology_.Place(corners[0]), topology_.Place(corners[1]), topology_.Place(corners[2]),
                       topology_.Place(corners[3])},
-                     ray.origin, ray.direction, scale_.epsilon);
+                     ray.origin, ray.direction, scale_.epsilon)
+        .span;
 }
 
 void RayWalker::VisitTetra(RaySlot& slot, const Ray& ray, int cell) const {
@@ -183,7 +184,7 @@ void RayWalker::VisitOther(RaySlot& slot, const Ray& ray, int cell) const {
 void RayWalker::ClipPieces(RaySlot& slot, const Ray& ray, int cell) const {
     slot.pieces.clear();
     ForPieces(topology_, cell, [&](const Tetra& piece) {
-        const Span span = ClipAnyTetra(piece, ray.origin, ray.direction, scale_.epsilon);
+        const Span span = SpanInTetra(piece, ray.origin, ray.direction, scale_.epsilon);
         if (span.low <= span.high) {
             slot.pieces.push_back(span);
         }

@@ -13,6 +13,17 @@ double Slope(const double* gradient, const std::array<double, 3>& edge) {
     return (gradient[0] * edge[0] + gradient[1] * edge[1]) + gradient[2] * edge[2];
 }
 
+// Of the edge between two nodes of a field with gradients.
+double EdgeCurvature(const NodeRecord* nodes, const NodalField& field, int from, int to) {
+    const NodeRecord& first = nodes[from];
+    const NodeRecord& second = nodes[to];
+    const std::array<double, 3> edge{second.x - first.x, second.y - first.y, second.z - first.z};
+    return LimitedCurvature(
+        {field.values[from], field.values[to], Slope(field.gradients + field.stride * from, edge),
+         Slope(field.gradients + field.stride * to, edge)},
+        field.known);
+}
+
 }  // namespace
 
 double TetraField::At(const std::array<double, 4>& lambda) const {
@@ -28,7 +39,7 @@ double TetraField::At(const std::array<double, 4>& lambda) const {
 }
 
 // The curvatures along the way are those of the products of the coordinates' changes.
-LineField TetraField::Between(const std::array<double, 4>& first, const std::array<double, 4>& last) const {
+double TetraField::BendBetween(const std::array<double, 4>& first, const std::array<double, 4>& last) const {
     std::array<double, 4> change{};
     for (std::size_t v = 0; v < change.size(); ++v) {
         change[v] = last[v] - first[v];
@@ -37,7 +48,21 @@ LineField TetraField::Between(const std::array<double, 4>& first, const std::arr
     for (std::size_t p = 0; p < kPairs.size(); ++p) {
         bend += change[kPairs[p][0]] * change[kPairs[p][1]] * curvature[p];
     }
-    return {At(first), At(last), -0.5 * bend};
+    return -0.5 * bend;
+}
+
+TetraField FieldOfTetra(const FieldMesh& mesh, const NodalField& field, const std::array<int, 4>& corners) {
+    TetraField tetra{};
+    for (std::size_t v = 0; v < corners.size(); ++v) {
+        tetra.value[v] = field.values[corners[v]];
+    }
+    if (field.gradients != nullptr) {
+        for (std::size_t p = 0; p < kPairs.size(); ++p) {
+            tetra.curvature[p] =
+                EdgeCurvature(mesh.nodes, field, corners[kPairs[p][0]], corners[kPairs[p][1]]);
+        }
+    }
+    return tetra;
 }
 
 void CellField::Take(const FieldMesh& mesh, const NodalField& field, int cell) {
@@ -63,15 +88,8 @@ void CellField::TakePairs(const NodeRecord* nodes, const NodalField& field) {
     }
     std::size_t pair = 0;
     for (std::size_t j = 1; j < corners_; ++j) {
-        const NodeRecord& second = nodes[nodes_[j]];
-        const double* secondGradient = field.gradients + field.stride * nodes_[j];
         for (std::size_t i = 0; i < j; ++i) {
-            const NodeRecord& first = nodes[nodes_[i]];
-            const std::array<double, 3> edge{second.x - first.x, second.y - first.y, second.z - first.z};
-            curvature_[pair] = LimitedCurvature(
-                {value_[i], value_[j], Slope(field.gradients + field.stride * nodes_[i], edge),
-                 Slope(secondGradient, edge)},
-                field.known);
+            curvature_[pair] = EdgeCurvature(nodes, field, nodes_[i], nodes_[j]);
             ++pair;
         }
     }

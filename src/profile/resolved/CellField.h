@@ -34,8 +34,13 @@ struct TetraField {
     std::array<double, 6> curvature;  ///< of the pairs 01, 02, 03, 12, 13, 23
 
     double At(const std::array<double, 4>& lambda) const;
-    LineField Between(const std::array<double, 4>& first, const std::array<double, 4>& last) const;
+    /// Factor of part^2 on the straight way between two points.
+    double BendBetween(const std::array<double, 4>& first, const std::array<double, 4>& last) const;
 };
+
+/// A field inside a cell that is a tetra, as CellField has it, for corners in any order (node index,
+/// 1-based).
+TetraField FieldOfTetra(const FieldMesh& mesh, const NodalField& field, const std::array<int, 4>& corners);
 
 /// A field inside one cell, quadratic between its corners: for each pair of corners the limited curvature of
 /// their edge. With unlimited curvatures it is the sum of l_i T_i and l_i l_j (g_i - g_j).(x_j - x_i) / 2, g

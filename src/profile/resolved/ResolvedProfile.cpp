@@ -10,12 +10,6 @@ namespace {
 
 constexpr std::size_t kVelocity = static_cast<std::size_t>(ProfileField::VelocityU);
 
-// Barycentric coordinates of both ends of a stretch.
-struct Ends {
-    std::array<double, 4> first;
-    std::array<double, 4> last;
-};
-
 std::array<double, 4> LambdaAt(const RayPiece& piece, double depth) {
     const double part = std::clamp((depth - piece.from) / (piece.to - piece.from), 0.0, 1.0);
     std::array<double, 4> lambda{};
@@ -26,32 +20,19 @@ std::array<double, 4> LambdaAt(const RayPiece& piece, double depth) {
 }
 
 // A parabola a part^2 departs from n chords by a / (4 n^2).
-int StepsFor(double bend) {
+int StepsFor(double bend, int most) {
     constexpr double kChord = 0.05;  // K
-    constexpr int kMost = 16;
-    const double steps = std::ceil(std::sqrt(0.25 * std::fabs(bend) / kChord));
-    return steps > 1.0 ? static_cast<int>(std::min<double>(steps, kMost)) : 1;
+    const double squared = std::fabs(bend) * (0.25 / kChord);
+    return squared > 1.0 ? static_cast<int>(std::min<double>(std::ceil(std::sqrt(squared)), most)) : 1;
 }
 
-// Linear in the tetra, with the mean of the corners at their average.
 template <typename Number>
-LineField LinearBetween(const Number* values, const CellRecord& cell, const std::array<int, 4>& vertex,
-                        const Ends& ends) {
-    LineField line{0.0, 0.0, 0.0};
-    for (std::size_t v = 0; v < vertex.size(); ++v) {
-        double value = 0.0;
-        if (vertex[v] != 0) {
-            value = static_cast<double>(values[vertex[v]]);
-        } else {
-            for (int c = 1; c <= cell.nNode; ++c) {
-                value += static_cast<double>(values[cell.nodes[c]]);
-            }
-            value /= cell.nNode;
-        }
-        line.first += ends.first[v] * value;
-        line.last += ends.last[v] * value;
+double MeanOver(const Number* values, const CellRecord& cell) {
+    double sum = 0.0;
+    for (int c = 1; c <= cell.nNode; ++c) {
+        sum += static_cast<double>(values[cell.nodes[c]]);
     }
-    return line;
+    return sum / cell.nNode;
 }
 
 }  // namespace
@@ -72,15 +53,18 @@ void ResolvedProfile::TakeInput(const ProfileInput& input) {
     for (CellField& field : cellFields_) {
         field.Forget();
     }
-    Clear();
+    count_ = 0;
 }
 
-// Entry 0 of every array is unused.
-void ResolvedProfile::Clear() {
-    depths_.assign(1, 0.0);
-    cells_.assign(1, 0);
-    for (std::vector<double>& row : values_) {
-        row.assign(1, 0.0);
+// Entry 0 of every array is unused. A piece gives its steps and, behind a gap, its entry.
+void ResolvedProfile::Reserve(int pieces) {
+    const std::size_t entries = static_cast<std::size_t>(pieces) * (kMostSteps + 1) + 1;
+    if (depths_.size() < entries) {
+        depths_.resize(entries);
+        cells_.resize(entries);
+        for (std::vector<double>& row : values_) {
+            row.resize(entries);
+        }
     }
 }
 
@@ -92,7 +76,8 @@ OneBased<const double> ResolvedProfile::Values(ProfileField field) const {
 }
 
 void ResolvedProfile::Sample(const RayPieces& pieces) {
-    Clear();
+    Reserve(pieces.count);
+    count_ = 0;
     double reached = 0.0;
     bool joined = false;  // the next stretch begins where the last one ended
     for (int next = 0; next < pieces.count;) {
@@ -111,53 +96,94 @@ void ResolvedProfile::Sample(const RayPieces& pieces) {
             joined = false;
             continue;
         }
-        AddStretch({*farthest, reached, farthest->to}, Count() == 0 || depths_.back() < reached);
+        const bool begins = count_ == 0 || LastDepth() < reached;
+        AddStretch({*farthest, begins, reached,
+                    reached > farthest->from ? LambdaAt(*farthest, reached) : farthest->atFrom});
         reached = farthest->to;
     }
 }
 
-LineField ResolvedProfile::FieldBetween(std::size_t f, const RayPiece& piece,
-                                        const std::array<double, 4>& first,
-                                        const std::array<double, 4>& last) {
-    const CellRecord& cell = input_.mesh.cells[piece.cell];
-    if (f >= kVelocity) {
-        return LinearBetween(input_.velocity[f - kVelocity], cell, piece.vertex, {first, last});
+double ResolvedProfile::MeanOfCorners(std::size_t f, const CellRecord& cell) const {
+    return f < kVelocity ? MeanOver(input_.fields[f].values, cell)
+                         : MeanOver(input_.velocity[f - kVelocity], cell);
+}
+
+// Linear in the tetra, with the mean of the corners at their average.
+double ResolvedProfile::ValueAt(std::size_t f, const RayPiece& piece,
+                                const std::array<double, 4>& lambda) const {
+    double sum = 0.0;
+    for (std::size_t v = 0; v < lambda.size(); ++v) {
+        const int node = piece.vertex[v];
+        const double value = node == 0       ? MeanOfCorners(f, input_.mesh.cells[piece.cell])
+                             : f < kVelocity ? input_.fields[f].values[node]
+                                             : static_cast<double>(input_.velocity[f - kVelocity][node]);
+        sum += lambda[v] * value;
     }
+    return sum;
+}
+
+TetraField ResolvedProfile::FieldIn(std::size_t f, const RayPiece& piece) {
     const NodalField& field = input_.fields[f];
-    if (field.gradients == nullptr) {
-        return LinearBetween(field.values, cell, piece.vertex, {first, last});
+    if (input_.mesh.cells[piece.cell].nNode == static_cast<int>(piece.vertex.size())) {
+        return FieldOfTetra(input_.mesh, field, piece.vertex);
     }
     cellFields_[f].Take(input_.mesh, field, piece.cell);
-    return cellFields_[f].In(piece).Between(first, last);
+    return cellFields_[f].In(piece);
 }
 
-void ResolvedProfile::AddStretch(const Stretch& stretch, bool begins) {
+LineField ResolvedProfile::FieldAlong(std::size_t f, const Stretch& stretch) {
     const RayPiece& piece = stretch.piece;
-    const std::array<double, 4> first =
-        stretch.from > piece.from ? LambdaAt(piece, stretch.from) : piece.atFrom;
-    const LineField temperature = FieldBetween(0, piece, first, piece.atTo);
-    AddDepths(stretch, StepsFor(temperature.bend), begins);
-    for (const std::size_t f : used_) {
-        const LineField line = f == 0 ? temperature : FieldBetween(f, piece, first, piece.atTo);
-        std::transform(parts_.begin(), parts_.end(), std::back_inserter(values_[f]),
-                       [&](double part) { return line.At(part); });
+    const double before = values_[f][static_cast<std::size_t>(before_)];
+    if (f >= kVelocity || input_.fields[f].gradients == nullptr) {
+        return {stretch.begins ? ValueAt(f, piece, stretch.lambda) : before, ValueAt(f, piece, piece.atTo),
+                0.0};
+    }
+    const TetraField field = FieldIn(f, piece);
+    return {stretch.begins ? field.At(stretch.lambda) : before, field.At(piece.atTo),
+            field.BendBetween(stretch.lambda, piece.atTo)};
+}
+
+void ResolvedProfile::AddStretch(const Stretch& stretch) {
+    before_ = count_;
+    const LineField temperature = FieldAlong(0, stretch);
+    AddDepths(stretch, StepsFor(temperature.bend, kMostSteps));
+    AddValues(0, temperature);
+    for (std::size_t use = 1; use < used_.size(); ++use) {
+        AddValues(used_[use], FieldAlong(used_[use], stretch));
     }
 }
 
-// Depths that do not ascend are left out; at the end of the stretch its last values stand, however short it
-// is.
-void ResolvedProfile::AddDepths(const Stretch& stretch, int steps, bool begins) {
-    parts_.clear();
-    for (int step = begins ? 0 : 1; step <= steps; ++step) {
+// At the end of the stretch its last value stands, however short it is.
+void ResolvedProfile::AddValues(std::size_t f, const LineField& line) {
+    double* const row = values_[f].data() + before_ + 1;
+    const int last = count_ - before_ - 1;
+    for (int i = 0; i < last; ++i) {
+        row[i] = line.At(parts_[static_cast<std::size_t>(i)]);
+    }
+    row[last] = line.last;
+}
+
+// Depths that do not ascend are left out.
+void ResolvedProfile::AddDepths(const Stretch& stretch, int steps) {
+    const double to = stretch.piece.to;
+    if (stretch.begins) {
+        AddSample(stretch, 0.0, stretch.from);
+    }
+    for (int step = 1; step < steps; ++step) {
         const double part = static_cast<double>(step) / steps;
-        const double depth = step < steps ? stretch.from + (stretch.to - stretch.from) * part : stretch.to;
-        const bool within = step == steps || depth < stretch.to;
-        if (within && (Count() == 0 || depth > depths_.back())) {
-            parts_.push_back(part);
-            depths_.push_back(depth);
-            cells_.push_back(stretch.piece.cell);
+        const double depth = stretch.from + (to - stretch.from) * part;
+        if (depth < to && depth > LastDepth()) {
+            AddSample(stretch, part, depth);
         }
     }
+    AddSample(stretch, 1.0, to);
+}
+
+void ResolvedProfile::AddSample(const Stretch& stretch, double part, double depth) {
+    parts_[static_cast<std::size_t>(count_ - before_)] = part;
+    ++count_;
+    depths_[static_cast<std::size_t>(count_)] = depth;
+    cells_[static_cast<std::size_t>(count_)] = stretch.piece.cell;
 }
 
 }  // namespace qnl::profile

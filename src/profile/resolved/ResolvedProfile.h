@@ -47,31 +47,43 @@ public:
     /// strictly. `pieces` as FieldKernel::FindPieces gave them.
     void Sample(const RayPieces& pieces);
 
-    int Count() const { return static_cast<int>(cells_.size()) - 1; }
-    OneBased<const double> Depths() const { return {depths_.data(), Count()}; }  ///< mm from the origin
+    int Count() const { return count_; }
+    OneBased<const double> Depths() const { return {depths_.data(), count_}; }  ///< mm from the origin
     /// Values of a field; an empty view without one.
     OneBased<const double> Values(ProfileField field) const;
     /// Cell, 1-based, in which the stretch that ends at the sample lies; the first sample has that of the
     /// next.
-    OneBased<const int> Cells() const { return {cells_.data(), Count()}; }
+    OneBased<const int> Cells() const { return {cells_.data(), count_}; }
 
 private:
+    /// Part of a piece. Where it does not begin a profile or follow a gap, its first values are those of the
+    /// sample before it.
     struct Stretch {
         const RayPiece& piece;
+        bool begins;
         double from;
-        double to;
+        std::array<double, 4> lambda;  ///< barycentric coordinates of its beginning
     };
+    static constexpr int kMostSteps = 16;
 
-    void Clear();
-    void AddStretch(const Stretch& stretch, bool begins);
-    void AddDepths(const Stretch& stretch, int steps, bool begins);
-    LineField FieldBetween(std::size_t f, const RayPiece& piece, const std::array<double, 4>& first,
-                           const std::array<double, 4>& last);
+    void Reserve(int pieces);
+    void AddStretch(const Stretch& stretch);
+    void AddDepths(const Stretch& stretch, int steps);
+    void AddSample(const Stretch& stretch, double part, double depth);
+    void AddValues(std::size_t f, const LineField& line);
+    double ValueAt(std::size_t f, const RayPiece& piece, const std::array<double, 4>& lambda) const;
+    double MeanOfCorners(std::size_t f, const CellRecord& cell) const;
+    TetraField FieldIn(std::size_t f, const RayPiece& piece);
+    LineField FieldAlong(std::size_t f, const Stretch& stretch);
+    double LastDepth() const { return depths_[static_cast<std::size_t>(count_)]; }
 
     ProfileInput input_{};
     std::array<CellField, 6> cellFields_;
     std::vector<std::size_t> used_;  ///< fields that are sampled; the temperature first
-    std::vector<double> parts_;      ///< of the present stretch, by its new samples
+    int count_ = 0;
+    int before_ = 0;                              ///< samples before the present stretch
+    std::array<double, kMostSteps + 1> parts_{};  ///< of the present stretch, by its new samples
+    // Longer than the profile, so that samples are stored without a look at the room.
     std::vector<double> depths_;
     std::array<std::vector<double>, kProfileFields> values_;
     std::vector<int> cells_;

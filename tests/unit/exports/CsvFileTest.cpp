@@ -19,7 +19,8 @@ TEST(WriteCsvSurface, ARowANodeWithTheNumbersInEveryRow) {
     const ScratchFolder folder;
     EXPECT_TRUE(qnl::exports::WriteCsvSurface(folder.File("x.csv"), SampleSurface(), SampleFrame()));
     EXPECT_EQ(folder.Read("x.csv"),
-              "Node label,x [mm],y [mm],z [mm],Speed [cm/s],Status,Way x,Way y,Way z,TimeValue\n"
+              "Node label,x [mm],y [mm],z [mm],Speed [cm per s],Status,\"Way, x [mm]\",\"Way, y "
+              "[mm]\",\"Way, z [mm]\",TimeValue\n"
               "11,0,0,0,1.5,0,1,2,3,0.1\n"
               "12,1,0,0,0.1,0,4,5,6,0.1\n"
               "13,1,1,0,nan,1,7,8,9,0.1\n"

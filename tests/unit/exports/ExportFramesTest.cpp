@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "support_apps/SeriesFixture.h"
 
@@ -37,6 +39,38 @@ TEST_F(ExportFramesTest, FramesCarryAStatusBesideWhatIsNoNumber) {
         EXPECT_EQ(ValueOf<int>(frame, "Status", i), missing ? 1 : 0);
         EXPECT_EQ(std::isnan(ValueOf<float>(frame, "Frozen ratio [%]", i)), missing);
     }
+}
+
+TEST_F(ExportFramesTest, ThreeComponentsAreOneVector) {
+    LoadedSeries loaded = Load(0);
+    const std::size_t nodes = loaded.surface.Nodes();
+    loaded.results.items.clear();
+    loaded.layers.clear();
+    float value = 1.0F;
+    for (const char* name : {"Total", "Way, x", "Way, y", "Way, z", "Way, x", "Way, y"}) {
+        loaded.results.items.push_back({1, name, "cm/s", {std::vector<float>(nodes, value)}});
+        value += 1.0F;
+    }
+    loaded.results.items[2].values.front().clear();
+    const qnl::exports::ExportFrame frame = qnl::exports::TimeFrame(loaded, 0);
+    std::vector<std::string> names;
+    for (const qnl::exports::ExportArray& array : frame.arrays) {
+        names.push_back(array.name);
+    }
+    EXPECT_EQ(names, (std::vector<std::string>{"Status", "Total [cm per s]", "Way [cm per s]",
+                                               "Way, x [cm per s]", "Way, y [cm per s]"}));
+    EXPECT_EQ(frame.arrays[2].components, 3);
+    EXPECT_EQ(ValueOf<float>(frame, "Way [cm per s]", 3), 2.0F);
+    EXPECT_TRUE(std::isnan(ValueOf<float>(frame, "Way [cm per s]", 4)));
+    EXPECT_EQ(ValueOf<float>(frame, "Way [cm per s]", 5), 4.0F);
+}
+
+TEST(ExportLabel, HasNoSlashAndTellsComponentsBeforeTheUnit) {
+    EXPECT_EQ(qnl::exports::ExportLabel("Average velocity", "cm/s"), "Average velocity [cm per s]");
+    EXPECT_EQ(qnl::exports::ExportLabel("Packing index", ""), "Packing index");
+    EXPECT_EQ(qnl::exports::ComponentName({"Average velocity [cm per s]", 3, {}}, 1),
+              "Average velocity, y [cm per s]");
+    EXPECT_EQ(qnl::exports::ComponentName({"Inward direction", 3, {}}, 2), "Inward direction, z");
 }
 
 TEST_F(ExportFramesTest, TheStaticFrameTellsWallsAndTimesToFreeze) {

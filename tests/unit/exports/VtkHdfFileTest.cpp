@@ -16,11 +16,6 @@ using qnl::hdf5::InputFile;
 
 constexpr std::uint64_t kMost = 1000000;
 
-TEST(HdfName, ASlashWouldPartTheName) {
-    EXPECT_EQ(qnl::exports::HdfName("Average velocity, x [cm/s]"), "Average velocity, x [cm per s]");
-    EXPECT_EQ(qnl::exports::HdfName("Time to freeze [s]"), "Time to freeze [s]");
-}
-
 struct HdfFileTest : testing::TestWithParam<Storage> {
     HdfFileTest() {
         EXPECT_TRUE(
@@ -47,14 +42,14 @@ TEST_P(HdfFileTest, HoldsAGridOfTheFaces) {
 TEST_P(HdfFileTest, HoldsTheArraysAndNumbers) {
     const InputFile file(folder.File("x.hdf"));
     EXPECT_EQ(file.List("/VTKHDF/PointData"),
-              (std::vector<std::string>{"Node label", "Speed [cm per s]", "Status", "Way"}));
+              (std::vector<std::string>{"Node label", "Speed [cm per s]", "Status", "Way [mm]"}));
     EXPECT_EQ(file.Read<std::int32_t>("/VTKHDF/PointData/Node label", kMost), SampleSurface().labels);
     const std::vector<float> speed = file.Read<float>("/VTKHDF/PointData/Speed [cm per s]", kMost);
     EXPECT_EQ(speed[1], 0.1F);
     EXPECT_TRUE(std::isnan(speed[2]));
     EXPECT_EQ(file.Read<std::int32_t>("/VTKHDF/PointData/Status", kMost),
               (std::vector<std::int32_t>{0, 0, 1, 0, 0}));
-    EXPECT_EQ(file.Describe("/VTKHDF/PointData/Way").shape, (std::vector<std::uint64_t>{5, 3}));
+    EXPECT_EQ(file.Describe("/VTKHDF/PointData/Way [mm]").shape, (std::vector<std::uint64_t>{5, 3}));
     EXPECT_EQ(file.Read<double>("/VTKHDF/FieldData/TimeValue", kMost), std::vector<double>{0.1});
 }
 

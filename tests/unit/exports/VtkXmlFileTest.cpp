@@ -64,13 +64,14 @@ TEST(WriteVtkSurface, ArraysStandBehindEachOtherAfterTheirLengths) {
         file.head,
         "type=\"Int32\" Name=\"Node label\" NumberOfComponents=\"1\" format=\"appended\" offset=\"0\""));
     EXPECT_EQ(file.Values<int>(0, 5), (std::vector<int>{11, 12, 13, 14, 15}));
-    EXPECT_TRUE(
-        Holds(file.head, "Name=\"Speed [cm/s]\" NumberOfComponents=\"1\" format=\"appended\" offset=\"28\""));
+    EXPECT_TRUE(Holds(
+        file.head, "Name=\"Speed [cm per s]\" NumberOfComponents=\"1\" format=\"appended\" offset=\"28\""));
     const std::vector<float> speed = file.Values<float>(28, 5);
     EXPECT_EQ(speed[1], 0.1F);
     EXPECT_TRUE(std::isnan(speed[2]));
     EXPECT_EQ(file.Values<int>(56, 5), (std::vector<int>{0, 0, 1, 0, 0}));
-    EXPECT_TRUE(Holds(file.head, "Name=\"Way\" NumberOfComponents=\"3\" format=\"appended\" offset=\"84\""));
+    EXPECT_TRUE(
+        Holds(file.head, "Name=\"Way [mm]\" NumberOfComponents=\"3\" format=\"appended\" offset=\"84\""));
     EXPECT_EQ(file.Values<float>(84, 15)[4], 5.0F);
     EXPECT_TRUE(
         Holds(file.head, "Name=\"Points\" NumberOfComponents=\"3\" format=\"appended\" offset=\"152\""));

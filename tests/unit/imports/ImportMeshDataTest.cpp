@@ -114,11 +114,4 @@ TEST_F(ImportMeshData, APartThatLooksLikeMetresIsWarnedOf) {
     EXPECT_NE(imported.warnings[0].find("--length-unit m"), std::string::npos);
 }
 
-TEST(LengthUnit, IsInMillimetres) {
-    ImportRequest request;
-    EXPECT_EQ(qnl::imports::LengthUnit(request), 1.0) << "as long as none is told";
-    request.lengthUnit = "in";
-    EXPECT_EQ(qnl::imports::LengthUnit(request), 25.4);
-}
-
 }  // namespace

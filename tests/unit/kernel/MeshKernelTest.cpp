@@ -15,7 +15,7 @@
 #include "platform/Faults.h"
 #include "support/MeshBuilder.h"
 #include "support/ScratchFolder.h"
-#include "support/ThreadSanitizer.h"
+#include "support/Sanitizers.h"
 #include "unit/kernel/RawMeshFile.h"
 
 namespace {

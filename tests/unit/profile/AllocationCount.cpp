@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "support/ThreadSanitizer.h"
+#include "support/Sanitizers.h"
 
 namespace {
 

@@ -142,16 +142,14 @@ TEST_F(ResolvedLoop, RecoversTheGradientsOnceForEveryOutputTime) {
     stack_.SetThreads(2);
     job_.m_bHasIntermediateTimes = 1;
     qnl::profile::EvaluateSurfaceNodes(job_);
-    const Fields fields{job_.m_pNodeData[qnl::kTemperature].get(),
-                        job_.m_pNodeData[qnl::kVolumeShrinkage].get(), job_.m_pNodeData[qnl::kDensity].get()};
-    EXPECT_EQ(TheFields().recovered, std::vector<Fields>{fields});
+    const Fields temperature{job_.m_pNodeData[qnl::kTemperature].get()};
+    EXPECT_EQ(TheFields().recovered, std::vector<Fields>{temperature});
     EXPECT_EQ(TheFields().slots, 2);
     EXPECT_EQ(job_.m_fieldReport.nodes, 7);
     const qnl::FieldKernel* kernel = job_.m_pFieldKernel.get();
     job_.m_bHasIntermediateTimes = 0;
     qnl::profile::EvaluateSurfaceNodes(job_);
-    ASSERT_EQ(TheFields().recovered.size(), 2U);
-    EXPECT_EQ(TheFields().recovered[1], Fields{fields[0]}) << "the others are not used any more";
+    EXPECT_EQ(TheFields().recovered, (std::vector<Fields>{temperature, temperature}));
     EXPECT_EQ(job_.m_pFieldKernel.get(), kernel);
 }
 
@@ -217,7 +215,7 @@ TEST_F(ResolvedLoop, FlakesAreThoseOfTheCellsOfTheSamples) {
 
 TEST_F(ResolvedLoop, SamplesStandForElementsAndForMergedSamples) {
     using namespace qnl::profile;
-    RecoverFields(job_);
+    RecoverTemperature(job_);
     ProfileScratch scratch;
     scratch.resolved.TakeInput(FieldsOf(job_));
     const std::vector<int> found{1, 3, 4};
@@ -242,7 +240,7 @@ TEST_F(ResolvedLoop, SamplesStandForElementsAndForMergedSamples) {
 
 TEST_F(ResolvedLoop, OnlyTheFieldsThatTheStageNeedsAreSampled) {
     using qnl::profile::ProfileField;
-    qnl::profile::RecoverFields(job_);
+    qnl::profile::RecoverTemperature(job_);
     const auto needs = [this](ProfileField field) { return qnl::profile::FieldsOf(job_).Has(field); };
     EXPECT_TRUE(needs(ProfileField::Temperature));
     EXPECT_TRUE(needs(ProfileField::BulkWeight));
@@ -281,46 +279,34 @@ TEST_F(ResolvedLoop, TheTemperatureAloneIsSampledWhenNoMoreIsWanted) {
     using qnl::profile::ProfileField;
     job_.m_bHasFlow = 1;
     SetVelocity(0, {1.0F});
-    qnl::profile::RecoverFields(job_, FieldsWanted::Temperature);
+    qnl::profile::RecoverTemperature(job_);
     const qnl::profile::ProfileInput input = qnl::profile::FieldsOf(job_, FieldsWanted::Temperature);
     EXPECT_TRUE(input.Has(ProfileField::Temperature));
     EXPECT_FALSE(input.Has(ProfileField::VolumeShrinkage));
     EXPECT_FALSE(input.Has(ProfileField::BulkWeight));
     EXPECT_FALSE(input.Has(ProfileField::VelocityU));
-    EXPECT_EQ(TheFields().recovered.back().size(), 1U);
 }
 
-TEST_F(ResolvedLoop, GradientsStandSideBySideByNode) {
-    qnl::profile::RecoverFields(job_);
-    EXPECT_EQ(qnl::profile::FieldsOf(job_).fields[qnl::kDensity].gradients, nullptr) << "it is not sampled";
-    job_.m_bHasIntermediateTimes = 1;
-    const qnl::profile::ProfileInput input = qnl::profile::FieldsOf(job_);
-    const double* first = job_.m_pFieldGradients.get();
-    EXPECT_EQ(input.fields[qnl::kTemperature].gradients, first);
-    EXPECT_EQ(input.fields[qnl::kVolumeShrinkage].gradients, first + 3);
-    EXPECT_EQ(input.fields[qnl::kDensity].gradients, first + 6);
-    EXPECT_EQ(input.fields[qnl::kDensity].stride, 9);
-    EXPECT_EQ(input.fields[qnl::kSpeed].gradients, nullptr);
-    EXPECT_EQ(input.mesh.nodes, job_.p_Node);
-    EXPECT_EQ(input.mesh.cells, job_.p_Cell);
-}
-
-TEST_F(ResolvedLoop, GradientsOfOtherFieldsAreNotRecovered) {
+TEST_F(ResolvedLoop, OnlyTheTemperatureHasGradients) {
     job_.m_bHasIntermediateTimes = 1;
     job_.m_bIsGasIn = 1;
     job_.m_bFillHasCoolingTime = 1;
-    qnl::profile::RecoverFields(job_);
+    qnl::profile::RecoverTemperature(job_);
+    ASSERT_EQ(TheFields().recovered.front().size(), 1U);
+    EXPECT_EQ(TheFields().recovered.front().front(), job_.m_pNodeData[qnl::kTemperature].get());
     const qnl::profile::ProfileInput input = qnl::profile::FieldsOf(job_);
-    EXPECT_EQ(TheFields().recovered.front().size(), 3U);
-    for (const qnl::FieldSlot slot : {qnl::kGasMarker, qnl::kSpeed, qnl::kCoolingTime}) {
+    EXPECT_EQ(input.mesh.nodes, job_.p_Node);
+    EXPECT_EQ(input.mesh.cells, job_.p_Cell);
+    EXPECT_EQ(input.fields[qnl::kTemperature].gradients, job_.m_pFieldGradients.get());
+    for (const qnl::FieldSlot slot :
+         {qnl::kVolumeShrinkage, qnl::kDensity, qnl::kGasMarker, qnl::kSpeed, qnl::kCoolingTime}) {
         EXPECT_EQ(input.fields[static_cast<std::size_t>(slot)].values, job_.m_pNodeData[slot].get());
         EXPECT_EQ(input.fields[static_cast<std::size_t>(slot)].gradients, nullptr) << slot;
     }
-    EXPECT_EQ(input.fields[qnl::kDensity].gradients, job_.m_pFieldGradients.get() + 6);
 }
 
 TEST_F(ResolvedLoop, TheTemperatureKeepsWithinItsRange) {
-    qnl::profile::RecoverFields(job_);
+    qnl::profile::RecoverTemperature(job_);
     EXPECT_EQ(qnl::profile::FieldsOf(job_).fields[qnl::kTemperature].known.lowest, 30.0);
     EXPECT_TRUE(std::isinf(qnl::profile::FieldsOf(job_).fields[qnl::kTemperature].known.highest));
     SetNodes(qnl::kTemperature, {120.0, 120.0, 20.0, 120.0, 120.0});

@@ -11,6 +11,7 @@
 #include "base/Vector3.h"
 #include "support/BruteRay.h"
 #include "support/MeshBuilder.h"
+#include "support/Sanitizers.h"
 
 namespace qnl {
 namespace {
@@ -80,6 +81,17 @@ std::vector<RayStart> RaysThrough(const kernel::MeshData& mesh, const BruteRay& 
     return rays;
 }
 
+// The rays that are tried: under a sanitizer, where brute force takes minutes, every fifth.
+std::vector<RayStart> Chosen(std::vector<RayStart> rays) {
+    constexpr std::size_t kEvery = QNL_SANITIZERS ? 5 : 1;
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < rays.size(); i += kEvery) {
+        rays[kept++] = rays[i];
+    }
+    rays.resize(kept);
+    return rays;
+}
+
 std::unique_ptr<kernel::RayWalker> MakeWalker(const kernel::MeshData& mesh) {
     return std::make_unique<kernel::RayWalker>(kernel::BuildFaceTopology(mesh).topology,
                                                BruteRay::MeanEdge(mesh), mesh.singlePrecision);
@@ -116,7 +128,7 @@ int ExpectSameAsBruteForce(const NamedMesh& named, const BruteRay& brute, const 
 
 void ExpectSameAsBruteForce(const NamedMesh& named) {
     const BruteRay brute(named.mesh, BruteRay::MeanEdge(named.mesh));
-    EXPECT_GT(ExpectSameAsBruteForce(named, brute, RaysThrough(named.mesh, brute)), 0) << named.name;
+    EXPECT_GT(ExpectSameAsBruteForce(named, brute, Chosen(RaysThrough(named.mesh, brute))), 0) << named.name;
 }
 
 TEST(RayWalk, EqualsBruteForceInSingleBodies) {
