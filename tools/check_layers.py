@@ -33,7 +33,7 @@ ROOMS = {
         "src/profile/search",
         "src/profile/resolved",
     ],
-    "src/output": ["src/context", "src/mesh"],
+    "src/output": ["src/context", "src/layout", "src/mesh"],
     "src/probe": ["src/context", "src/mesh", "src/profile", "src/profile/rays", "src/profile/search"],
     "src/frozen": [
         "src/context",

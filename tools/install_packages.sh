@@ -5,7 +5,7 @@
 set -euo pipefail
 
 build_packages=(g++ cmake ninja-build libhdf5-dev libcli11-dev libtomlplusplus-dev libboost-dev libeigen3-dev
-                nlohmann-json3-dev zlib1g-dev git ca-certificates)
+                nlohmann-json3-dev zlib1g-dev libxxhash-dev git ca-certificates)
 import_packages=(libvtk9-dev)
 test_packages=(clang clang-format clang-tidy black flake8 python3-flake8 libomp-dev libgtest-dev libbenchmark-dev python3-h5py python3-numpy)
 # The page's tests; Node.js may as well come from elsewhere than Debian.

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/QNLResultType.h"
+#include "platform/ResultOrigin.h"
 
 /// Writes one binary result file. The calls are made in the order in which they are declared; all value
 /// arrays are 1-based. The file appears under its name at EndWriting and not before; a failure leaves an
@@ -35,6 +36,7 @@ public:
     bool EndWriting();
 
 private:
+    friend void qnl::SetResultOrigin(CQNL3DResultWriter_Manipulator&, qnl::ResultOrigin);
     struct State;
     std::unique_ptr<State> state_;
 };

@@ -491,6 +491,7 @@ template void OutputFile::Write(const std::string&, const float*, const std::vec
 template void OutputFile::Write(const std::string&, const double*, const std::vector<std::uint64_t>&,
                                 unsigned);
 template void OutputFile::WriteScalar(const std::string&, const std::string&, std::int32_t);
+template void OutputFile::WriteScalar(const std::string&, const std::string&, std::int64_t);
 template void OutputFile::WriteScalar(const std::string&, const std::string&, float);
 template void OutputFile::WriteScalar(const std::string&, const std::string&, double);
 template void OutputFile::WriteArray(const std::string&, const std::string&,

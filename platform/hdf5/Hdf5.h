@@ -116,7 +116,7 @@ public:
     template <typename T>
     void Write(const std::string& dataset, const T* values, const std::vector<std::uint64_t>& shape,
                unsigned deflate = 0);
-    /// A scalar attribute; T is int32, float or double.
+    /// A scalar attribute; T is int32, int64, float or double.
     template <typename T>
     void WriteScalar(const std::string& object, const std::string& name, T value);
     /// An attribute with one axis.

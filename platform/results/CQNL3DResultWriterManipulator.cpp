@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/HostFiles.h"
@@ -146,6 +147,10 @@ bool CQNL3DResultWriter_Manipulator::SetMaxMinInfo(float* maxima, float* minima)
         items[i].min = minima[i];
     }
     return !state_->failed;
+}
+
+void qnl::SetResultOrigin(CQNL3DResultWriter_Manipulator& writer, qnl::ResultOrigin origin) {
+    writer.state_->description.origin = std::move(origin);
 }
 
 bool CQNL3DResultWriter_Manipulator::WriteResultDataIDArray(QNLRESULTTYPE type, int* ids) {

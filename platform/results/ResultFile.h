@@ -8,6 +8,7 @@
 
 #include "platform/Faults.h"
 #include "platform/QNLResultType.h"
+#include "platform/ResultOrigin.h"
 
 /// Result files as values, for programs of our own. A file holds the items of one stage and one time,
 /// each an array over nodes or elements. It is dense (entry i belongs to node or element number i) or
@@ -57,6 +58,7 @@ struct ResultFileContent {
     ResultHead head;
     std::optional<ResultProducer> producer;
     std::optional<ResultTime> time;
+    std::optional<ResultOrigin> origin;  ///< none in files that do not tell it
     bool hasNodeIds = false;
     std::vector<int> nodeIds;       ///< label of each row, as the file says: any number
     std::vector<ResultItem> items;  ///< ascending by id
@@ -82,6 +84,9 @@ ResultFileContent ReadResultFile(std::string_view path);
 
 /// The same without values and node labels. Raises ResultFileError.
 ResultFileContent ReadResultSummary(std::string_view path);
+
+/// What a result file says that it was made from; none when it does not, or cannot be read.
+std::optional<ResultOrigin> ReadResultOrigin(std::string_view path);
 
 /// What one stage gives at one time.
 struct StageResult {

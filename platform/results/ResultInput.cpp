@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "results/OriginGroup.h"
 #include "results/ResultLayout.h"
 
 namespace qnl::results {
@@ -151,6 +152,7 @@ void ResultInput::ReadOptionalGroups() {
                                        file_.ReadScalar<float>(layout::kTime, "value"),
                                        ReadText(layout::kTime, "unit", layout::kItemTextBytes)};
     }
+    description_.origin = ReadOrigin(file_);
 }
 
 void ResultInput::ReadItemDescriptions() {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "results/OriginGroup.h"
 #include "results/ResultLayout.h"
 
 namespace qnl::results {
@@ -39,6 +40,9 @@ ResultOutput::ResultOutput(std::string_view path, const ResultFileContent& descr
     file_.WriteVariableText(layout::kTime, "unit", time.unit);
 
     file_.CreateGroup(layout::kItems);
+    if (description.origin) {
+        WriteOrigin(*description.origin, file_);
+    }
 }
 
 void ResultOutput::WriteNodeIds(const int* ids) {

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 #include <new>
+#include <string>
 #include <vector>
 
 #include "base/FixedText.h"
@@ -12,6 +13,7 @@
 #include "base/RelaxedValue.h"
 #include "context/CSurfNodeSearch.h"
 #include "context/FieldSlots.h"
+#include "context/InputDigests.h"
 #include "context/OutputItem.h"
 #include "context/RunOptions.h"
 #include "context/WallLayers.h"
@@ -159,5 +161,7 @@ struct FrozenLayerJob {
     qnl::OwnedArray<double> m_pFieldGradients;         ///< as FieldKernel::RecoverGradients gave them
     qnl::GradientReport m_fieldReport;                 ///< of the last recovery
     std::vector<qnl::WallLayers> m_wallLayers;         ///< by node with a profile; empty unless resolved
+    qnl::InputDigests m_inputDigests;                  ///< of the files read so far
+    std::string m_stageFile;                           ///< stage file of the time being evaluated
     qnl::RunOptions m_options;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "context/Mode.h"
 #include "context/RunStep.h"
@@ -37,6 +38,8 @@ struct RunOptions {
     int threads = 0;                       ///< 0: the parallel runtime's own count
     std::optional<int> intermediateTimes;  ///< wins over the five-word rule
     Mode mode = Mode::Classic;
+    std::vector<int> keptTimes;       ///< indices of output times that are passed over, their results kept;
+                                      ///< none in modes that carry state from one to the next
     RunObserver* observer = nullptr;  ///< borrowed, may be null
 
     const ModeRules& Rules() const { return RulesOf(mode); }

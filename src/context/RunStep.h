@@ -9,6 +9,7 @@ namespace qnl {
 /// OutputTimes, and those from Normals to ResultFile to FrozenLayer; they come again at every output time.
 enum class RunStep {
     CommandLine,
+    InputDigests,
     ResultFiles,
     Material,
     Mesh,
@@ -39,6 +40,7 @@ enum class RunStep {
 /// What each step does, by step.
 inline constexpr std::array kRunStepNames{
     "reading the launcher's words and the run file",
+    "noting what the inputs hold",
     "choosing the result files",
     "reading the material",
     "reading the mesh",

@@ -28,6 +28,27 @@ struct FiberItem {
 constexpr FiberItem kItems[] = {{kFibreXX, 0}, {kFibreYY, 1}, {kFibreZZ, 2},
                                 {kFibreXY, 3}, {kFibreYZ, 5}, {kFibreXZ, 4}};
 
+/// The numbers of the tensor's items that the file holds by node, with commas between them.
+std::string ListItemsByNode(const std::vector<ListedItem>& items) {
+    std::string list;
+    for (const ListedItem& listed : items) {
+        if (!listed.byElement && FindStageItem(StageKind::Fibre, listed.id) != nullptr) {
+            list += (list.empty() ? "" : ", ") + std::to_string(listed.id);
+        }
+    }
+    return list;
+}
+
+void ReportItemsByNode(const std::string& path, const std::string& items) {
+    RecordFault({path, "items " + items, "values by cell", "values by node",
+                 "export the fibre result again with its items by cell"});
+}
+
+void ReportText(const std::string& path) {
+    RecordFault({path, "", "a binary fibre result", "a text, which is not read: the tensors count as 0",
+                 "export the fibre result again as a binary one"});
+}
+
 /// Other results use these ids for values by node.
 bool HoldsTensor(const std::vector<ListedItem>& items) {
     return std::any_of(items.begin(), items.end(), [](const ListedItem& listed) {
@@ -51,11 +72,17 @@ void ReportNoTensor(const std::string& path) {
 
 int ReadFiberResults(FrozenLayerJob& job, const char* path) {
     CQNL3DResultReader_Manipulator reader;
-    if (qnl::input::OpenResult(job, reader, path, qnl::input::kMessages) != qnl::input::OpenedAs::Binary) {
+    const qnl::input::OpenedAs opened = qnl::input::OpenResult(job, reader, path, qnl::input::kMessages);
+    if (opened == qnl::input::OpenedAs::Text) {
+        qnl::input::ReportText(path);
+    }
+    if (opened != qnl::input::OpenedAs::Binary) {
         return -1;
     }
     qnl::LogPlain(job, "K4Overson =%d \n", reader.GetResultVersion());
-    const bool hasTensor = qnl::input::HoldsTensor(qnl::input::ListItems(job, reader));
+    const std::vector<qnl::input::ListedItem> items = qnl::input::ListItems(job, reader);
+    const std::string byNode =
+        qnl::EndsWith(path, qnl::kFibreExtension) ? qnl::input::ListItemsByNode(items) : std::string();
     const int maxNode = reader.GetMaxCavityNode();
     qnl::LogPlain(job, "nMaxNodes = %d \n", maxNode);
     const int maxElem = reader.GetMaxCavityElem();
@@ -69,7 +96,9 @@ int ReadFiberResults(FrozenLayerJob& job, const char* path) {
         }
     }
     reader.EndReading();
-    if (!hasTensor) {
+    if (!byNode.empty()) {
+        qnl::input::ReportItemsByNode(path, byNode);
+    } else if (!qnl::input::HoldsTensor(items)) {
         qnl::input::ReportNoTensor(path);
     }
     qnl::input::ReportCellsBeyond(path, maxElem, job.m_nCells);

@@ -1,6 +1,7 @@
 #include "input/MaterialData.h"
 
 #include "context/Messages.h"
+#include "platform/Faults.h"
 
 namespace qnl::input {
 
@@ -17,6 +18,11 @@ void ReadFreezeState(FrozenLayerJob& job, const QnlMaterial* material) {
     LogPlain(job, "FreezeDensity = %lf \n", job.m_dFreezeDensity);
 }
 
+void ReportKind(const FrozenLayerJob& job) {
+    RecordFault({job.m_szMaterialFile.Text(), "kind", "\"thermoplastic\" or \"thermoset\"", "another kind",
+                 "set the kind; there are rules for these two alone"});
+}
+
 }  // namespace
 
 }  // namespace qnl::input
@@ -27,6 +33,7 @@ int ReadMaterialData(FrozenLayerJob& job, QnlMaterial* material) {
     } else if (QnlIsThermoset(material)) {
         job.m_bIsThermoset = 1;
     } else {
+        qnl::input::ReportKind(job);
         return -1;
     }
     if (material->typeCode == qnl::input::kFlakeType) {

@@ -11,6 +11,7 @@
 #include "input/InputFaults.h"
 #include "input/StoredNodes.h"
 #include "platform/CThickGen.h"
+#include "platform/Faults.h"
 #include "platform/Stages.h"
 
 namespace qnl::input {
@@ -28,6 +29,12 @@ void GenerateThickness(const FrozenLayerJob& job) {
         PrintPlain("Fail to generate thickness value~!!!\n");
         PrintPlain("Reason = %d\n", status);
     }
+}
+
+void ReportUnusable(const std::string& path) {
+    RecordFault({path, "", "the wall thickness as a binary result",
+                 "it cannot be used, and the skin thickness is not bounded by the wall",
+                 "delete it: the next run makes it again from the mesh"});
 }
 
 void StorePositive(FrozenLayerJob& job, const StoredNodes& nodes, const ItemValues& values, NodeLabel last) {
@@ -50,6 +57,7 @@ int ReadThickness(FrozenLayerJob& job) {
     CQNL3DResultReader_Manipulator reader;
     if (qnl::input::OpenResult(job, reader, path.c_str(), qnl::input::kMessages) !=
         qnl::input::OpenedAs::Binary) {
+        qnl::input::ReportUnusable(path);
         return -1;
     }
     const int maxNode = reader.GetMaxCavityNode();

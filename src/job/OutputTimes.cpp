@@ -1,7 +1,9 @@
 #include "job/OutputTimes.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
+#include <vector>
 
 #include "base/WindowsPath.h"
 #include "context/ObservedStep.h"
@@ -60,10 +62,22 @@ constexpr std::array<TimeStep, 6> kTimeSteps{{
      1, [](const FrozenLayerJob& job) { return job.m_bSearchDone == 0; }},
 }};
 
+bool IsKept(const FrozenLayerJob& job, int index) {
+    const std::vector<int>& kept = job.m_options.keptTimes;
+    return std::find(kept.begin(), kept.end(), index) != kept.end();
+}
+
 int ObserveTime(FrozenLayerJob& job, int index, const char* inputResult) {
+    if (IsKept(job, index)) {
+        return 1;
+    }
     RunObserver* observer = job.m_options.observer;
     if (observer != nullptr) {
         observer->TimeBegins(index, job.m_nIntermediateTimes, inputResult);
+    }
+    job.m_stageFile = inputResult;
+    if (job.m_bKernelFlag != 1) {
+        job.m_inputDigests.Of(job.m_stageFile);
     }
     const int status = RunTimeSteps(job, inputResult, RunStep::FreshStart, RunStep::SearchFile);
     if (observer != nullptr) {

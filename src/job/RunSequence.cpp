@@ -1,6 +1,7 @@
 #include "job/RunSequence.h"
 
 #include <array>
+#include <string>
 
 #include "context/Messages.h"
 #include "context/ObservedStep.h"
@@ -35,8 +36,19 @@ bool EvaluateAll(FrozenLayerJob& job) {
     return true;
 }
 
+bool NoteInputs(FrozenLayerJob& job) {
+    for (const qnl::PathText* path : {&job.m_szRunFile, &job.m_szMaterialFile, &job.m_szMeshFile}) {
+        job.m_inputDigests.Of(std::string(path->View()));
+    }
+    return true;
+}
+
 bool Always(const FrozenLayerJob& /*job*/) {
     return true;
+}
+
+bool WritesResults(const FrozenLayerJob& job) {
+    return job.m_bKernelFlag != 1;
 }
 
 bool IsReported(const FrozenLayerJob& job) {
@@ -51,12 +63,14 @@ struct Step {
 };
 
 // A missing run file and a result name of no stage do not end the run; the material and the mesh do.
-constexpr std::array<Step, 10> kSteps{{
+constexpr std::array<Step, 11> kSteps{{
     {RunStep::CommandLine,
      [](FrozenLayerJob& job, const LauncherCall& call) {
          HandleCommandLine(job, call.argc, call.argv);
          return true;
      }},
+    {RunStep::InputDigests, [](FrozenLayerJob& job, const LauncherCall&) { return NoteInputs(job); },
+     ExitCode::Normal, WritesResults},
     {RunStep::ResultFiles,
      [](FrozenLayerJob& job, const LauncherCall&) { return SelectResultFiles(job) == 1; }},
     {RunStep::Material, [](FrozenLayerJob& job, const LauncherCall&) { return OpenMaterial(job); },

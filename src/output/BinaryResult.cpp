@@ -5,6 +5,7 @@
 
 #include "context/Messages.h"
 #include "mesh/MeshNodes.h"
+#include "output/OriginOfResult.h"
 #include "output/OutputItems.h"
 #include "platform/CQNL3DResultWriter_Manipulator.h"
 
@@ -110,6 +111,7 @@ int WriteBinaryResult(FrozenLayerJob& job) {
     const std::vector<OutputItem*> items = WrittenItems(job);
     WriteHead(job, writer, static_cast<int>(nodes.size()));
     WriteItemInfo(writer, items);
+    SetResultOrigin(writer, OriginOfResult(job));
     std::vector<int> labels = LabelsOf(job, nodes);
     writer.WriteResultDataIDArray(QNLRESULT_NODE, labels.data());
     WriteItems(job, writer, items, labels);

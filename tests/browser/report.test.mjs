@@ -1,6 +1,6 @@
 // The page that the program makes of the ribbed cover: opened and used as a person would.
 import assert from 'node:assert/strict';
-import { mkdirSync, readFileSync, statSync } from 'node:fs';
+import { cpSync, mkdirSync, readFileSync, rmSync, statSync } from 'node:fs';
 import { join } from 'node:path';
 import { after, before, describe, test } from 'node:test';
 import { openPage, ready, startBrowser } from './support/browser.mjs';
@@ -58,6 +58,20 @@ describe('the page of the ribbed cover', { skip }, () => {
         assert.deepEqual(await page.locator('#legend-statuses li').allTextContents(), ['no result']);
         const facts = await text('facts');
         for (const fact of ['Mesh', 'Material', 'Freeze temperature', 'Times', 'frozenlayer 1.']) assert.ok(facts.includes(fact), fact);
+        assert.ok(await page.locator('#notes').isHidden());
+    });
+
+    test('says above the part that results are missing', async () => {
+        const partial = join(folder, 'partial');
+        cpSync(projectIn(folder), partial, { recursive: true });
+        rmSync(join(partial, 'Analysis/Run1/cover1_003.fzr'));
+        runProgram('view', partial, '--out', join(folder, 'partial.html'));
+        const opened = await openPage(browser.context, join(folder, 'partial.html'));
+        await ready(opened.page);
+        const notes = opened.page.locator('#notes');
+        assert.ok(await notes.isVisible());
+        assert.match(await notes.textContent(), /^1 of 8 output times has no result here \(cover1_003\.k4f\)/);
+        await opened.page.close();
     });
 
     test('switches the item', async () => {

@@ -190,7 +190,7 @@ test('every rule of the header is checked', () => {
         ['length_unit', 3], ['title', undefined], ['statuses', []], ['items', []], ['items', [{ ...good.items[0], min: 2, max: 1 }]],
         ['items', [{ ...good.items[0], blocks: ['x'] }]], ['items', [null]], ['profiles', undefined], ['profiles', { ...good.profiles, samples: 0 }],
         ['freeze_temperature', 'cold'], ['curves', [{ name: 'a', unit: '%', values: [1] }]], ['regions', [{ x: 1, y: 2, z: null, time: 1, label: 1 }]],
-        ['facts', [{ name: 'a', value: 1 }]],
+        ['facts', [{ name: 'a', value: 1 }]], ['notes', 'stale'], ['notes', [1]],
     ];
     for (const [name, value] of changes) {
         assert.throws(() => readHeader(JSON.stringify({ ...good, [name]: value })), DataFault, `${name} ${JSON.stringify(value)}`);

@@ -7,7 +7,8 @@ QNL3DFROZENLAYER and FROZENLAYER name the two programs, QNL_EXAMPLES the example
     result_digest.py --out before.txt        result_digest.py --compare before.txt
 
 Every project is run at each number of threads with a fresh and with the stored search, and once silently (but for log
-level 2, which changes results); all must write the same. Logs, which hold times, stay out. Exit status: 0; 1 if runs
+level 2, which changes results); all must write the same. Logs, which hold times, stay out; so does the record of the
+inputs that a result was made from, as if it had never been written. Exit status: 0; 1 if runs
 or lists differ.
 
 A line holds the digest, the program's exit status, the number of files (or texts), and the name; the last line is the
@@ -24,6 +25,7 @@ import sys
 import tempfile
 from dataclasses import dataclass
 
+from bare_result import without_record
 from digest_projects import FOLLOWED_MODE, FOLLOWERS, MODES, Programs, all_projects, run_command, short_projects
 
 LOG, SINK_FILE = ".lgz", "_Sink.k4w"
@@ -41,6 +43,7 @@ def digest_of_files(files):
     """`files`: path -> bytes."""
     digest = hashlib.sha256()
     for path, content in sorted(files.items()):
+        content = without_record(content)
         digest.update(f"{path}\0{len(content)}\0".encode())
         digest.update(content)
     return digest.hexdigest()

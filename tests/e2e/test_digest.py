@@ -9,22 +9,25 @@ import sys
 import tempfile
 import unittest
 
+import h5py
+
 import result_digest
+from bare_result import without_record
 from digest_projects import SHORT, Programs, all_projects, short_projects
 from result_digest import Digest, compare, digest_of_files, masked, parse
+from small_project import SmallProject, run
 
 SCRIPT = pathlib.Path(result_digest.__file__)
-# Runs the true program, then changes one bit of the result file if the wanted words follow each other in those
+# Runs the true program, then changes one value of the result file if the wanted words follow each other in those
 # after "--".
-FALSE_PROGRAM = """import pathlib, subprocess, sys
+FALSE_PROGRAM = """import h5py, pathlib, subprocess, sys
 split = sys.argv.index("--")
 program, wanted, words = sys.argv[1], sys.argv[2:split], sys.argv[split + 1:]
 status = subprocess.run([program, *words]).returncode
 if ' '.join(wanted) in ' '.join(words):
     path = pathlib.Path(words[1]).with_suffix(".fzr")
-    content = bytearray(path.read_bytes())
-    content[len(content) // 2] ^= 1
-    path.write_bytes(content)
+    with h5py.File(path, "r+") as file:
+        file["items/1"][0] += 1.0
 sys.exit(status)
 """
 
@@ -55,7 +58,7 @@ class ChangedByte(unittest.TestCase):
         self.folder = pathlib.Path(folder.name)
 
     def false_programs(self, *wanted):
-        """Programs of which `frozenlayer` writes one bit wrongly in runs with the wanted words."""
+        """Programs of which `frozenlayer` writes one value wrongly in runs with the wanted words."""
         code, script = self.folder / "false.py", self.folder / "frozenlayer"
         code.write_text(FALSE_PROGRAM, encoding="utf-8")
         true = true_programs()
@@ -86,6 +89,34 @@ class ChangedByte(unittest.TestCase):
         self.assertEqual(len(differences), 2)
         for difference in differences:
             self.assertIn("1 threads, silent: differs", difference)
+
+
+class Record(unittest.TestCase):
+    """What a result was made from is left out as if it had never been written."""
+
+    def test_only_the_record_is_left_out(self):
+        project = SmallProject(self)
+        result, run_file = project.file("box1.fzr"), project.file("box1.run")
+
+        def content():
+            words = ("run", project.file("box1.k4f"), "--corrected", "--intermediate-times", 0)
+            self.assertEqual(run(*words).returncode, 0)
+            return result.read_bytes()
+
+        first = content()
+        run_file.write_text(run_file.read_text(encoding="utf-8") + "\n", encoding="utf-8")
+        other_record = content()
+        project.write_flow(0, 4.0)
+        other_values = content()
+        self.assertNotEqual(first, other_record)
+        self.assertEqual(without_record(first), without_record(other_record))
+        self.assertNotEqual(without_record(first), without_record(other_values))
+        self.assertEqual(without_record(without_record(first)), without_record(first))
+        self.assertLess(len(without_record(first)), len(first))
+        with h5py.File(result, "r+") as file:
+            file["head"].attrs["more"] = 1
+        with self.assertRaisesRegex(ValueError, "/head: attributes that only one of file and writer has: .*more"):
+            without_record(result.read_bytes())
 
 
 class Lists(unittest.TestCase):

@@ -248,7 +248,12 @@ class ExportTest(unittest.TestCase):
         self.assertEqual(export(self, project).stderr, "")
         write_flow(project, 1, None, project.temperature)
         noted = run("export", project.root, "--out", project.root / "numbered")
-        self.assertEqual(noted.stderr, "Not every stage file tells its time: output times are numbered from 1.\n")
+        notes = noted.stderr.splitlines()
+        self.assertEqual(notes[0], "Not every stage file tells its time: output times are numbered from 1.")
+        self.assertRegex(
+            notes[1], r"^Warning: 1 of 3 results \(box1_001.fzr\) is stale: the stage result box1_001.k4f "
+        )
+        self.assertEqual(len(notes), 2)
         self.assertEqual([time for time, _ in read_collection(project.root / "numbered.pvd")], [1, 2, 3])
         (project.root / "Material/pp.toml").write_text('kind = "thermoset"\n')
         noted = run("export", project.root, "--out", project.root / "thermoset")

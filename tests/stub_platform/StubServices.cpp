@@ -140,6 +140,11 @@ bool CQNL3DResultReader_Manipulator::GetResultDataIDArray(QNLRESULTTYPE, int*) {
 }
 void CQNL3DResultReader_Manipulator::EndReading() {}
 
+qnl::FileDigest qnl::DigestOf(std::string_view) {
+    return {};
+}
+void qnl::SetResultOrigin(CQNL3DResultWriter_Manipulator&, qnl::ResultOrigin) {}
+
 struct CQNL3DResultWriter_Manipulator::State {};
 CQNL3DResultWriter_Manipulator::CQNL3DResultWriter_Manipulator() = default;
 CQNL3DResultWriter_Manipulator::~CQNL3DResultWriter_Manipulator() = default;

@@ -7,7 +7,7 @@ import { Overlay } from './view/overlay.js';
 import { PartView } from './view/part.js';
 import { Viewport } from './view/viewport.js';
 import { Legend } from './ui/legend.js';
-import { drawCurves, drawHistogram, drawHistory, drawProfile, fillFacts, fillRegions, levelText } from './ui/panels.js';
+import { drawCurves, drawHistogram, drawHistory, drawProfile, fillFacts, fillNotes, fillRegions, levelText } from './ui/panels.js';
 import { fillKeyList } from './ui/keys.js';
 
 const BAND_COUNT = 12;
@@ -68,6 +68,7 @@ export class App {
         document.title = `${header.title} – frozen layer`;
         byId('title').textContent = header.title;
         byId('subtitle').textContent = header.facts.slice(0, 3).map(({ name, value }) => `${name}: ${value}`).join('   ·   ');
+        fillNotes(byId('notes'), header);
         byId('item').replaceChildren(...header.items.map((item, i) => new Option(itemLabel(item), i)));
         byId('map').replaceChildren(...MAP_NAMES.map((name) => new Option(name)));
         byId('time').max = header.times.length - 1;

@@ -39,6 +39,7 @@ bool Compare(const CompareRequest& request) {
     const compare::Both<compare::ComparedSeries> sides{compare::ReadComparedSeries(request.words[0]),
                                                        compare::ReadComparedSeries(request.words[1])};
     compare::CheckSameSurface(sides);
+    compare::NoteEquallyNamedInputs(sides);
     const compare::SeriesDifference difference = compare::CompareSeries(sides);
     compare::PrintComparison(sides, difference, request.tolerance, std::cout);
     const bool tableWritten =

@@ -6,8 +6,10 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "commands/ViewCommand.h"
 #include "exports/ResultExport.h"
@@ -16,10 +18,13 @@
 #include "layout/ProjectFolders.h"
 #include "page/ReportPage.h"
 #include "project/ProjectInputs.h"
+#include "project/ResultState.h"
 #include "project/StageGaps.h"
 #include "project/TargetPlace.h"
+#include "project/Warnings.h"
 #include "project/WrittenFiles.h"
 #include "runs/MarkerNote.h"
+#include "runs/ResumedRun.h"
 #include "runs/RunPlace.h"
 #include "runs/RunProgress.h"
 #include "runs/RunReport.h"
@@ -40,6 +45,7 @@ struct RunRequest {
     int logLevel = 0;
     int threads = 0;
     bool fibreProbe = false;
+    bool resume = false;
     ModeChoice mode;
     std::string view;
     std::string exportName;
@@ -55,12 +61,40 @@ int ChooseIntermediateTimes(const RunRequest& request, const project::StageFile&
     return count;
 }
 
-RunOptions MakeOptions(const RunRequest& request, int intermediateTimes, RunObserver& observer) {
+/// Which output times of a stage are evaluated.
+struct RunPlan {
+    project::StageFile base;
+    int intermediateTimes = 0;
+    std::vector<int> kept;  ///< passed over, as their results are fresh
+
+    int Times() const { return intermediateTimes + 1; }
+    int Evaluated() const { return Times() - static_cast<int>(kept.size()); }
+};
+
+project::RunTerms TermsOf(const RunRequest& request) {
+    constexpr int kDiagnosticLevel = 2;
+    return {static_cast<int>(request.mode.Value()), request.analysisCode,
+            request.logLevel >= kDiagnosticLevel};
+}
+
+RunPlan MakePlan(const RunRequest& request) {
+    RunPlan plan{project::ChooseStageFile(request.target, request.fibreProbe), 0, {}};
+    plan.intermediateTimes = ChooseIntermediateTimes(request, plan.base);
+    project::CheckInputs(plan.base, plan.intermediateTimes, request.fibreProbe);
+    if (request.resume) {
+        runs::RefuseResuming(request.mode.Value());
+        plan.kept = runs::KeptTimes(plan.base, plan.intermediateTimes, TermsOf(request), request.logLevel);
+    }
+    return plan;
+}
+
+RunOptions MakeOptions(const RunRequest& request, const RunPlan& plan, RunObserver& observer) {
     RunOptions options;
     options.logLevel = request.logLevel;
     options.fibreProbe = request.fibreProbe;
     options.threads = request.threads;
-    options.intermediateTimes = intermediateTimes;
+    options.intermediateTimes = plan.intermediateTimes;
+    options.keptTimes = plan.kept;
     options.mode = request.mode.Value();
     options.observer = &observer;
     return options;
@@ -89,12 +123,30 @@ job::ExitCode Evaluate(const RunRequest& request, const project::StageFile& base
         job::RunFrozenLayer(static_cast<int>(words.size()), pointers.data(), options));
 }
 
-void AnnounceRun(const RunRequest& request, const project::StageFile& base, int intermediateTimes) {
+/// Where all output times are evaluated and some need not be.
+std::string ResumeHint(const RunRequest& request, const RunPlan& plan) {
+    if (request.resume || request.fibreProbe || RulesOf(request.mode.Value()).carriesState) {
+        return {};
+    }
+    const std::vector<int> fresh = runs::FreshTimes(plan.base, plan.intermediateTimes, TermsOf(request));
+    return runs::ResumeHint(fresh.size(), plan.intermediateTimes);
+}
+
+void AnnounceRun(const RunRequest& request, const RunPlan& plan) {
+    const project::StageFile& base = plan.base;
     std::cerr << "Evaluating " + project::NativePath(base.Path()) + ": " +
                      project::StageTitle(base.extension) + ", run " + base.run + ", base time and " +
-                     text::CountText(intermediateTimes, "intermediate time") + ", " +
+                     text::CountText(plan.intermediateTimes, "intermediate time") + ", " +
                      RulesOf(request.mode.Value()).name + " mode\n";
-    for (const std::string& note : {project::StagesNote(base), runs::MarkerNote(base)}) {
+    if (request.resume) {
+        std::cerr << text::CountText(static_cast<long long>(plan.kept.size()), "result") +
+                         " kept as fresh, " + std::to_string(plan.Evaluated()) + " to be made\n";
+    }
+    const std::string hint = ResumeHint(request, plan);
+    std::cerr << (hint.empty() ? "" : "Note: " + hint + ".\n");
+    for (const std::string& note :
+         {project::StagesNote(base), runs::MarkerNote(base),
+          runs::ShrinkageNote(base, plan.intermediateTimes, request.analysisCode)}) {
         std::cerr << (note.empty() ? "" : "Warning: " + note + ".\n");
     }
 }
@@ -123,7 +175,7 @@ bool Succeeded(job::ExitCode code, const std::vector<runs::EvaluatedTime>& times
 
 /// What a run leaves for those who look at its results.
 struct RunOutcome {
-    project::StageFile base;
+    RunPlan plan;
     std::vector<runs::EvaluatedTime> times;
     series::RunView view;
     std::optional<kernel::KernelMesh> mesh;
@@ -133,19 +185,49 @@ bool IsShown(const RunRequest& request) {
     return !request.view.empty() || !request.exportName.empty();
 }
 
+std::size_t ProfilesOf(const RunRequest& request) {
+    return request.view.empty() ? 0 : page::kPageProfiles;
+}
+
+/// The results of the output times of a run, those made before with them, read from their files.
+series::LoadedSeries LoadKept(const RunRequest& request, const RunPlan& plan) {
+    series::SeriesSelection named;
+    for (int index = 0; index < plan.Times(); ++index) {
+        named.paths.push_back(project::ResultOf(plan.base.AtIndex(index)).Path());
+    }
+    return series::LoadSeries(series::FindSeriesFiles(named), ProfilesOf(request));
+}
+
 /// The results of this run alone, with the profiles that a page needs.
 series::LoadedSeries LoadOutcome(const RunRequest& request, RunOutcome outcome) {
+    if (!outcome.plan.kept.empty()) {
+        return LoadKept(request, outcome.plan);
+    }
     series::KnownTimes known;
     series::SeriesFiles files =
-        runs::SeriesOfRun(outcome.base, std::move(outcome.times), outcome.view, known);
+        runs::SeriesOfRun(outcome.plan.base, std::move(outcome.times), outcome.view, known);
     series::OpenedProject project(files, std::move(*outcome.mesh));
-    return series::LoadSeries(std::move(files), std::move(project), known,
-                              request.view.empty() ? 0 : page::kPageProfiles);
+    return series::LoadSeries(std::move(files), std::move(project), known, ProfilesOf(request));
+}
+
+/// Tells of output times that the run was not asked for.
+void NoteMissing(series::SeriesFiles& files) {
+    std::set<int> shown;
+    for (const series::SeriesTime& time : files.times) {
+        shown.insert(time.time.index);
+    }
+    const std::optional<std::string> note =
+        project::NoteOnMissing(files.base, shown, "the run was asked for the others alone");
+    if (note) {
+        files.notes.push_back(*note);
+        project::RecordWarning(*note);
+    }
 }
 
 /// Shows the results as asked; gives whether that could be done.
 bool ShowResults(const RunRequest& request, const page::PageTemplate& frame, RunOutcome outcome) {
-    const series::LoadedSeries loaded = LoadOutcome(request, std::move(outcome));
+    series::LoadedSeries loaded = LoadOutcome(request, std::move(outcome));
+    NoteMissing(loaded.series);
     bool shown = true;
     if (!request.view.empty()) {
         shown = page::WriteReportPage(frame, loaded, request.view);
@@ -171,39 +253,53 @@ void CheckPlaces(const RunRequest& request, const project::StageFile& base, int 
     }
 }
 
-bool Run(const RunRequest& request) {
+void CheckRequest(const RunRequest& request) {
     if (request.fibreProbe && IsShown(request)) {
         throw project::InputProblem("--fibre-probe writes no results that --view or --export could show");
     }
-    const project::StageFile base = project::ChooseStageFile(request.target, request.fibreProbe);
-    const int intermediateTimes = ChooseIntermediateTimes(request, base);
-    project::CheckInputs(base, intermediateTimes, request.fibreProbe);
-    CheckPlaces(request, base, intermediateTimes);
-    const page::PageTemplate frame = request.view.empty() ? page::PageTemplate{} : page::ReadPageTemplate();
-    AnnounceRun(request, base, intermediateTimes);
-    const project::WrittenFiles written({base.RunFolder(), layout::MeshFolder(base.directory)});
+    if (request.fibreProbe && request.resume) {
+        throw project::InputProblem("--fibre-probe writes no results that --resume could keep");
+    }
+}
 
+/// Evaluates what the plan asks for, prints what came out and gives whether all of it did.
+bool EvaluatePlan(const RunRequest& request, RunOutcome& outcome) {
+    const RunPlan& plan = outcome.plan;
+    const project::WrittenFiles written({plan.base.RunFolder(), layout::MeshFolder(plan.base.directory)});
     text::ProgressBar bar(std::cerr, host::ErrorIsTerminal() && request.logLevel == 0 && !request.fibreProbe);
-    runs::RunProgress progress(bar, {StageKindOf(request, base), IsShown(request)});
-    const job::ExitCode code = Evaluate(request, base, MakeOptions(request, intermediateTimes, progress));
+    runs::RunProgress progress(bar, {StageKindOf(request, plan.base), IsShown(request) && plan.kept.empty(),
+                                     static_cast<int>(plan.kept.size())});
+    const job::ExitCode code = Evaluate(request, plan.base, MakeOptions(request, plan, progress));
     bar.Clear();
     runs::PrintDeepWalls(progress.Walls(), std::cerr);
     runs::PrintOpenDirections(progress.Gradients(), std::cerr);
 
-    std::vector<runs::EvaluatedTime> times = progress.TakeTimes();
-    bool succeeded = Succeeded(code, times);
+    outcome.times = progress.TakeTimes();
+    bool succeeded = Succeeded(code, outcome.times);
     if (!request.fibreProbe) {
-        succeeded = runs::ReadResults(times) && succeeded;
+        succeeded = runs::ReadResults(outcome.times) && succeeded;
         if (progress.IsThermoset()) {
             series::ForgivePackingIndexOfThermoset();
         }
-        runs::PrintResultTables(times, std::cout);
+        runs::PrintResultTables(outcome.times, std::cout);
     }
     runs::PrintWrittenFiles(written.List(), std::cout);
+    outcome.view = progress.View();
+    outcome.mesh = progress.TakeMesh();
+    return succeeded;
+}
+
+bool Run(const RunRequest& request) {
+    CheckRequest(request);
+    RunOutcome outcome{MakePlan(request), {}, {}, {}};
+    CheckPlaces(request, outcome.plan.base, outcome.plan.intermediateTimes);
+    const page::PageTemplate frame = request.view.empty() ? page::PageTemplate{} : page::ReadPageTemplate();
+    AnnounceRun(request, outcome.plan);
+    const bool succeeded = outcome.plan.Evaluated() == 0 || EvaluatePlan(request, outcome);
     if (!succeeded || !IsShown(request)) {
         return succeeded;
     }
-    return ShowResults(request, frame, {base, std::move(times), progress.View(), progress.TakeMesh()});
+    return ShowResults(request, frame, std::move(outcome));
 }
 
 std::string CheckIntermediateTimes(const std::string& text) {
@@ -245,6 +341,10 @@ void AddOptions(Subcommand& command, RunRequest& request) {
     command.AddFlag("--fibre-probe,--fiber-probe", request.fibreProbe,
                     "Print the fibre orientation along the normal of listed or typed nodes instead; "
                     "RESULT is then a fibre result, .k4o");
+    command.AddFlag(
+        "--resume", request.resume,
+        "Evaluate only the output times whose results are missing or stale: made from other files "
+        "than those there now, or in another way. Not with --classic");
     command
         .Add("--view", request.view,
              "Write a page that shows the results in a browser; one of that name is replaced")

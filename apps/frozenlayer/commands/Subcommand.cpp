@@ -10,6 +10,7 @@
 
 #include "host/Interrupts.h"
 #include "project/FaultReport.h"
+#include "project/Warnings.h"
 #include "text/ManualPage.h"
 #include "text/NearestWord.h"
 #include "text/NumberText.h"
@@ -76,6 +77,9 @@ int PerformToItsEnd(const std::function<bool()>& perform) {
     }
     const std::vector<Fault> faults = FaultsBeside(complaint);
     project::PrintFaults(faults, std::cerr);
+    for (const std::string& warning : project::TakeWarnings()) {
+        std::cerr << "Warning: " + warning + ".\n";
+    }
     if (signal != 0) {
         return kSignalExit + signal;
     }

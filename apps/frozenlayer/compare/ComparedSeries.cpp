@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "base/Vector3.h"
+#include "project/ResultState.h"
+#include "project/Warnings.h"
 #include "results/ResultFile.h"
 #include "series/OpenedProject.h"
 #include "text/NumberText.h"
@@ -87,10 +89,22 @@ ComparedSeries ReadComparedSeries(const std::string& word) {
         series::ForgivePackingIndexOfThermoset();
     }
     side.meshFile = project.MeshFile();
+    side.origin = contents.front().origin;
     side.material = MaterialsOf(contents, project);
     side.surface = series::SurfaceOf(project);
     side.results = series::ResultsOnSurface(side.files, contents, project, side.surface);
     return side;
+}
+
+void NoteEquallyNamedInputs(const Both<ComparedSeries>& sides) {
+    for (const InputRole role : {InputRole::Mesh, InputRole::Material}) {
+        const ResultInput* a = project::DifferingInput(sides[0].origin, sides[1].origin, role);
+        const ResultInput* b = project::DifferingInput(sides[1].origin, sides[0].origin, role);
+        if (a != nullptr && a->name == b->name) {
+            project::RecordWarning(std::string("A and B were made with two different files as ") +
+                                   NameOf(role) + ", both named " + a->name);
+        }
+    }
 }
 
 void CheckSameSurface(const Both<ComparedSeries>& sides) {

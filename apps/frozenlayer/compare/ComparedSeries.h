@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "compare/Both.h"
+#include "platform/ResultOrigin.h"
 #include "series/SeriesFiles.h"
 #include "series/SurfaceResults.h"
 
@@ -13,6 +15,7 @@ struct ComparedSeries {
     series::SeriesFiles files;
     std::string meshFile;
     std::string material;  ///< name of the material file that it was made with, with commas between several
+    std::optional<ResultOrigin> origin;  ///< of the first output time
     series::Surface surface;
     series::SurfaceResults results;
 };
@@ -33,6 +36,9 @@ ComparedSeries ReadComparedSeries(const std::string& word);
 /// Raises InputProblem unless both surfaces have the same nodes: as many, of the same labels, at the same
 /// places within kSamePlace.
 void CheckSameSurface(const Both<ComparedSeries>& sides);
+
+/// Records a warning for a mesh or a material of one name whose content differs between the two.
+void NoteEquallyNamedInputs(const Both<ComparedSeries>& sides);
 
 /// Distance up to which places are the same, by the diagonal of the box around the surface: coordinates
 /// written with fewer digits stay the same, those of other meshes do not.

@@ -11,7 +11,7 @@ _frozenlayer_options[import]="--help --values=@ --stage=flow|pack|cool|warp --te
     --pressure-unit=MPa|Pa|bar --allow-missing= --out=@ --force --list"
 _frozenlayer_options[show]="${_frozenlayer_options[import]% --list} --keep=@ --resolved --corrected --classic"
 _frozenlayer_options[run]="--help --analysis-code= --intermediate-times=auto --log-level= --threads= --fibre-probe
-    --fiber-probe --view=@ --export=@ --resolved --corrected --classic"
+    --fiber-probe --resume --view=@ --export=@ --resolved --corrected --classic"
 _frozenlayer_options[info]="--help --json"
 _frozenlayer_options[view]="--help --out=@"
 _frozenlayer_options[export]="--help --out=@ --to=pvd|vtu|hdf|csv --compress --force"

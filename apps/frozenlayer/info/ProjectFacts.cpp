@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "info/FactReaders.h"
 #include "layout/MarkerLog.h"
 #include "platform/HostFiles.h"
 #include "project/ProjectInputs.h"
+#include "project/ResultState.h"
 
 namespace qnl::info {
 
@@ -76,6 +78,27 @@ FactTable StageTable(const std::vector<project::StageFile>& files) {
     return table;
 }
 
+/// Of stages with any result, what each output time's is.
+FactTable ResultTable(const std::vector<project::StageFile>& files) {
+    FactTable table{"results", "Frozen-layer results", {{"file", "File"}, {"state", "State"}}, {}};
+    for (const project::StageFile& file : files) {
+        if (ResultExtension(file.extension).empty()) {
+            continue;
+        }
+        std::set<int> indices = project::ExistingIndices(project::ResultOf(file));
+        if (indices.empty()) {
+            continue;
+        }
+        indices.merge(project::ExistingIndices(file));
+        project::SeriesState state(file);
+        for (const int index : indices) {
+            table.rows.push_back(
+                {project::FileName(project::ResultOf(file.AtIndex(index)).Path()), state.Of(index).Text()});
+        }
+    }
+    return table;
+}
+
 }  // namespace
 
 FileFacts ReadProjectFacts(const std::string& path) {
@@ -89,6 +112,10 @@ FileFacts ReadProjectFacts(const std::string& path) {
     facts.Add("name", "Project name", "", files.front().name);
     facts.tables.push_back(RunTable(files));
     facts.tables.push_back(StageTable(files));
+    FactTable results = ResultTable(files);
+    if (!results.rows.empty()) {
+        facts.tables.push_back(std::move(results));
+    }
     return facts;
 }
 

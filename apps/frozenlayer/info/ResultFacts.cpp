@@ -6,6 +6,7 @@
 #include "info/FactReaders.h"
 #include "platform/Faults.h"
 #include "project/ProjectPaths.h"
+#include "project/ResultState.h"
 #include "project/StageGaps.h"
 #include "results/ResultFile.h"
 #include "series/ItemStatistics.h"
@@ -40,6 +41,19 @@ void AddHead(const results::ResultFileContent& content, FileFacts& facts) {
     } else if (content.time && content.time->unit == "s") {
         facts.Add("time_index", "Output time index", "", std::int64_t{content.time->index});
         facts.Add("time_s", "Output time", "s", double{content.time->value});
+    }
+}
+
+/// Of a result that stands in its project.
+void AddState(const std::string& path, FileFacts& facts) {
+    try {
+        const project::StageFile result = project::SplitRunPath(path);
+        const std::optional<project::StageFile> stage = project::StageOfResult(result);
+        if (stage) {
+            facts.Add("state", "State", "", project::SeriesState(*stage).Of(result.index).Text());
+        }
+    } catch (const project::InputProblem&) {
+        facts.Add("state", "State", "", std::string("not known: it stands in no project"));
     }
 }
 
@@ -130,6 +144,9 @@ FileFacts ReadResultFacts(const std::string& path) {
         const results::ResultFileContent content = results::ReadResultFile(project::WindowsStyle(path));
         FileFacts facts;
         AddHead(content, facts);
+        if (IsOurs(content)) {
+            AddState(path, facts);
+        }
         AddEntries(content, facts);
         facts.tables.push_back(ItemTable(content, series::IsWarpResult(path)));
         const auto kind = project::KindOfResult(std::filesystem::path(path).extension().string());

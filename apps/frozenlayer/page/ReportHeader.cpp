@@ -149,7 +149,8 @@ std::string ReportHeader(const series::LoadedSeries& loaded, const std::vector<R
                       {"freeze_temperature", freeze ? Json(*freeze) : Json()},
                       {"curves", CurvesJson(loaded)},
                       {"regions", RegionsJson(loaded)},
-                      {"facts", FactsJson(loaded)}};
+                      {"facts", FactsJson(loaded)},
+                      {"notes", loaded.series.notes}};
     return WithoutTags(text::JsonText(header));
 }
 

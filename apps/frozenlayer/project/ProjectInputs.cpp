@@ -2,8 +2,10 @@
 
 #include <optional>
 
+#include "base/Text.h"
 #include "base/TokenReader.h"
 #include "base/WindowsPath.h"
+#include "layout/MarkerLog.h"
 #include "layout/ProjectFolders.h"
 #include "layout/RunFile.h"
 #include "platform/HostFiles.h"
@@ -34,6 +36,23 @@ void RequireShortWords(const StageFile& base) {
                                " bytes and at most 254 fit; run from a folder nearer to the project, with a"
                                " relative path");
         }
+    }
+}
+
+/// The evaluation looks for the marker log of every stage but cool and heating-cooling, and its path has a
+/// buffer of its own.
+bool LooksForMarkerLog(const std::string& path) {
+    const auto holds = [&](const Stage& stage) { return Holds(path, stage.pattern); };
+    return holds(kFlowStage) || holds(kPackStage) || !(holds(kCoolStage) || holds(kHeatingCoolingStage));
+}
+
+void RequireShortRunFolder(const StageFile& base) {
+    const std::string folder = base.RunFolder();
+    const std::size_t most = kWordBuffer - 1 - layout::kMarkerLogName.size() - 1;
+    if (folder.size() > most && LooksForMarkerLog(base.Path())) {
+        throw InputProblem(NativePath(folder) + ": the path of the run's folder has " +
+                           std::to_string(folder.size()) + " bytes and at most " + std::to_string(most) +
+                           " fit; run from a folder nearer to the project, with a relative path");
     }
 }
 
@@ -108,6 +127,7 @@ StageFile ChooseStageFile(const std::string& word, bool fibreProbe) {
 
 void CheckProjectFiles(const StageFile& base) {
     RequireShortWords(base);
+    RequireShortRunFolder(base);
     RequireFile(base.AtIndex(0).Sibling(".run"), "the run file, which names the mesh and the material");
     const ProjectInputs inputs = ReadProjectInputs(base);
     RequireNamed(inputs.meshFile, inputs.runFile, "mesh ([MESH], MeshCount = 1, Mesh1 = <file>)");

@@ -48,7 +48,7 @@ void RecordNodesWithoutEntry(const FrozenLayerJob& job, const std::string& stage
 
 void RunProgress::TimeBegins(int index, int intermediateTimes, const char* stageFile) {
     begin_ = Clock::now();
-    timeCount_ = intermediateTimes + 1;
+    timeCount_ = intermediateTimes + 1 - wishes_.keptTimes;
     const project::StageSummary summary = project::ReadStageSummary(stageFile);
     times_.push_back({{index, summary.seconds}, stageFile, "", false, {}, {}});
     if (wishes_.stage && *wishes_.stage != StageKind::Cool) {

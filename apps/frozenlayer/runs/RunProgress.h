@@ -33,6 +33,7 @@ struct EvaluatedTime {
 struct RunWishes {
     std::optional<StageKind> stage;  ///< what the stage files should hold; unknown: they are not checked
     bool keepMesh = false;           ///< the mesh is wanted after the run
+    int keptTimes = 0;               ///< output times that are passed over
 };
 
 /// Follows a run: shows its progress and keeps what the report needs.

@@ -7,42 +7,24 @@
 #include <utility>
 
 #include "project/FaultReport.h"
+#include "project/ResultState.h"
+#include "project/Warnings.h"
 #include "results/ResultFile.h"
 
 namespace qnl::series {
 
 namespace {
 
-std::string ResultExtension(const std::string& stageExtension) {
-    const Stage* stage = FindStage(stageExtension);
-    return stage != nullptr ? std::string(stage->resultExtension) : std::string();
-}
-
-std::string StageExtension(const std::string& extension) {
-    for (const Stage& stage : kStages) {
-        if (stage.pattern == extension || stage.resultExtension == extension) {
-            return std::string(stage.pattern);
-        }
-    }
-    return {};
-}
-
-project::StageFile ResultOf(project::StageFile stageFile) {
-    stageFile.extension = ResultExtension(stageFile.extension);
-    return stageFile;
-}
-
 /// The stage file that belongs to a result or stage file of any time.
 project::StageFile StageFileOfWord(const std::string& word) {
-    project::StageFile file = project::SplitRunPath(word);
-    const std::string extension = StageExtension(file.extension);
-    if (extension.empty()) {
+    const project::StageFile file = project::SplitRunPath(word);
+    const std::optional<project::StageFile> stage = project::StageOfResult(file);
+    if (!stage && project::ResultOf(file).extension.empty()) {
         throw project::InputProblem(project::NativePath(word) +
                                     ": neither a frozen-layer result (.fzr flow, .pzr pack, .czr cool, .hczr"
                                     " heating-cooling, .wzr warp) nor the stage file of one");
     }
-    file.extension = extension;
-    return file;
+    return stage.value_or(file);
 }
 
 [[noreturn]] void RefuseWithoutResult(const std::string& path) {
@@ -53,7 +35,8 @@ project::StageFile StageFileOfWord(const std::string& word) {
 project::StageFile StageFileOfFolder(const std::string& folder) {
     const std::vector<project::StageFile> files = project::FindBaseStageFiles(folder);
     const auto found = std::find_if(files.begin(), files.end(), [](const project::StageFile& file) {
-        return file.extension != kFibreExtension && !project::ExistingIndices(ResultOf(file)).empty();
+        return file.extension != kFibreExtension &&
+               !project::ExistingIndices(project::ResultOf(file)).empty();
     });
     if (found == files.end()) {
         RefuseWithoutResult(folder);
@@ -73,8 +56,8 @@ std::set<int> IndicesOfWords(const project::StageFile& base, const std::vector<s
             throw project::InputProblem(project::NativePath(word) + " belongs to another run or stage than " +
                                         project::NativePath(words.front()) + ": name results of one series");
         }
-        if (!project::FileExists(ResultOf(file).Path())) {
-            RefuseWithoutResult(ResultOf(file).Path());
+        if (!project::FileExists(project::ResultOf(file).Path())) {
+            RefuseWithoutResult(project::ResultOf(file).Path());
         }
         indices.insert(file.index);
     }
@@ -123,9 +106,16 @@ RunView ViewOf(const results::ResultFileContent& content) {
     return view;
 }
 
-RunView ViewOf(const std::string& resultFile) {
+/// What is looked at of one of several results side by side.
+struct OneResult {
+    RunView view;
+    std::optional<ResultOrigin> origin;
+};
+
+OneResult LookAt(const std::string& resultFile) {
     try {
-        return ViewOf(results::ReadResultSummary(resultFile));
+        const results::ResultFileContent content = results::ReadResultSummary(resultFile);
+        return {ViewOf(content), content.origin};
     } catch (const results::ResultFileError& error) {
         throw project::InputProblem(project::FaultSentence(error.What()));
     }
@@ -140,25 +130,38 @@ RunView ViewOf(const std::string& resultFile) {
 
 /// How the run looked that made all of them.
 RunView ViewOf(const std::vector<SeriesTime>& times) {
-    const RunView first = ViewOf(times.front().resultFile);
+    const OneResult first = LookAt(times.front().resultFile);
     for (const SeriesTime& time : times) {
-        const RunView view = ViewOf(time.resultFile);
-        if (view.mode != first.mode) {
+        const OneResult other = LookAt(time.resultFile);
+        if (other.view.mode != first.view.mode) {
             RefuseMixture(time, times.front(),
-                          std::string("one in the ") + RulesOf(view.mode).name + " and one in the " +
-                              RulesOf(first.mode).name + " mode");
+                          std::string("one in the ") + RulesOf(other.view.mode).name + " and one in the " +
+                              RulesOf(first.view.mode).name + " mode");
         }
-        if (view.smoothedNormals != first.smoothedNormals) {
+        if (other.view.smoothedNormals != first.view.smoothedNormals) {
             RefuseMixture(time, times.front(), "of which one smoothed the normals and one did not");
         }
+        for (const InputRole role : {InputRole::Mesh, InputRole::Material}) {
+            if (project::DifferingInput(other.origin, first.origin, role) != nullptr) {
+                RefuseMixture(time, times.front(),
+                              std::string("made with two different files as their ") + NameOf(role));
+            }
+        }
     }
-    return first;
+    return first.view;
+}
+
+/// What makes stale results of a mode anew. Output times of the classic mode depend on those before.
+std::string Remedy(const RunView& view) {
+    const ModeRules& rules = RulesOf(view.mode);
+    const std::string mode = view.mode == Mode::Resolved ? "" : std::string(" --") + rules.name;
+    return "frozenlayer run" + mode + (rules.carriesState ? " makes all of them" : " --resume makes them");
 }
 
 }  // namespace
 
 SeriesFiles OrderSeriesFiles(project::StageFile base, std::vector<SeriesTime> times, const RunView& view) {
-    SeriesFiles series{std::move(base), std::move(times), false, view};
+    SeriesFiles series{std::move(base), std::move(times), false, view, {}};
     OrderTimes(series);
     return series;
 }
@@ -171,18 +174,23 @@ SeriesFiles FindSeriesFiles(const SeriesSelection& named) {
         single && project::FolderExists(first) ? StageFileOfFolder(first) : StageFileOfWord(first);
     const project::StageFile base = file.AtIndex(0);
     const std::set<int> indices =
-        single ? project::ExistingIndices(ResultOf(base)) : IndicesOfWords(base, words);
+        single ? project::ExistingIndices(project::ResultOf(base)) : IndicesOfWords(base, words);
     if (indices.empty()) {
-        RefuseWithoutResult(ResultOf(base).Path());
+        RefuseWithoutResult(project::ResultOf(base).Path());
     }
     std::vector<SeriesTime> times;
     for (const int index : indices) {
         const project::StageFile stage = base.AtIndex(index);
         const project::StageSummary summary = project::ReadStageSummary(stage.Path());
-        times.push_back({{index, summary.seconds}, stage.Path(), ResultOf(stage).Path(), 0.0});
+        times.push_back({{index, summary.seconds}, stage.Path(), project::ResultOf(stage).Path(), 0.0});
     }
     const RunView view = ViewOf(times);
-    return OrderSeriesFiles(base, std::move(times), view);
+    SeriesFiles series = OrderSeriesFiles(base, std::move(times), view);
+    series.notes = project::NotesOnResults(base, indices, single, Remedy(view));
+    for (const std::string& note : series.notes) {
+        project::RecordWarning(note);
+    }
+    return series;
 }
 
 }  // namespace qnl::series

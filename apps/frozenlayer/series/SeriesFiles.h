@@ -30,6 +30,7 @@ struct SeriesFiles {
     bool realTimes =
         false;  ///< every stage file tells its time; else intermediate times come first, by index
     RunView view;
+    std::vector<std::string> notes;  ///< what is stale or missing, a sentence without full stop each
 
     /// Whether the run saw the field inside the cells, not averages of faces and cells.
     bool SeesInsideCells() const { return RulesOf(view.mode).seesInsideCells; }
@@ -48,7 +49,8 @@ struct SeriesSelection {
 /// A series of these times, put into their order, which also decides their places on the axis.
 SeriesFiles OrderSeriesFiles(project::StageFile base, std::vector<SeriesTime> times, const RunView& view);
 
-/// The series that is named. Raises InputProblem.
+/// The series that is named. What is stale or missing is recorded as warnings, too. Raises InputProblem, also
+/// for results side by side of which one was made in another way, or from another mesh or material.
 SeriesFiles FindSeriesFiles(const SeriesSelection& named);
 
 /// What the help says of an argument that names a series.

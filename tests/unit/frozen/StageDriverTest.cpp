@@ -55,7 +55,7 @@ protected:
         stack_.SetField(qnl::kVolumeShrinkage, {5.0, 5.0}, {5.0});
         Script(job_).rays[1] = {1, 3, 2};
         job_.m_szResultFile.Set(folder_.File("part1.fzr"));
-        job_.m_szLogFile.Set(folder_.File("run.lgz"));
+        job_.m_szLogFile.Set(folder_.Path() + "\\run.lgz");
         job_.m_options.observer = &notes_;
         g_bDriverFirstCall = true;
         fake::TheKernel().smoothings.clear();

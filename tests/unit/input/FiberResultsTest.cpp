@@ -91,8 +91,9 @@ TEST_F(FiberTest, ItemsByNodeUnderTheSameIdsAreNoTensor) {
     EXPECT_EQ(ReadFiberResults(job_, "p.k4o"), 1);
     const std::vector<qnl::Fault> own = qnl::TakeFaults();
     ASSERT_EQ(own.size(), 1U);
-    EXPECT_EQ(own[0].found, "no fibre orientation tensor");
-    EXPECT_EQ(own[0].remedy, "write the result of the fibre analysis again");
+    EXPECT_EQ(own[0].object, "items 4, 5, 6, 9, 10, 11");
+    EXPECT_EQ(own[0].found, "values by node");
+    EXPECT_EQ(own[0].remedy, "export the fibre result again with its items by cell");
     BinaryFile("p.k4f").itemIds = {6, 14};
     EXPECT_EQ(ReadFiberResults(job_, "p.k4f"), 1);
     const std::vector<qnl::Fault> flow = qnl::TakeFaults();

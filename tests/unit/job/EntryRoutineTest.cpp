@@ -70,9 +70,9 @@ protected:
     qnl::RunOptions options_;
 };
 
-const Steps kOpening{RunStep::CommandLine, RunStep::ResultFiles, RunStep::Material,
-                     RunStep::Mesh,        RunStep::Threads,     RunStep::MeshData,
-                     RunStep::Storage,     RunStep::OutputTimes, RunStep::StageData};
+const Steps kOpening{RunStep::CommandLine, RunStep::InputDigests, RunStep::ResultFiles, RunStep::Material,
+                     RunStep::Mesh,        RunStep::Threads,      RunStep::MeshData,    RunStep::Storage,
+                     RunStep::OutputTimes, RunStep::StageData};
 
 Steps With(Steps steps, const Steps& more) {
     steps.insert(steps.end(), more.begin(), more.end());
@@ -129,7 +129,8 @@ TEST_F(EntryRoutine, WithoutMaterialTheMeshIsNotRead) {
     std::filesystem::remove(folder_.File("Material/pp.toml"));
     const CapturedOutput output;
     EXPECT_EQ(Run(), -1000);
-    EXPECT_EQ(witness_.begun, (Steps{RunStep::CommandLine, RunStep::ResultFiles, RunStep::Material}));
+    EXPECT_EQ(witness_.begun,
+              (Steps{RunStep::CommandLine, RunStep::InputDigests, RunStep::ResultFiles, RunStep::Material}));
 }
 
 TEST_F(EntryRoutine, AMeshThatCannotBeReadEndsTheRun) {

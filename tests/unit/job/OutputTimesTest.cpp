@@ -55,6 +55,16 @@ TEST_F(OutputTimes, ACountOfZeroOrLessIsTheBaseTimeAlone) {
     }
 }
 
+TEST_F(OutputTimes, KeptTimesArePassedOver) {
+    job_.m_nIntermediateTimes = 3;
+    job_.m_options.keptTimes = {0, 2};
+    EXPECT_EQ(qnl::job::EvaluateOutputTimes(job_, kStageFile), 1);
+    EXPECT_EQ(witness_.stageFiles, (Names{"no such folder\\part1_001.k4f", "no such folder\\part1_003.k4f"}));
+    EXPECT_EQ(witness_.resultFiles,
+              (Names{"no such folder\\part1_001.fzr", "no such folder\\part1_003.fzr"}));
+    EXPECT_EQ(job_.m_szResultFile.View(), "no such folder\\part1.fzr");
+}
+
 TEST_F(OutputTimes, AFailedBaseTimeDoesNotStopTheOthers) {
     EXPECT_EQ(qnl::job::EvaluateBaseTime(job_, kStageFile), -3000);
     witness_.stageFiles.clear();

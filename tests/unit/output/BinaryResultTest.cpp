@@ -50,8 +50,9 @@ TEST_F(BinaryResult, DescribesTheFileAndThenWritesLabelsAndItems) {
             "BeginWriting part1.fzr '' 1", "SetHeadInfo 1004 802218888 Mesh\\a.hdf Material\\b.toml .pro 0 5",
             "SetFileInfo QNL3DFrozenLayer 1000 1000 1000", "SetMultipleTimeStepOutputInfo 0 0.01 --",
             "SetResultTypeInfo 3 0 0 0 0 0 0 0", "SetResultDataIDMap 1 1", "SetResultItemInfo",
-            "SetMaxMinInfo", "WriteResultDataIDArray 1", "WriteResultItem 1", "WriteResultItem 2",
-            "WriteResultItem 3", "WriteResultItem 4", "WriteResultItem 5", "EndWriting"}));
+            "SetMaxMinInfo", "SetResultOrigin", "WriteResultDataIDArray 1", "WriteResultItem 1",
+            "WriteResultItem 2", "WriteResultItem 3", "WriteResultItem 4", "WriteResultItem 5",
+            "EndWriting"}));
 }
 
 TEST_F(BinaryResult, TheHeadTellsTheMode) {
@@ -60,6 +61,40 @@ TEST_F(BinaryResult, TheHeadTellsTheMode) {
     EXPECT_EQ(TheWriting().calls[1], "SetHeadInfo 1004 802218888 Mesh\\a.hdf Material\\b.toml .pro " +
                                          std::to_string(static_cast<int>(qnl::Mode::Resolved)) + " 5");
     EXPECT_NE(static_cast<int>(qnl::Mode::Resolved), 0);
+}
+
+/// Names of the inputs that the result was said to be made from, with their roles.
+std::vector<std::string> RecordedInputs() {
+    std::vector<std::string> inputs;
+    for (const qnl::ResultInput& input : TheWriting().origin.inputs) {
+        inputs.push_back(std::string(NameOf(input.role)) + " " + input.name);
+    }
+    return inputs;
+}
+
+TEST_F(BinaryResult, TellsWhatItIsMadeFromWithoutFolders) {
+    job_.m_szRunFile.Set("a folder\\Analysis\\Run1\\part1.run");
+    job_.m_szLogFile.Set("a folder\\Analysis\\Run1\\part1.lgz");
+    job_.m_szInputResult = "a folder\\Analysis\\Run1\\part1.k4f";
+    job_.m_stageFile = "a folder/Analysis/Run1/part1_002.k4f";
+    job_.m_nAnalysisType = 7;
+    job_.m_nLogLevel = 2;
+    qnl::output::WriteBinaryResult(job_);
+    const std::vector<std::string> always{"mesh a.hdf", "material b.toml", "run_file part1.run",
+                                          "stage part1_002.k4f"};
+    EXPECT_EQ(RecordedInputs(), always);
+    EXPECT_EQ(TheWriting().origin.analysisCode, 7);
+    EXPECT_TRUE(TheWriting().origin.diagnostics);
+
+    job_.m_bHasFlow = 1;
+    job_.m_bHasIntermediateTimes = 1;
+    job_.m_bIsFlakeLightIntensity = 1;
+    job_.m_bIsGasIn = 1;
+    qnl::output::WriteBinaryResult(job_);
+    std::vector<std::string> all = always;
+    all.insert(all.end(), {"marker_log QNLIntermediateOutputTime.log", "fibre_at_base part1.k4o",
+                           "fibre part1_002.k4o", "thickness a.thk"});
+    EXPECT_EQ(RecordedInputs(), all);
 }
 
 TEST_F(BinaryResult, ItemsComeWithTextsTypeAndLimits) {

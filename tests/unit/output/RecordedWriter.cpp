@@ -1,5 +1,7 @@
 #include "unit/output/RecordedWriter.h"
 
+#include <utility>
+
 #include "platform/CQNL3DResultWriter_Manipulator.h"
 #include "support/CallText.h"
 
@@ -69,6 +71,11 @@ bool CQNL3DResultWriter_Manipulator::SetMaxMinInfo(float* maxima, float* minima)
         TheWriting().items[i] += CallText("", maxima[i], minima[i]);
     }
     return Called("SetMaxMinInfo");
+}
+
+void qnl::SetResultOrigin(CQNL3DResultWriter_Manipulator& /*writer*/, qnl::ResultOrigin origin) {
+    TheWriting().origin = std::move(origin);
+    Called("SetResultOrigin");
 }
 
 bool CQNL3DResultWriter_Manipulator::WriteResultDataIDArray(QNLRESULTTYPE type, int* ids) {

@@ -3,11 +3,13 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 #include "ResultSample.h"
 #include "platform/CQNL3DResultWriter_Manipulator.h"
 #include "platform/Faults.h"
+#include "platform/ResultOrigin.h"
 #include "results/StageItems.h"
 #include "support/ScratchFolder.h"
 
@@ -279,6 +281,48 @@ TEST(StageItems, HaveTheUnitsOfTheirStage) {
     EXPECT_EQ(FindStageItem(StageKind::Warp, 6), nullptr);
     EXPECT_EQ(qnl::results::MakeStageItem(StageKind::Cool, 1, {1.0F}).name, "Temperature");
     EXPECT_THROW(qnl::results::MakeStageItem(StageKind::Cool, 3, {}), std::invalid_argument);
+}
+
+TEST(ResultWriter, KeepsWhatTheResultWasMadeFrom) {
+    const ScratchFolder folder;
+    const std::string path = folder.File("part1.frz");
+    Writer writer;
+    Calls calls;
+    writer.BeginWriting(path.c_str(), "", true);
+    ASSERT_TRUE(calls.Describe(writer));
+    qnl::ResultOrigin origin;
+    origin.version = "1.2.3";
+    origin.mode = 1;
+    origin.analysisCode = 6;
+    origin.diagnostics = true;
+    origin.inputs = {{qnl::InputRole::Mesh, "a.hdf", {std::int64_t{1} << 40, 0xfedcba9876543210}},
+                     {qnl::InputRole::MarkerLog, "a.log", {}}};
+    qnl::SetResultOrigin(writer, origin);
+    ASSERT_TRUE(calls.WriteArrays(writer) && writer.EndWriting());
+
+    const std::optional<qnl::ResultOrigin> read = qnl::results::ReadResultOrigin(path);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->version, "1.2.3");
+    EXPECT_EQ(read->mode, 1);
+    EXPECT_EQ(read->analysisCode, 6);
+    EXPECT_TRUE(read->diagnostics);
+    ASSERT_EQ(read->inputs.size(), 2u);
+    EXPECT_EQ(read->inputs[0].name, "a.hdf");
+    EXPECT_EQ(read->inputs[0].digest, origin.inputs[0].digest);
+    EXPECT_EQ(read->inputs[1].role, qnl::InputRole::MarkerLog);
+    EXPECT_FALSE(read->inputs[1].digest.IsThere());
+    EXPECT_TRUE(qnl::results::ReadResultFile(path).origin);
+}
+
+TEST(ResultWriter, AFileMayTellNothingOfItsInputs) {
+    const ScratchFolder folder;
+    const std::string path = folder.File("part1.frz");
+    Writer writer;
+    Calls calls;
+    writer.BeginWriting(path.c_str(), "", true);
+    ASSERT_TRUE(calls.Describe(writer) && calls.WriteArrays(writer) && writer.EndWriting());
+    EXPECT_FALSE(qnl::results::ReadResultOrigin(path));
+    EXPECT_FALSE(qnl::results::ReadResultOrigin(folder.File("missing")));
 }
 
 }  // namespace

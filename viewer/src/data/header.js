@@ -35,6 +35,7 @@ const RULES = [
         && Array.isArray(c.values) && c.values.length === h.times.length)],
     ['regions', (h) => Array.isArray(h.regions) && h.regions.every(isRegion)],
     ['facts', (h) => Array.isArray(h.facts) && h.facts.every((f) => isText(f.name) && isText(f.value))],
+    ['notes', (h) => h.notes === undefined || (Array.isArray(h.notes) && h.notes.every(isText))],
 ];
 
 /** The header as an object; raises DataFault with the first rule that it breaks. */

@@ -22,6 +22,13 @@ export function levelText(level, item, statuses) {
     return level > MAX_LEVEL ? statuses[65535 - level] ?? statuses[0] : numberText(valueOfLevel(level, item));
 }
 
+/** What is to be known of the results before they are looked at; hidden when nothing is. */
+export function fillNotes(box, header) {
+    const notes = header.notes ?? [];
+    box.replaceChildren(...notes.map((note) => cell(`${note}.`, 'p')));
+    box.hidden = notes.length === 0;
+}
+
 /** Run facts as a list of names and values. */
 export function fillFacts(list, header) {
     const { nodes, triangles } = header;
