@@ -6,7 +6,8 @@
 #include "platform/ResultOrigin.h"
 
 /// What a result was made from, as attributes of one group of its file: `version`, `mode`,
-/// `analysis_code`, `diagnostics`, and for each input `<role>` (its name), `<role>_size` (int64, -1 without a file) and
+/// `analysis_code`, `diagnostics`, and for each input `<role>` (its name), `<role>_size` (int64, -1 without a
+/// file) and
 /// `<role>_xxh3` (16 hexadecimal digits).
 namespace qnl::results {
 

@@ -8,8 +8,8 @@
 
 #include "host/Interrupts.h"
 #include "imports/ImportMeshData.h"
-#include "imports/ImportUnits.h"
 #include "imports/ImportTables.h"
+#include "imports/ImportUnits.h"
 #include "imports/RegionChoice.h"
 #include "interop/ForeignSeries.h"
 #include "interop/SolidMesh.h"

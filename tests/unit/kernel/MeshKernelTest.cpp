@@ -14,8 +14,8 @@
 #include "platform/CQNLOptKer.h"
 #include "platform/Faults.h"
 #include "support/MeshBuilder.h"
-#include "support/ScratchFolder.h"
 #include "support/Sanitizers.h"
+#include "support/ScratchFolder.h"
 #include "unit/kernel/RawMeshFile.h"
 
 namespace {
