@@ -86,7 +86,17 @@ MODES = {
 # Other files made from the results of one of the modes, where the stage has what they need.
 FOLLOWED_MODE = "frozenlayer run"
 FOLLOWERS = {
-    "frozenlayer probe": ("probe", "project", "--point", "10,15,0", "--point", "30,20,2", "--out", "below"),
+    "frozenlayer probe": (
+        "probe",
+        "project",
+        "--point",
+        "10,15,0",
+        "--point",
+        "30,20,2",
+        "--nearest",
+        "--out",
+        "below",
+    ),
     "frozenlayer export": ("export", "project", "--out", "surface"),
 }
 
