@@ -288,6 +288,7 @@ private:
 
     std::vector<ForeignArray> ArraysOf(const std::vector<ColumnGroup>& groups) const {
         std::vector<ForeignArray> arrays;
+        arrays.reserve(groups.size());
         for (const ColumnGroup& group : groups) {
             arrays.push_back(ArrayOf(group));
         }

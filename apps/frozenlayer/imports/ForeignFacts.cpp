@@ -149,8 +149,8 @@ void ListRegions(const ImportRequest& request, std::ostream& out) {
         for (auto it = numbers.begin(); it != numbers.end() && list.size() < kMostListed * 4; ++it) {
             list += (list.empty() ? "" : ", ") + text::NumberText(*it);
         }
-        out << "\n--region-array " + array.name + ": " + text::CountText(numbers.size(), "number") + ", " +
-                   list + "\n";
+        out << "\n--region-array " + array.name + ": " +
+                   text::CountText(static_cast<long long>(numbers.size()), "number") + ", " + list + "\n";
     }
 }
 
