@@ -12,9 +12,11 @@ if(QNL_AUDIT)
 endif()
 
 # Types and functions of one name and different content are seen only where a whole program is linked with what the
-# compiler knew of them. Objects carry that beside their code; the code itself does not change.
+# compiler knew of them. Objects carry that beside their code; the code itself does not change, and only target odr
+# links with what they carry.
 if(QNL_ODR)
   target_compile_options(qnl_options INTERFACE -flto -ffat-lto-objects)
+  string(APPEND CMAKE_EXE_LINKER_FLAGS " -fno-lto")
   add_custom_target(odr)
 endif()
 
