@@ -16,7 +16,7 @@ endif()
 # links with what they carry.
 if(QNL_ODR)
   target_compile_options(qnl_options INTERFACE -flto -ffat-lto-objects)
-  string(APPEND CMAKE_EXE_LINKER_FLAGS " -fno-lto")
+  target_link_options(qnl_options INTERFACE $<$<NOT:$<BOOL:$<TARGET_PROPERTY:CHECKS_ODR>>>:-fno-lto>)
   add_custom_target(odr)
 endif()
 
@@ -32,6 +32,7 @@ function(qnl_check_odr program)
       set_property(TARGET odr_${program} PROPERTY ${property} ${value})
     endif()
   endforeach()
+  set_property(TARGET odr_${program} PROPERTY CHECKS_ODR ON)
   target_link_options(odr_${program} PRIVATE
     -O0 -flto=auto -Wodr -Werror=odr -Wlto-type-mismatch -Werror=lto-type-mismatch -Wno-alloc-size-larger-than)
   add_dependencies(odr odr_${program})
